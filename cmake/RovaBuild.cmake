@@ -1,0 +1,35 @@
+# What every target shares: the language, the warnings, and the tools that make a build quick.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_compile_options(-Wall -Wextra -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wcast-align -Wformat=2 -Wnull-dereference -Wimplicit-fallthrough)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # g++ 12 reports null dereferences and overreads that cannot happen inside inlined library code.
+  add_compile_options(-Wno-null-dereference -Wno-stringop-overread -Wno-array-bounds
+                      -Wno-restrict -Wno-stringop-overflow)
+endif()
+
+find_program(ROVA_CCACHE ccache)
+if(ROVA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${ROVA_CCACHE})
+endif()
+
+# A tree's own public headers stand in include/, and a target sees the headers of those targets
+# alone that it links: an include against the direction of dependency does not compile.
+function(rova_object_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_library(${name} OBJECT ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>)
+  target_link_libraries(${name} PUBLIC ${ARG_USES})
+endfunction()
