@@ -1,0 +1,192 @@
+// The hashed collection: open addressing over members that stand in the order of their entry.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace Lumo {
+
+/// How a key hashes: by its own `hash()`, else by the standard library.
+template <class Key>
+struct HashOf {
+  std::size_t operator()(const Key& key) const {
+    if constexpr (requires { key.hash(); }) {
+      return key.hash();
+    } else {
+      return std::hash<Key>{}(key);
+    }
+  }
+};
+
+/// A hashed map. An empty one is one null pointer, since an entity may hold a dozen that it rarely
+/// fills. A member's reference is valid until the next insertion. No order is promised to callers.
+///
+/// Deleted members leave a hole until the next growth; the index keeps pointing at the hole, so
+/// that probing goes on behind it.
+template <class Key, class Value>
+class HashMap2018 {
+  struct Member {
+    std::pair<Key, Value> item;
+    std::uint64_t sequence; // ascending along the members; a cursor finds its place again by it
+    bool present;
+  };
+  struct Body {
+    std::vector<Member> members;
+    std::vector<std::uint32_t> index; // 1 + position in members, 0 for free; a power of two
+    std::size_t present = 0;
+    std::uint64_t nextSequence = 0;
+    std::uint32_t compactions = 0;
+  };
+
+ public:
+  using KeyType = Key;
+  using ValueType = Value;
+
+  HashMap2018() = default;
+  HashMap2018(const HashMap2018& other) : body_(other.body_ ? std::make_unique<Body>(*other.body_) : nullptr) {}
+  HashMap2018(HashMap2018&&) noexcept = default;
+  HashMap2018& operator=(HashMap2018 other) noexcept {
+    body_.swap(other.body_);
+    return *this;
+  }
+
+  std::size_t size() const { return body_ ? body_->present : 0; }
+  bool empty() const { return size() == 0; }
+
+  const Value* find(const Key& key) const {
+    const Member* const member = findMember(key);
+    return member ? &member->item.second : nullptr;
+  }
+  Value* find(const Key& key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
+
+  Value& insertOrAssign(const Key& key, Value value) {
+    if (Value* const present = find(key)) return *present = std::move(value);
+    Body& body = this->body();
+    if (body.members.size() + 1 > body.index.size() / 2) rebuild(body);
+    body.members.push_back({{key, std::move(value)}, body.nextSequence++, true});
+    enter(body, key, static_cast<std::uint32_t>(body.members.size()));
+    ++body.present;
+    return body.members.back().item.second;
+  }
+
+  bool erase(const Key& key, Value* old = nullptr) {
+    auto* const member = const_cast<Member*>(findMember(key));
+    if (!member) return false;
+    if (old) *old = std::move(member->item.second);
+    member->item.second = Value();
+    member->present = false;
+    --body_->present;
+    return true;
+  }
+
+  /// A place in the walk that survives changes of the map; members entered during the walk may be
+  /// visited. It must not outlive the map.
+  class Cursor {
+   public:
+    explicit Cursor(const HashMap2018& map) : map_(map) {
+      if (map_.body_) compactions_ = map_.body_->compactions;
+      skipHoles();
+    }
+    explicit operator bool() const { return map_.body_ && position_ < map_.body_->members.size(); }
+    const Key& key() const { return key_; }
+    const Value* value() const { return map_.find(key_); }
+    void next() {
+      if (compactions_ != map_.body_->compactions) {
+        findPlace();
+      } else {
+        ++position_;
+      }
+      skipHoles();
+    }
+
+   private:
+    void skipHoles() {
+      if (!map_.body_) return;
+      const auto& members = map_.body_->members;
+      while (position_ < members.size() && !members[position_].present) ++position_;
+      if (position_ >= members.size()) return;
+      key_ = members[position_].item.first;
+      sequence_ = members[position_].sequence;
+    }
+    void findPlace() {
+      compactions_ = map_.body_->compactions;
+      const auto& members = map_.body_->members;
+      position_ = 0;
+      while (position_ < members.size() && members[position_].sequence <= sequence_) ++position_;
+    }
+
+    const HashMap2018& map_;
+    std::size_t position_ = 0;
+    std::uint64_t sequence_ = 0;
+    std::uint32_t compactions_ = 0;
+    Key key_{};
+  };
+  Cursor cursor() const { return Cursor(*this); }
+
+  /// Calls `visit(key, value)` for each member; the walk changes nothing.
+  template <class Visit>
+  void forEach(Visit&& visit) const {
+    if (!body_) return;
+    for (const Member& member : body_->members) {
+      if (member.present) visit(member.item.first, member.item.second);
+    }
+  }
+
+  friend bool operator==(const HashMap2018& a, const HashMap2018& b) {
+    if (a.size() != b.size()) return false;
+    bool equal = true;
+    a.forEach([&](const Key& key, const Value& value) {
+      const Value* const other = b.find(key);
+      equal = equal && other && *other == value;
+    });
+    return equal;
+  }
+
+ private:
+  Body& body() {
+    if (!body_) body_ = std::make_unique<Body>();
+    return *body_;
+  }
+
+  // The multiplication spreads hashes that differ in their high bits alone.
+  static std::size_t slot(const Key& key, std::size_t mask) {
+    const std::uint64_t spread = HashOf<Key>{}(key) * 0x9e3779b97f4a7c15ull;
+    return (spread >> 32) & mask;
+  }
+
+  const Member* findMember(const Key& key) const {
+    if (!body_ || body_->index.empty()) return nullptr;
+    const std::size_t mask = body_->index.size() - 1;
+    for (std::size_t at = slot(key, mask);; at = (at + 1) & mask) {
+      const std::uint32_t place = body_->index[at];
+      if (place == 0) return nullptr;
+      const Member& member = body_->members[place - 1];
+      if (member.present && member.item.first == key) return &member;
+    }
+  }
+
+  static void enter(Body& body, const Key& key, std::uint32_t place) {
+    const std::size_t mask = body.index.size() - 1;
+    std::size_t at = slot(key, mask);
+    while (body.index[at]) at = (at + 1) & mask;
+    body.index[at] = place;
+  }
+
+  static void rebuild(Body& body) {
+    std::erase_if(body.members, [](const Member& member) { return !member.present; });
+    ++body.compactions;
+    std::size_t size = 8;
+    while (size < 4 * (body.members.size() + 1)) size *= 2;
+    body.index.assign(size, 0);
+    for (std::size_t i = 0; i < body.members.size(); ++i) {
+      enter(body, body.members[i].item.first, static_cast<std::uint32_t>(i + 1));
+    }
+  }
+
+  std::unique_ptr<Body> body_;
+};
+
+} // namespace Lumo

@@ -1,0 +1,58 @@
+// Builds a device's state out of tables in memory: what sources fill, and tests.
+#pragma once
+
+#include "state/DeviceState.h"
+#include "vanta/MemoryTable.h"
+
+#include <deque>
+
+namespace state {
+
+/// The writer's side of one VRF's tables.
+struct VrfTables {
+  Vanta::MemoryTable<Kesh::Prefix, Vanta::Fib::Route>* routes;
+  Vanta::MemoryTable<Kesh::Ip6Prefix, Vanta::Fib6::Route>* routes6;
+  Vanta::MemoryTable<Kesh::Prefix, Vanta::KernelUnprogrammedRoute::Error>* kernelErrors;
+  Vanta::MemoryTable<Kesh::Ip6Prefix, Vanta::KernelUnprogrammedRoute::Error6>* kernelErrors6;
+};
+
+/// A device whose tables stand in this process. The pointers are the writer's sides of the tables
+/// that `state` owns; they live as long as it.
+class DeviceBuilder {
+ public:
+  /// A device with every handle set, every table empty, and the default VRF with number 0.
+  DeviceBuilder();
+
+  DeviceState state;
+
+  Vanta::MemoryTable<Vanta::Fib::FecId, Vanta::Fib::Fec>* fecs;
+  Vanta::MemoryTable<Vanta::Fib::FecId, Vanta::Fib6::Fec>* fecs6;
+  Vanta::MemoryTable<Vanta::Fib::FecId, Vanta::Fib::Fec>* policyFecs;
+  Vanta::MemoryTable<Arp::Table::ArpKey, Arp::Table::ArpEntry>* arp;
+  Vanta::MemoryTable<Arp::Table::ArpKey, Arp::Table::ArpEntry>* neighbors;
+  Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey, NexthopGroup::NexthopGroupEntry>* nexthopGroups;
+
+  /// Adds a VRF, or gives the one that has the name. Tables stay where they are when more VRFs come.
+  VrfTables& vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
+  VrfTables& defaultVrf() { return vrfTables_.front(); }
+
+  /// Marks a route as missing from the hardware and counts it for its VRF; once a route.
+  void hardwareUnprogrammed(const Kesh::Prefix& prefix, Vrf::VrfIdMap::VrfId vrf);
+  void hardwareUnprogrammed(const Kesh::Ip6Prefix& prefix, Vrf::VrfIdMap::VrfId vrf);
+
+ private:
+  template <class PrefixType>
+  struct Unprogrammed {
+    Vanta::MemoryTable<Vanta::BasicUnprogrammedRouteKey<PrefixType>,
+                       Vanta::BasicUnprogrammedRoute<PrefixType>>* routes;
+    Vanta::MemoryTable<Vrf::VrfIdMap::VrfId, Vanta::UnprogrammedRouteCount>* counts;
+    void add(const PrefixType& prefix, Vrf::VrfIdMap::VrfId vrf);
+  };
+
+  Vanta::MemoryTable<Vrf::VrfIdMap::VrfId, Vrf::VrfIdMap::VrfEntry>* vrfEntries_;
+  Unprogrammed<Kesh::Prefix> unprogrammed_;
+  Unprogrammed<Kesh::Ip6Prefix> unprogrammed6_;
+  std::deque<VrfTables> vrfTables_;
+};
+
+} // namespace state

@@ -1,0 +1,66 @@
+// The bundle of all handles to one device's state: what every source fills and every command reads.
+#pragma once
+
+#include "lumo/Dir.h"
+#include "state/Fec.h"
+#include "state/Hardware.h"
+#include "state/Interface.h"
+#include "state/NexthopGroup.h"
+#include "state/Programming.h"
+#include "state/Route.h"
+#include "state/RoutingConfig.h"
+#include "state/SrTePolicy.h"
+#include "state/Tunnel.h"
+#include "state/Vrf.h"
+
+#include <string_view>
+#include <vector>
+
+namespace state {
+
+/// The state that each VRF has for itself.
+struct VrfState {
+  L3::VrfName name;
+  Vrf::VrfIdMap::VrfId id;
+  Lumo::Ptr<Routing::ConfigGen> routingConfig;  ///< IPv4; null when the source cannot tell
+  Lumo::Ptr<Routing::ConfigGen> routing6Config; ///< IPv6
+  Lumo::Ptr<const Vanta::Fib::RouteStatus> routingStatus;
+  Lumo::Ptr<const Vanta::Fib6::RouteStatus> routing6Status;
+  Lumo::Ptr<const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute> kernelUnprogrammedRoute;
+};
+
+/// A device. Every handle is set, unless its comment says that it may be null.
+struct DeviceState {
+  std::vector<VrfState> vrfs; ///< the default VRF first, the others as they were entered
+
+  Lumo::Ptr<const Vanta::Fib::ForwardingStatus> forwardingStatus;
+  Lumo::Ptr<const Vanta::Fib6::ForwardingStatus> forwarding6Status;
+  Lumo::Ptr<const Vanta::Fib::UnprogrammedRouteStatus> unprogrammedRouteStatus;
+  Lumo::Ptr<const Vanta::Fib6::UnprogrammedRouteStatus> unprogrammedRoute6Status;
+  Lumo::Ptr<const Vrf::VrfIdMap::Status> vrfIdMap;
+
+  Lumo::Ptr<Interface::AllIntfConfigDir> allIntfConfig;
+  Lumo::Ptr<Ip::Status> ipStatus;
+  Lumo::Ptr<Ip6::Status> ip6Status;
+  Lumo::Ptr<const Arp::Table::Status> arpVanta;
+
+  Lumo::Ptr<const NexthopGroup::EntryStatus> nhEntryStatus;
+  Lumo::Ptr<Routing::Hardware::Status> routingHardwareStatus;
+  Lumo::Ptr<Routing6::Hardware::Status> routing6HardwareStatus;
+
+  Lumo::Ptr<Tunnel::TunnelFib::TunnelFib> tunnelFib;
+  Lumo::Ptr<Tunnel::TunnelTable::EvpnVxlanTunnelTable> evpnVxlanTunnelTable;
+  Lumo::Ptr<Lumo::Dir> tunnelTableDir; ///< entries "sr", "static", "ldp", "bgpLu"
+  Lumo::Ptr<SrTePolicy::PolicyStatus> srTePolicyStatus;
+  Lumo::Ptr<const Vanta::Fib::ForwardingStatus> policyForwardingStatus;
+
+  /// The VRF of that name, or null.
+  const VrfState* vrf(std::string_view name) const {
+    for (const VrfState& vrf : vrfs) {
+      if (vrf.name.stringValue() == name) return &vrf;
+    }
+    return nullptr;
+  }
+};
+
+} // namespace state

@@ -1,0 +1,57 @@
+// Nexthop groups: which identifier each name has.
+#pragma once
+
+#include "lumo/Ptr.h"
+#include "lumo/String.h"
+#include "vanta/VantaMap.h"
+
+#include <algorithm>
+#include <array>
+#include <compare>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+
+namespace Routing::NexthopGroup {
+using NexthopGroupId = std::uint32_t;
+}
+
+namespace NexthopGroup {
+
+/// A group's name in the fixed room of a shared table: at most 128 bytes, the rest zero. A longer
+/// name is cut.
+class NexthopGroupEntryKey {
+ public:
+  static constexpr std::size_t maxBytes = 128;
+
+  NexthopGroupEntryKey() = default;
+  explicit NexthopGroupEntryKey(const Lumo::String& name) { nhgNameIs(name); }
+  void nhgNameIs(const Lumo::String& name) {
+    bytes_ = {};
+    std::memcpy(bytes_.data(), name.c_str(), std::min(name.bytes(), maxBytes));
+  }
+  Lumo::String nhgName() const {
+    return Lumo::String(std::string_view(bytes_.data(), strnlen(bytes_.data(), maxBytes)));
+  }
+  friend auto operator<=>(const NexthopGroupEntryKey&, const NexthopGroupEntryKey&) = default;
+
+ private:
+  std::array<char, maxBytes> bytes_{};
+  std::uint8_t reserved_ = 0;
+};
+
+struct NexthopGroupEntry {
+  NexthopGroupEntryKey key;
+  Routing::NexthopGroup::NexthopGroupId nhgId = 0;
+};
+
+class EntryStatus : public Lumo::PtrInterface {
+ public:
+  using Table = Vanta::VantaBase<NexthopGroupEntryKey, NexthopGroupEntry>;
+  explicit EntryStatus(std::unique_ptr<Table> table)
+      : nexthopGroupEntry(std::move(table), "nexthopGroupEntry") {}
+  Vanta::VantaMap<NexthopGroupEntryKey, NexthopGroupEntry> nexthopGroupEntry;
+};
+
+} // namespace NexthopGroup

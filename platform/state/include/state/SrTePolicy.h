@@ -1,0 +1,51 @@
+// SR-TE policies (RFC 9256): which endpoint and color a FEC stands for.
+#pragma once
+
+#include "kesh/Address.h"
+#include "lumo/HashMap2018.h"
+#include "lumo/Ptr.h"
+#include "state/FecId.h"
+
+#include <cstdint>
+
+namespace SrTePolicy {
+
+struct EndPoint {
+  Kesh::IpGenAddr address;
+  friend bool operator==(const EndPoint&, const EndPoint&) = default;
+};
+
+struct PolicyKey {
+  EndPoint endpoint;
+  std::uint32_t color = 0;
+  friend bool operator==(const PolicyKey&, const PolicyKey&) = default;
+};
+
+constexpr std::uint32_t maxU32() { return 0xffffffffu; }
+
+/// The weight of a segment list, 1 to maxU32(). 0 raises "Weight::value < Weight::min or >
+/// Weight::max not allowed".
+class Weight {
+ public:
+  static constexpr std::uint32_t min = 1;
+  static constexpr std::uint32_t max = maxU32();
+
+  constexpr Weight() = default;
+  constexpr explicit Weight(std::uint32_t value) : value_(value) {
+    if (value < min) {
+      throw Lumo::RangeException("Weight::value < Weight::min or > Weight::max not allowed");
+    }
+  }
+  constexpr std::uint32_t value() const { return value_; }
+  friend constexpr bool operator==(const Weight&, const Weight&) = default;
+
+ private:
+  std::uint32_t value_ = 1;
+};
+
+class PolicyStatus : public Lumo::PtrInterface {
+ public:
+  Lumo::HashMap2018<Vanta::Fib::FecId, PolicyKey> fecIdToPolicyKey;
+};
+
+} // namespace SrTePolicy

@@ -1,0 +1,145 @@
+// Tunnels: what each table knows of them.
+#pragma once
+
+#include "kesh/IntfId.h"
+#include "kesh/Mpls.h"
+#include "kesh/Prefix.h"
+#include "lumo/HashMap2018.h"
+#include "lumo/Ptr.h"
+#include "state/TunnelId.h"
+
+#include <compare>
+#include <cstdint>
+#include <vector>
+
+namespace Tunnel {
+
+/// The two ends of a tunnel and what goes into its outer header.
+struct L3TunnelInfo {
+  Kesh::IpGenAddr source;
+  Kesh::IpGenAddr destination;
+  std::uint8_t ttl = 0;
+  std::uint8_t tos = 0;
+  std::uint8_t pathMtuDiscovery = 0;
+  friend auto operator<=>(const L3TunnelInfo&, const L3TunnelInfo&) = default;
+};
+
+struct GreTunnelInfo : L3TunnelInfo {
+  std::uint32_t greKey = 0;
+  friend auto operator<=>(const GreTunnelInfo&, const GreTunnelInfo&) = default;
+};
+
+struct IpsecVtiTunnelInfo : L3TunnelInfo {
+  std::uint32_t profile = 0;
+  friend bool operator==(const IpsecVtiTunnelInfo&, const IpsecVtiTunnelInfo&) = default;
+};
+
+struct IpsecGreTunnelInfo : GreTunnelInfo {
+  std::uint32_t profile = 0;
+  friend bool operator==(const IpsecGreTunnelInfo&, const IpsecGreTunnelInfo&) = default;
+};
+
+namespace TunnelTable {
+
+struct Via {
+  Kesh::IpGenAddr nexthop;
+  Kesh::IntfId intfId;
+  friend bool operator==(const Via&, const Via&) = default;
+};
+
+struct TunnelVia : Via {
+  EncapId encapId;
+  friend bool operator==(const TunnelVia&, const TunnelVia&) = default;
+};
+
+/// A tunnel of one of the protocol tables, with the prefix that it leads to.
+struct EndpointEntry {
+  TunnelId key;
+  Kesh::IpGenPrefix endpoint;
+  friend bool operator==(const EndpointEntry&, const EndpointEntry&) = default;
+  bool operator!() const { return *this == EndpointEntry(); }
+};
+
+/// A table of tunnels by identifier. Each protocol's is a type of its own, so that a directory's
+/// entry can be told for what it is.
+class EndpointTable : public Lumo::PtrInterface {
+ public:
+  /// A default entry when there is none.
+  EndpointEntry entry(TunnelId id) const {
+    const auto* const found = entries.find(id);
+    return found ? *found : EndpointEntry();
+  }
+  Lumo::HashMap2018<TunnelId, EndpointEntry> entries;
+};
+class SrTunnelTable : public EndpointTable {};
+class StaticTunnelTable : public EndpointTable {};
+class LdpTunnelTable : public EndpointTable {};
+class BgpLuTunnelTable : public EndpointTable {};
+
+/// A VXLAN tunnel learned from EVPN: the remote endpoint, the network and the router behind it.
+struct EvpnVxlanTunnelEntry {
+  TunnelId key;
+  Kesh::IpGenAddr vtepAddr;
+  std::uint32_t vni = 0;
+  Kesh::EthAddr routerMac;
+
+  EvpnVxlanTunnelEntry() = default;
+  explicit EvpnVxlanTunnelEntry(TunnelId id) : key(id) {}
+  friend bool operator==(const EvpnVxlanTunnelEntry&, const EvpnVxlanTunnelEntry&) = default;
+  /// Whether a table gave the entry: one made for an identifier alone says nothing.
+  bool isSet() const { return vtepAddr.af() != Kesh::AddressFamily::unset; }
+};
+
+class EvpnVxlanTunnelTable : public Lumo::PtrInterface {
+ public:
+  static bool isValidEvpnIntf(const Kesh::IntfId& intfId) {
+    return Kesh::DynamicTunnelIntfId::isDynamicTunnelIntfId(intfId) &&
+           tunnelIdOfIntf(intfId).kind() == TunnelKind::evpnVxlan;
+  }
+  /// The entry without an endpoint when there is none.
+  EvpnVxlanTunnelEntry entry(TunnelId id) const {
+    const auto* const found = entries.find(id);
+    return found ? *found : EvpnVxlanTunnelEntry(id);
+  }
+  Lumo::HashMap2018<TunnelId, EvpnVxlanTunnelEntry> entries;
+};
+
+} // namespace TunnelTable
+
+namespace TunnelFib {
+
+struct TunnelFibEntry {
+  TunnelTable::TunnelId key;
+  std::vector<TunnelTable::TunnelVia> tunnelVia;
+  std::vector<TunnelTable::TunnelVia> backupTunnelVia;
+  std::uint8_t flags = 1;
+  friend bool operator==(const TunnelFibEntry&, const TunnelFibEntry&) = default;
+  bool operator!() const { return *this == TunnelFibEntry(); }
+};
+
+/// The tunnel forwarding table with the encapsulations that its vias name.
+class TunnelFib : public Lumo::PtrInterface {
+ public:
+  TunnelFibEntry entry(TunnelTable::TunnelId id) const { return read(entries, id); }
+  GreTunnelInfo greEncap(TunnelTable::EncapId id) const { return read(greEncaps, id); }
+  IpsecVtiTunnelInfo ipsecVtiEncap(TunnelTable::EncapId id) const { return read(ipsecVtiEncaps, id); }
+  IpsecGreTunnelInfo ipsecGreEncap(TunnelTable::EncapId id) const { return read(ipsecGreEncaps, id); }
+  Kesh::MplsLabelOperation labelStack(TunnelTable::EncapId id) const { return read(labelStacks, id); }
+
+  Lumo::HashMap2018<TunnelTable::TunnelId, TunnelFibEntry> entries;
+  Lumo::HashMap2018<TunnelTable::EncapId, GreTunnelInfo> greEncaps;
+  Lumo::HashMap2018<TunnelTable::EncapId, IpsecVtiTunnelInfo> ipsecVtiEncaps;
+  Lumo::HashMap2018<TunnelTable::EncapId, IpsecGreTunnelInfo> ipsecGreEncaps;
+  Lumo::HashMap2018<TunnelTable::EncapId, Kesh::MplsLabelOperation> labelStacks;
+
+ private:
+  template <class Key, class Value>
+  static Value read(const Lumo::HashMap2018<Key, Value>& table, const Key& key) {
+    const Value* const found = table.find(key);
+    return found ? *found : Value();
+  }
+};
+
+} // namespace TunnelFib
+
+} // namespace Tunnel
