@@ -104,7 +104,7 @@ class LUMO_EXPORT Printer {
   }
 
   /// How full the buffer is, in percent (0 to 100).
-  int fullness() const;
+  int fullness();
   /// Writes out what is buffered.
   void ioflush();
   /// Writes out what is buffered and raises what the destructor would hide. The end of the output:
