@@ -1,0 +1,66 @@
+// The bytes between the printer and its descriptor: one buffer of fixed size that writes itself out
+// when it is full, so that memory never grows with the output.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+namespace scrivo {
+
+/// Bytes on their way to a descriptor, which stays the caller's. Whatever writes may throw
+/// sigintException or WriteException; from then on the buffer swallows what it is given.
+class OutputBuffer {
+ public:
+  static constexpr std::size_t size = 64 * 1024;
+  /// What `reserve` may be asked for.
+  static constexpr std::size_t reserveLimit = 4096;
+
+  explicit OutputBuffer(int fd) : fd_(fd), next_(bytes_) {}
+  OutputBuffer(const OutputBuffer&) = delete;
+  OutputBuffer& operator=(const OutputBuffer&) = delete;
+
+  void put(char byte) {
+    if (room() == 0) flush();
+    *next_++ = byte;
+  }
+  void put(const char* bytes, std::size_t length) {
+    if (length > room()) return putInPieces(bytes, length);
+    std::memcpy(next_, bytes, length);
+    next_ += length;
+  }
+  void put(std::string_view text) { put(text.data(), text.size()); }
+  void fill(char byte, std::size_t count);
+
+  /// Room for `count` bytes, at most `reserveLimit`; `commit` tells where the writing ended.
+  char* reserve(std::size_t count) {
+    if (count > room()) flush();
+    return next_;
+  }
+  void commit(char* end) { next_ = end; }
+
+  int fullness() const { return static_cast<int>((size - room()) * 100 / size); }
+  void flush();
+  /// The end of the output after the last flush.
+  void close() { state_ = State::closed; }
+  /// Drops what is buffered and throws sigintException, if the output has not ended already.
+  void interrupt();
+
+  bool isOpen() const { return state_ == State::open; }
+  bool isClosed() const { return state_ == State::closed; }
+
+ private:
+  enum class State { open, failed, closed };
+
+  std::size_t room() const { return static_cast<std::size_t>(bytes_ + size - next_); }
+  void putInPieces(const char* bytes, std::size_t length);
+  std::size_t writeSome(const char* bytes, std::size_t length);
+  void fail();
+
+  int fd_;
+  State state_ = State::open;
+  char* next_;
+  char bytes_[size];
+};
+
+} // namespace scrivo

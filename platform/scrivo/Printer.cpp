@@ -1,0 +1,111 @@
+#include "scrivo/Printer.h"
+
+#include "JsonWriter.h"
+#include "OutputBuffer.h"
+#include "TextFormat.h"
+
+namespace scrivo {
+
+struct Printer::Body {
+  explicit Body(int fd) : out(fd), json(out) {}
+
+  OutputBuffer out;
+  JsonWriter json;
+};
+
+Printer::Printer(int fd, unsigned int format, bool, bool, bool, unsigned int)
+    : format_(format), body_(std::make_unique<Body>(fd)) {}
+
+Printer::~Printer() {
+  try {
+    body_->out.flush();
+  } catch (const std::exception&) {
+    // Whoever wants to hear of a failure here calls close() first.
+  }
+}
+
+/// The start of every call: throws on an interrupt, and is false once the output has failed.
+bool Printer::isAlive() {
+  if (interruptRequested()) body_->out.interrupt();
+  if (body_->out.isOpen()) return true;
+  LUMO_ASSERT(!body_->out.isClosed(), "nothing is printed after close()");
+  return false;
+}
+
+void Printer::start() {
+  if (takesModel()) body_->json.openDocument();
+}
+void Printer::end() {
+  if (takesModel()) body_->json.close(documentLevel);
+}
+
+void Printer::startDict(const char* name) {
+  if (takesModel()) body_->json.openNamed(dictLevel, name);
+}
+void Printer::endDict() {
+  if (takesModel()) body_->json.close(dictLevel);
+}
+
+void Printer::startDictEntry(const Attr32Info& key) {
+  if (takesModel()) body_->json.openEntry(dictEntryLevel, key);
+}
+void Printer::endDictEntry() {
+  if (takesModel()) body_->json.close(dictEntryLevel);
+}
+
+void Printer::startSimpleDictEntry(const Attr32Info& key) {
+  if (takesModel()) body_->json.openEntry(simpleDictEntryLevel, key);
+}
+void Printer::endSimpleDictEntry() {
+  if (takesModel()) body_->json.close(simpleDictEntryLevel);
+}
+
+void Printer::startList(const char* name) {
+  if (takesModel()) body_->json.openNamed(listLevel, name);
+}
+void Printer::endList() {
+  if (takesModel()) body_->json.close(listLevel);
+}
+
+void Printer::startListEntry() {
+  if (takesModel()) body_->json.openElement(listEntryLevel);
+}
+void Printer::endListEntry() {
+  if (takesModel()) body_->json.close(listEntryLevel);
+}
+
+void Printer::startSubmodel(const char* name) {
+  if (takesModel()) body_->json.openNamed(submodelLevel, name);
+}
+void Printer::endSubmodel() {
+  if (takesModel()) body_->json.close(submodelLevel);
+}
+
+void Printer::add(const char* format, const AttrWord* words, unsigned count) {
+  if (format_ == textFormat) return print(format, words, count);
+  if (!takesModel()) return;
+  for (const AttrWord* word = words; word != words + count; ++word) {
+    LUMO_ASSERT(word->tag() == Tag::info, "an attribute is added to the printer it was made from");
+    body_->json.add(word->info());
+  }
+}
+
+void Printer::print(const char* format, const AttrWord* words, unsigned count) {
+  if (takesText()) printFormat(body_->out, format, words, count);
+}
+
+int Printer::fullness() { return isAlive() ? body_->out.fullness() : 0; }
+
+void Printer::ioflush() {
+  if (isAlive()) body_->out.flush();
+}
+
+void Printer::close() {
+  if (interruptRequested()) body_->out.interrupt();
+  if (!body_->out.isOpen()) return;
+  if (format_ == modelFormat) body_->json.assertComplete();
+  body_->out.flush();
+  body_->out.close();
+}
+
+} // namespace scrivo

@@ -1,0 +1,199 @@
+#include "TextFormat.h"
+
+#include "OutputBuffer.h"
+#include "lumo/Exception.h"
+#include "scrivo/Format.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <iterator>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace scrivo {
+
+void throwFormatFault(const char* format, FormatFault fault) {
+  throw Lumo::InternalException("the format \"" + std::string(format) +
+                                "\" does not fit its arguments: slot " +
+                                std::to_string(fault.slot) + ": " + fault.what);
+}
+
+namespace {
+
+/// A 64-bit number takes 20 digits.
+constexpr std::size_t integerRoom = 24;
+/// No double has more digits than these behind its point; all further ones are zeros.
+constexpr int fractionLimit = 1074;
+/// The largest double has 309 digits ahead of its point.
+constexpr std::size_t realRoom = 309 + 1 + fractionLimit;
+constexpr int usualFraction = 6;
+
+/// What a slot prints, from left to right between its padding.
+struct Field {
+  bool isNegative = false;
+  std::size_t leadingZeros = 0;
+  std::string_view body;
+  std::size_t trailingZeros = 0;
+  bool takesZeros = false; ///< the flag `0` pads it with zeros
+
+  std::size_t length() const { return isNegative + leadingZeros + body.size() + trailingZeros; }
+};
+
+std::string_view textOf(const AttrWord& word, int precision) {
+  const bool isCut = precision != Slot::none;
+  if (word.length() != AttrWord::unmeasured) {
+    return std::string_view(word.text(), word.length()).substr(0, isCut ? precision : -1);
+  }
+  const char* const text = word.text() ? word.text() : "(null)";
+  return {text, isCut ? strnlen(text, static_cast<std::size_t>(precision)) : std::strlen(text)};
+}
+
+/// One format over its words.
+class FormatPrinter {
+ public:
+  FormatPrinter(OutputBuffer& out, const char* format, const AttrWord* words, unsigned count)
+      : out_(out), format_(format), words_(words), next_(words), end_(words + count) {}
+
+  void print() {
+    for (const char* at = format_;;) {
+      const char* const literal = at;
+      while (*at != '\0' && *at != '%') ++at;
+      out_.put(literal, static_cast<std::size_t>(at - literal));
+      if (*at == '\0') return;
+      at = printSlot(at + 1);
+    }
+  }
+
+ private:
+  /// \return the place behind the slot.
+  const char* printSlot(const char* at) {
+    Slot slot;
+    const char* const behind = readSlot(at, slot);
+    if (!behind) fail();
+    if (slot.conversion == '%') return out_.put('%'), behind;
+    resolveStars(slot);
+    if (next_ == end_ || !fits(slot, next_->tag())) fail();
+    printWord(slot, *next_++);
+    return behind;
+  }
+
+  /// A negative width is a width with the flag `-`; a negative precision is none.
+  void resolveStars(Slot& slot) {
+    if (slot.width == Slot::fromArgument) {
+      const int width = takeStar();
+      slot.left |= width < 0;
+      slot.width = std::abs(std::max(width, -std::numeric_limits<int>::max()));
+    }
+    if (slot.precision == Slot::fromArgument) slot.precision = std::max(takeStar(), Slot::none);
+  }
+
+  int takeStar() {
+    if (next_ == end_ || !fitsStar(next_->tag())) fail();
+    return static_cast<int>(next_++->bits());
+  }
+
+  void printWord(const Slot& slot, const AttrWord& word) {
+    switch (slot.conversion) {
+    case 's':
+      return printField(slot, {.body = textOf(word, slot.precision)});
+    case 'c':
+      return printCharacter(slot, static_cast<char>(word.bits()));
+    case 'f':
+      return printReal(slot, word.real());
+    case 'd':
+      return printSigned(slot, word.bits());
+    default:
+      return printUnsigned(slot, word.bits());
+    }
+  }
+
+  void printCharacter(const Slot& slot, char character) {
+    printField(slot, {.body = std::string_view(&character, 1)});
+  }
+
+  void printSigned(const Slot& slot, std::uint64_t bits) {
+    const std::int64_t number =
+        slot.wide ? static_cast<std::int64_t>(bits) : static_cast<std::int32_t>(bits);
+    const auto magnitude = static_cast<std::uint64_t>(number);
+    printInteger(slot, number < 0, number < 0 ? 0 - magnitude : magnitude);
+  }
+
+  void printUnsigned(const Slot& slot, std::uint64_t bits) {
+    printInteger(slot, false, slot.wide ? bits : static_cast<std::uint32_t>(bits));
+  }
+
+  void printInteger(const Slot& slot, bool isNegative, std::uint64_t magnitude) {
+    char digits[integerRoom];
+    const bool isHex = (slot.conversion | 0x20) == 'x';
+    char* const end = std::to_chars(digits, digits + sizeof digits, magnitude, isHex ? 16 : 10).ptr;
+    if (slot.conversion == 'X') std::transform(digits, end, digits, ::toupper);
+    Field field{.isNegative = isNegative,
+                .body = std::string_view(digits, static_cast<std::size_t>(end - digits)),
+                .takesZeros = slot.precision == Slot::none};
+    if (slot.precision != Slot::none) setPrecision(field, slot.precision, magnitude == 0);
+    printField(slot, field);
+  }
+
+  /// The precision of an integer is the least number of its digits; zero then needs none.
+  static void setPrecision(Field& field, int precision, bool isZero) {
+    if (isZero) field.body = {};
+    const auto least = static_cast<std::size_t>(precision);
+    if (least > field.body.size()) field.leadingZeros = least - field.body.size();
+  }
+
+  void printReal(const Slot& slot, double number) {
+    const bool isNegative = std::signbit(number);
+    if (std::isnan(number)) return printField(slot, {.isNegative = isNegative, .body = "nan"});
+    if (std::isinf(number)) return printField(slot, {.isNegative = isNegative, .body = "inf"});
+    const int precision = slot.precision == Slot::none ? usualFraction : slot.precision;
+    const int digits = std::min(precision, fractionLimit);
+    char text[realRoom];
+    const char* const end =
+        std::to_chars(text, text + sizeof text, std::fabs(number), std::chars_format::fixed, digits)
+            .ptr;
+    printField(slot, {.isNegative = isNegative,
+                      .body = std::string_view(text, static_cast<std::size_t>(end - text)),
+                      .trailingZeros = static_cast<std::size_t>(precision - digits),
+                      .takesZeros = true});
+  }
+
+  void printField(const Slot& slot, Field field) {
+    const std::size_t width = slot.width > 0 ? static_cast<std::size_t>(slot.width) : 0;
+    std::size_t padding = width > field.length() ? width - field.length() : 0;
+    if (slot.zero && !slot.left && field.takesZeros) {
+      field.leadingZeros += std::exchange(padding, 0);
+    }
+    if (!slot.left) out_.fill(' ', padding);
+    if (field.isNegative) out_.put('-');
+    out_.fill('0', field.leadingZeros);
+    out_.put(field.body);
+    out_.fill('0', field.trailingZeros);
+    if (slot.left) out_.fill(' ', padding);
+  }
+
+  /// Says what is wrong by the check that literals pass when compiled, now over the real tags.
+  [[noreturn]] void fail() const {
+    std::vector<Tag> tags;
+    std::transform(words_, end_, std::back_inserter(tags), std::mem_fn(&AttrWord::tag));
+    const auto count = static_cast<unsigned>(tags.size());
+    throwFormatFault(format_, findFormatFault(format_, tags.data(), count));
+  }
+
+  OutputBuffer& out_;
+  const char* format_;
+  const AttrWord* words_;
+  const AttrWord* next_;
+  const AttrWord* end_;
+};
+
+} // namespace
+
+void printFormat(OutputBuffer& out, const char* format, const AttrWord* words, unsigned count) {
+  FormatPrinter(out, format, words, count).print();
+}
+
+} // namespace scrivo

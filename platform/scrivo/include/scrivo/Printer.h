@@ -1,0 +1,127 @@
+// The printer: one walk over the data of a display makes lines of text or a model, by the format
+// number that the printer was opened with.
+//
+//     scrivo::Printer printer(fd, format, false, false, true, 0);
+//     scrivo::StringAttrInfo prefix(printer, "prefix");
+//     scrivo::UintAttrInfo metric(printer, "metric");
+//     printer.startDict("routes");
+//     prefix.setValue("10.0.0.0/8");
+//     metric.setValue(20);
+//     printer.startDictEntry(prefix);
+//     printer.addAttributes("%s [%u]", 2, prefix.getArg(), metric.getArg());
+//     printer.addFrills("\n");
+//     printer.endDictEntry();
+//     printer.endDict();
+//
+// Text shows the attributes and frills; structure calls print nothing. The model is JSON without
+// blanks, where each entry of a dictionary begins a line:
+//
+//     "routes":{
+//     "10.0.0.0/8":{"prefix":"10.0.0.0/8","metric":20}}
+//
+// That is a fragment: between `start` and `end` the model is a whole document in braces with a line
+// end; without them it is the members of an object, separated by commas, and the caller writes the
+// braces around them.
+//
+// The printer checks at every call whether the user wants to stop (scrivo/Interrupt.h); it then
+// drops what it has not written yet, throws sigintException, and is silent from there on: later
+// calls do nothing. A reader that went away ends the output in the same way, provided that the
+// process ignores SIGPIPE, and a failed write does with WriteException. A call that breaks the
+// nesting fails an assertion that says what it wants.
+#pragma once
+
+#include "scrivo/AttrInfo.h"
+#include "scrivo/Exception.h"
+#include "scrivo/Format.h"
+#include "scrivo/Interrupt.h"
+
+#include <array>
+#include <memory>
+#include <type_traits>
+
+namespace scrivo {
+
+/// Output on a descriptor through one buffer of 64 KiB. What is printed never makes it grow. All
+/// calls but those that say so may throw sigintException or WriteException, each once.
+class LUMO_EXPORT Printer {
+ public:
+  /// Opens output on `fd`, which stays the caller's, in the given format (1 text, 2 model). The
+  /// format is tested where attributes are set. The further words are part of the call that
+  /// display code is written with; this printer has no use for them.
+  Printer(int fd, unsigned int format, bool, bool, bool, unsigned int);
+  /// Writes the rest, unless `close` has done so or the output has failed. Does not throw.
+  ~Printer();
+  Printer(const Printer&) = delete;
+  Printer& operator=(const Printer&) = delete;
+
+  /// The number that the printer was opened with. Does not throw.
+  unsigned format() const { return format_; }
+
+  void start();
+  void end();
+  void startDict(const char* name);
+  void endDict();
+  /// The key is the value of `key`, which must be set; numbers become strings.
+  void startDictEntry(const Attr32Info& key);
+  void endDictEntry();
+  /// The entry's value is the one attribute that is added before its end; null without any.
+  void startSimpleDictEntry(const Attr32Info& key);
+  void endSimpleDictEntry();
+  void startList(const char* name);
+  void endList();
+  void startListEntry();
+  void endListEntry();
+  void startSubmodel(const char* name);
+  void endSubmodel();
+
+  /// Adds `count` attributes: through the format in text, each under its key in the model, whether
+  /// or not the format shows it.
+  template <IsWord... Words>
+  void addAttributes(std::type_identity_t<FormatFor<Words...>> format,
+                     std::type_identity_t<WordCount<sizeof...(Words)>>, Words... words) {
+    add(format.text(), std::array<AttrWord, sizeof...(Words)>{words...}.data(), sizeof...(Words));
+  }
+  /// The same for a format, and maybe a count, that is not known when compiling. Fails an assertion
+  /// if the count is not the number of words.
+  template <IsWord... Words>
+  void addAttributes(RuntimeFormat format, int count, Words... words) {
+    LUMO_ASSERT(count == int{sizeof...(Words)}, "the count is the number of words");
+    addArgs<Words...>(format, words...);
+  }
+  /// As `addAttributes`, where the number of words is the count.
+  template <IsWord... Words>
+  void addArgs(std::type_identity_t<FormatFor<Words...>> format, Words... words) {
+    add(format.text(), std::array<AttrWord, sizeof...(Words)>{words...}.data(), sizeof...(Words));
+  }
+
+  /// Prints plain values and words in text; does nothing in the model.
+  template <class... Args>
+  void addFrills(std::type_identity_t<FormatFor<std::decay_t<Args>...>> format,
+                 const Args&... args) {
+    if (format_ != textFormat) return;
+    print(format.text(), std::array<AttrWord, sizeof...(Args)>{toWord(args)...}.data(),
+          sizeof...(Args));
+  }
+
+  /// How full the buffer is, in percent (0 to 100).
+  int fullness();
+  /// Writes out what is buffered.
+  void ioflush();
+  /// Writes out what is buffered and raises what the destructor would hide. The end of the output:
+  /// what is printed after it fails an assertion. A second call does nothing.
+  void close();
+
+ private:
+  struct Body;
+
+  bool isAlive();
+  bool takesText() { return isAlive() && format_ == textFormat; }
+  bool takesModel() { return isAlive() && format_ == modelFormat; }
+  void add(const char* format, const AttrWord* words, unsigned count);
+  void print(const char* format, const AttrWord* words, unsigned count);
+
+  unsigned format_;
+  std::unique_ptr<Body> body_;
+};
+
+} // namespace scrivo

@@ -1,0 +1,115 @@
+// Words: the typed arguments of a format. `getArg()` makes them of attributes, `addFrills` of plain
+// values.
+#pragma once
+
+#include "lumo/Export.h"
+
+#include <bit>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+namespace scrivo {
+
+class AttrInfo;
+
+/// What a word holds. `any` stands only in static types: it says that the tag of the word is known
+/// when the program runs, no sooner.
+enum class Tag : std::uint8_t { any, int32, uint32, int64, uint64, real, text, info };
+
+/// One argument: in text the value, in the model the address of the attribute info that has it.
+class AttrWord {
+ public:
+  static constexpr Tag staticTag = Tag::any;
+
+  constexpr AttrWord(Tag tag, std::uint64_t bits) : bits_(bits), length_(unmeasured), tag_(tag) {}
+  /// A text of known length, or one that a NUL ends. A null pointer is the text "(null)".
+  explicit AttrWord(std::string_view text)
+      : bits_(std::bit_cast<std::uint64_t>(text.data())), length_(text.size()), tag_(Tag::text) {}
+  explicit AttrWord(const char* text) : AttrWord(Tag::text, std::bit_cast<std::uint64_t>(text)) {}
+  explicit AttrWord(double number) : AttrWord(Tag::real, std::bit_cast<std::uint64_t>(number)) {}
+  explicit AttrWord(const AttrInfo& info)
+      : AttrWord(Tag::info, std::bit_cast<std::uint64_t>(&info)) {}
+
+  constexpr Tag tag() const { return tag_; }
+  constexpr std::uint64_t bits() const { return bits_; }
+  double real() const { return std::bit_cast<double>(bits_); }
+  const char* text() const { return std::bit_cast<const char*>(bits_); }
+  /// The length of a text in bytes, or `unmeasured` when a NUL ends it.
+  std::uint64_t length() const { return length_; }
+  const AttrInfo& info() const { return *std::bit_cast<const AttrInfo*>(bits_); }
+
+  static constexpr std::uint64_t unmeasured = (std::uint64_t{1} << 56) - 1;
+
+ private:
+  std::uint64_t bits_; // 32-bit numbers stand extended by their own sign
+  std::uint64_t length_ : 56;
+  Tag tag_ : 8;
+};
+
+/// A word whose text form is known to the compiler, so that a format can be checked against it.
+/// In the model its tag is `info` all the same.
+template <Tag known>
+class TypedWord : public AttrWord {
+ public:
+  static constexpr Tag staticTag = known;
+  explicit constexpr TypedWord(AttrWord word) : AttrWord(word) {}
+};
+
+using IntWord = TypedWord<Tag::int32>;
+using UintWord = TypedWord<Tag::uint32>;
+using Uint64Word = TypedWord<Tag::uint64>;
+using DoubleWord = TypedWord<Tag::real>;
+using TextWord = TypedWord<Tag::text>;
+
+template <class T>
+concept IsWord = std::is_base_of_v<AttrWord, T>;
+
+/// Integers and unscoped enumerations: what arithmetic promotes.
+template <class T>
+concept IsPromotable = (std::is_integral_v<T> || std::is_enum_v<T>)&&requires(T value) {
+  +value;
+};
+
+/// The tag of a plain integer after promotion, by its width and sign.
+template <class T>
+constexpr Tag integerTag() {
+  using Promoted = decltype(+T{});
+  if (sizeof(Promoted) > 4) return std::is_signed_v<Promoted> ? Tag::int64 : Tag::uint64;
+  return std::is_signed_v<Promoted> ? Tag::int32 : Tag::uint32;
+}
+
+/// What the compiler knows of an argument of the type: the tag its word will have.
+template <class T>
+constexpr Tag tagOf() {
+  if constexpr (IsWord<T>) {
+    return T::staticTag;
+  } else if constexpr (IsPromotable<T>) {
+    return integerTag<T>();
+  } else if constexpr (std::is_floating_point_v<T>) {
+    return Tag::real;
+  } else {
+    static_assert(std::is_convertible_v<const T&, std::string_view>,
+                  "a printed value is a word, a number, a character or a text");
+    return Tag::text;
+  }
+}
+
+/// The word of a plain value; a word stays itself. A text is not copied: the word serves within
+/// the call it is made for.
+template <class T>
+AttrWord toWord(const T& value) {
+  if constexpr (IsWord<T>) {
+    return value;
+  } else if constexpr (IsPromotable<T>) {
+    return {integerTag<T>(), static_cast<std::uint64_t>(+value)};
+  } else if constexpr (std::is_floating_point_v<T>) {
+    return AttrWord(static_cast<double>(value));
+  } else if constexpr (std::is_convertible_v<const T&, const char*>) {
+    return AttrWord(static_cast<const char*>(value));
+  } else {
+    return AttrWord(static_cast<std::string_view>(value));
+  }
+}
+
+} // namespace scrivo
