@@ -218,6 +218,14 @@ constexpr TypeRecord makeTypeRecord() {
 #define LUMO_ROW(row)                                                                             \
   static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>) { return row; }
 
+/// The row of an attribute that only some instances of a class template have.
+#define LUMO_ROW_IF(condition, row)                                                               \
+  static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>)                         \
+    requires(condition)                                                                            \
+  {                                                                                                \
+    return row;                                                                                    \
+  }
+
 #define LUMO_READ(Type, x)                                                                        \
  public:                                                                                           \
   const Type& x() const { return x##_; }
@@ -232,11 +240,40 @@ constexpr TypeRecord makeTypeRecord() {
   LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))   \
   LUMO_FIELD(Type, x)
 
+/// A constructor argument that the class template has only where `condition` holds.
+#define LUMO_CTOR_IF(condition, Type, x)                                                          \
+ public:                                                                                           \
+  const Type& x() const                                                                            \
+    requires(condition)                                                                            \
+  {                                                                                                \
+    return x##_;                                                                                   \
+  }                                                                                                \
+  LUMO_ROW_IF(condition, (::Lumo::scalarRow<&LumoSelf::x##_>(                                      \
+                             #x, ::Lumo::AttributeKind::constructorArgument)))                     \
+  LUMO_FIELD(Type, x)
+
 /// A readable and writable attribute that starts at the default of its type.
 #define LUMO_ATTR(Type, x)                                                                        \
   LUMO_READ(Type, x)                                                                               \
   void x##Is(Type value) { x##_ = std::move(value); }                                              \
   LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::plain)))                 \
+  LUMO_FIELD(Type, x)
+
+/// A plain attribute that the class template has only where `condition` holds.
+#define LUMO_ATTR_IF(condition, Type, x)                                                          \
+ public:                                                                                           \
+  const Type& x() const                                                                            \
+    requires(condition)                                                                            \
+  {                                                                                                \
+    return x##_;                                                                                   \
+  }                                                                                                \
+  void x##Is(Type value)                                                                           \
+    requires(condition)                                                                            \
+  {                                                                                                \
+    x##_ = std::move(value);                                                                       \
+  }                                                                                                \
+  LUMO_ROW_IF(condition,                                                                           \
+              (::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::plain)))              \
   LUMO_FIELD(Type, x)
 
 /// An attribute without a field; its accessor x() is written by hand.
@@ -248,6 +285,11 @@ constexpr TypeRecord makeTypeRecord() {
 #define LUMO_METHOD(x, ...)                                                                       \
  public:                                                                                           \
   LUMO_ROW((::Lumo::methodRow<&LumoSelf::x>(#x __VA_OPT__(, ) __VA_ARGS__)))
+
+/// A method that the class template has only where `condition` holds.
+#define LUMO_METHOD_IF(condition, x, ...)                                                         \
+ public:                                                                                           \
+  LUMO_ROW_IF(condition, (::Lumo::methodRow<&LumoSelf::x>(#x __VA_OPT__(, ) __VA_ARGS__)))
 
 #define LUMO_COLLECTION(Family, tag, Key, Value, x, X, internal)                                     \
  public:                                                                                           \

@@ -29,6 +29,12 @@ class ViaIndex {
       throw Lumo::RangeException("ViaIndex::value < ViaIndex::min or > ViaIndex::max not allowed");
     }
   }
+  /// From a record's word, which may be anything; no check.
+  static constexpr ViaIndex fromRecord(std::uint32_t word) {
+    ViaIndex index;
+    index.value_ = word;
+    return index;
+  }
   constexpr std::uint32_t value() const { return value_; }
   friend constexpr auto operator<=>(const ViaIndex&, const ViaIndex&) = default;
 

@@ -1,0 +1,91 @@
+// The text and model of tunnels and label stacks inside the displays of routes.
+#pragma once
+
+#include "kesh/Mpls.h"
+#include "lumo/HashMap2018.h"
+#include "scrivo/Printer.h"
+#include "state/Tunnel.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace Tunnel::CliSupport {
+
+using TunnelViaIndex = std::uint16_t;
+
+/// The display form of one tunnel: what it is, where it leads, and its vias as texts.
+struct CachedTunVia {
+  Lumo::String tunnelTypeText;
+  Lumo::String endpointText;
+  std::uint64_t tunnelIndex = 0;
+  Lumo::HashMap2018<TunnelViaIndex, Lumo::String> nexthopAddr;
+  Lumo::HashMap2018<TunnelViaIndex, Lumo::String> interface;
+  Lumo::HashMap2018<TunnelViaIndex, Lumo::String> interfaceDescription;
+  Lumo::HashMap2018<TunnelViaIndex, Kesh::MplsLabelOperation> viaLabelStack;
+  std::uint32_t numVias = 0;
+
+  Lumo::String& newNexthopAddr(TunnelViaIndex at) { return nexthopAddr.insertOrAssign(at, {}); }
+  Lumo::String& newInterface(TunnelViaIndex at) { return interface.insertOrAssign(at, {}); }
+  Lumo::String& newInterfaceDescription(TunnelViaIndex at) {
+    return interfaceDescription.insertOrAssign(at, {});
+  }
+  Kesh::MplsLabelOperation& newViaLabelStack(TunnelViaIndex at) {
+    return viaLabelStack.insertOrAssign(at, {});
+  }
+};
+
+/// The display form of a static interface tunnel.
+struct CachedStaticIntfTunnelInfo {
+  Lumo::String tunnelTypeText;
+  std::uint64_t tunnelIndexPart = 0;
+  Lumo::String encapTypeText;
+  Lumo::String encapTypeTextAlt;
+  Lumo::String destinationText;
+  Lumo::String sourceText;
+  std::uint32_t addressFamily = 0;
+  std::uint32_t greKeyField = 0;
+  std::uint8_t encapByte0 = 0;
+  std::uint8_t encapByte1 = 0;
+
+  friend bool operator==(const CachedStaticIntfTunnelInfo&, const CachedStaticIntfTunnelInfo&) = default;
+  bool operator!() const { return *this == CachedStaticIntfTunnelInfo(); }
+};
+
+/// One via of a tunnel as a line shows it.
+struct TunnelViaText {
+  std::string_view nexthopAddr;
+  std::string_view interface;
+  std::string_view interfaceDescription;
+  Kesh::MplsLabelOperation labelStack;
+  bool directlyConnected = false;
+};
+
+/// The tunnel of that identifier, without vias; an empty endpoint is left out of the text.
+CachedTunVia getCachedTunnelInfo(TunnelTable::TunnelId id, const Lumo::String& endpoint);
+
+/// "LDP tunnel index 3, endpoint 10.0.0.9/32"; in the model, with `inModel`, the submodel
+/// `tunnelDescriptor`.
+void printTunnelInfo(scrivo::Printer& printer, const CachedTunVia& tunnel, bool inModel);
+
+/// "via 10.1.0.1, Ethernet1 label 100 200" or "is directly connected, Ethernet1"; with `inModel`,
+/// the attributes of a via's entry, which the caller has opened.
+void printTunnelViaInfo(scrivo::Printer& printer, bool inModel, const TunnelViaText& via);
+
+/// " label 100" for a label or " label 100 200" for a stack, and in the model the list `key` of the
+/// labels, top first. Nothing for the no-label value with an empty operation. The label goes above
+/// the operation's stack. `inModel` as above.
+void maybeAddLabelStackToOutput(scrivo::Printer& printer, Kesh::MplsLabel label,
+                                const Kesh::MplsLabelOperation& operation, bool inModel,
+                                const char* key);
+
+/// ", GRE, destination 10.9.0.1, source 10.9.0.2" and the like for a static interface tunnel, and
+/// the submodel `tunnelEncap`; nothing for a default one.
+void maybePrintTunnelEncapInfo(scrivo::Printer& printer, const CachedStaticIntfTunnelInfo& info,
+                               bool inModel);
+
+/// The words for a tunnel's kind ("LDP", "SR", ...) and an encapsulation's ("GRE", ...); "tunnel"
+/// and "encapsulation" for a number without a word.
+const char* tunnelTypeText(TunnelTable::TunnelKind kind);
+const char* encapTypeText(TunnelTable::EncapKind kind);
+
+} // namespace Tunnel::CliSupport

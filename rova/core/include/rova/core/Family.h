@@ -1,0 +1,85 @@
+// The two address families, and every difference between them that the displays keep. Code asks a
+// family for the property; it never asks which family it has.
+#pragma once
+
+#include "rova/core/TypeNames.h"
+#include "state/DeviceState.h"
+
+namespace Rova {
+
+struct Ip4Family {
+  using Address = Kesh::IpAddr;
+  using Prefix = Kesh::Prefix;
+  using AddrWithMask = Kesh::IpAddrWithMask;
+  using RouteType = Routing::Fib::RouteType;
+  using Route = Vanta::Fib::Route;
+  using RouteStatus = Vanta::Fib::RouteStatus;
+  using Fec = Vanta::Fib::Fec;
+  using IpStatus = Ip::Status;
+  using HardwareStatus = Routing::Hardware::Status;
+  using UnprogrammedRouteStatus = Vanta::Fib::UnprogrammedRouteStatus;
+  using KernelError = Vanta::KernelUnprogrammedRoute::Error;
+
+  static constexpr int hostLength = Prefix::maxLength;
+  static constexpr const char* sorterName = "RouteSorter";
+  static constexpr const char* sorterTypeName = "Rova::RouteSorter";
+  static constexpr RouteType attachedType = RouteType::attached;
+
+  /// A listing switches to the lines of IPv6 once a FEC of the IPv6 table was captured for it.
+  static constexpr bool remembersV6Nexthops = true;
+  /// A query by interface is one that has an interface; IPv6 has a flag of its own for it.
+  static constexpr bool hasIntfFlag = false;
+  /// Addresses of other VRFs' interfaces are not this VRF's.
+  static constexpr bool addressesAreOfTheVrf = true;
+  /// The listing tells the gateway of last resort and moves the default route up to it.
+  static constexpr bool printsGatewayOfLastResort = true;
+  /// The listing of IPv6 opens with the number of entries, or with what was asked for.
+  static constexpr bool printsEntryCount = false;
+  /// Routes that the printing stage will refuse are not foretold.
+  static constexpr bool countsFilteredRoutes = false;
+  /// A route whose FEC was not captured gets a line that says so; in IPv6 it is a fault.
+  static constexpr bool toleratesMissingFec = true;
+  /// A single EVPN via is printed straight from the FEC; in IPv6 it gets a row.
+  static constexpr bool printsSingleEvpnViaDirectly = true;
+  /// Rows keep the next hop of a directly connected via; IPv6 leaves it out to tell such rows.
+  static constexpr bool hidesConnectedNexthops = false;
+
+  static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
+    return status.error;
+  }
+};
+
+struct Ip6Family {
+  using Address = Kesh::Ip6Addr;
+  using Prefix = Kesh::Ip6Prefix;
+  using AddrWithMask = Kesh::Ip6AddrWithMask;
+  using RouteType = Routing6::Fib::RouteType;
+  using Route = Vanta::Fib6::Route;
+  using RouteStatus = Vanta::Fib6::RouteStatus;
+  using Fec = Vanta::Fib6::Fec;
+  using IpStatus = Ip6::Status;
+  using HardwareStatus = Routing6::Hardware::Status;
+  using UnprogrammedRouteStatus = Vanta::Fib6::UnprogrammedRouteStatus;
+  using KernelError = Vanta::KernelUnprogrammedRoute::Error6;
+
+  static constexpr int hostLength = Prefix::maxLength;
+  static constexpr const char* sorterName = "Route6Sorter";
+  static constexpr const char* sorterTypeName = "Rova::Route6Sorter";
+  static constexpr RouteType attachedType = RouteType::attached;
+
+  static constexpr bool remembersV6Nexthops = false;
+  static constexpr bool hasIntfFlag = true;
+  static constexpr bool addressesAreOfTheVrf = false;
+  static constexpr bool printsGatewayOfLastResort = false;
+  static constexpr bool printsEntryCount = true;
+  static constexpr bool countsFilteredRoutes = true;
+  static constexpr bool toleratesMissingFec = false;
+  static constexpr bool printsSingleEvpnViaDirectly = false;
+  static constexpr bool hidesConnectedNexthops = true;
+
+  static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
+    return status.error6;
+  }
+};
+
+} // namespace Rova

@@ -1,0 +1,54 @@
+// The names, in attribute tables, of those platform types that attributes of this library hold.
+#pragma once
+
+#include "lumo/Dir.h"
+#include "lumo/TypeName.h"
+#include "state/DeviceState.h"
+#include "tunnel/CliSupport.h"
+
+LUMO_TYPE_NAME(Kesh::IpGenAddr);
+LUMO_TYPE_NAME(Kesh::IpAddr);
+LUMO_TYPE_NAME(Kesh::Ip6Addr);
+LUMO_TYPE_NAME(Kesh::Prefix);
+LUMO_TYPE_NAME(Kesh::Ip6Prefix);
+LUMO_TYPE_NAME(Kesh::IpAddrWithMask);
+LUMO_TYPE_NAME(Kesh::Ip6AddrWithMask);
+LUMO_TYPE_NAME(Kesh::IntfId);
+LUMO_TYPE_NAME(Kesh::MplsLabel);
+LUMO_TYPE_NAME(Kesh::MplsLabelOperation);
+LUMO_TYPE_NAME(Lumo::Dir);
+LUMO_TYPE_NAME(L3::VrfName);
+LUMO_TYPE_NAME(Vrf::VrfIdMap::VrfId);
+LUMO_TYPE_NAME(Vrf::VrfIdMap::Status);
+LUMO_TYPE_NAME(Vrf::VrfIdMap::ReverseMapper);
+LUMO_TYPE_NAME(Vanta::Fib::FecId);
+LUMO_TYPE_NAME(Vanta::Fib::ViaIndex);
+LUMO_TYPE_NAME(Vanta::Fib::Route);
+LUMO_TYPE_NAME(Vanta::Fib::RouteStatus);
+LUMO_TYPE_NAME(Vanta::Fib::ForwardingStatus);
+LUMO_TYPE_NAME(Vanta::Fib::UnprogrammedRouteStatus);
+LUMO_TYPE_NAME(Vanta::Fib6::Route);
+LUMO_TYPE_NAME(Vanta::Fib6::RouteStatus);
+LUMO_TYPE_NAME(Vanta::Fib6::ForwardingStatus);
+LUMO_TYPE_NAME(Vanta::Fib6::UnprogrammedRouteStatus);
+LUMO_TYPE_NAME(Vanta::KernelUnprogrammedRoute::UnprogrammedRoute);
+LUMO_TYPE_NAME(Routing::ConfigGen);
+LUMO_TYPE_NAME(Routing::Hardware::Status);
+LUMO_TYPE_NAME(Routing6::Hardware::Status);
+LUMO_TYPE_NAME(Interface::AllIntfConfigDir);
+LUMO_TYPE_NAME(Interface::IntfStatus);
+LUMO_TYPE_NAME(Ip::Status);
+LUMO_TYPE_NAME(Ip6::Status);
+LUMO_TYPE_NAME(Arp::Table::Status);
+LUMO_TYPE_NAME(NexthopGroup::EntryStatus);
+LUMO_TYPE_NAME(SrTePolicy::PolicyStatus);
+LUMO_TYPE_NAME(Tunnel::TunnelFib::TunnelFib);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::TunnelId);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::EvpnVxlanTunnelEntry);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::EvpnVxlanTunnelTable);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::SrTunnelTable);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::StaticTunnelTable);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::LdpTunnelTable);
+LUMO_TYPE_NAME(Tunnel::TunnelTable::BgpLuTunnelTable);
+LUMO_TYPE_NAME(Tunnel::CliSupport::CachedTunVia);
+LUMO_TYPE_NAME(Tunnel::CliSupport::CachedStaticIntfTunnelInfo);
