@@ -49,9 +49,7 @@ void DoubleAttrInfo::setValue(float value) {
 DoubleAttrInfo::~DoubleAttrInfo() = default;
 
 void StringAttrInfo::setValue(const char* text) { pointAt(text); }
-void StringAttrInfo::setValue(char* text) {
-  text ? copy(text, std::strlen(text)) : pointAt(nullptr);
-}
+void StringAttrInfo::setValue(char* text) { copy(text, text ? std::strlen(text) : 0); }
 void StringAttrInfo::setValue(char* text, unsigned int length) { copy(text, length); }
 void StringAttrInfo::setValue(Lumo::String text) { copy(text.c_str(), text.bytes()); }
 
@@ -61,6 +59,7 @@ StringAttrInfo::~StringAttrInfo() {
 
 /// The text may be the one held so far, in the buffer or on the heap, or a part of it.
 void StringAttrInfo::copy(const char* source, std::size_t length) {
+  if (!source) return pointAt(nullptr);
   if (length >= bufferSize) {
     const char* const copied = duplicate(source, length);
     pointAt(copied);

@@ -59,7 +59,7 @@ std::size_t OutputBuffer::writeSome(const char* bytes, std::size_t length) {
   if (written >= 0) return static_cast<std::size_t>(written);
   const int error = errno;
   if (error == EINTR) return 0;
-  if (error == EAGAIN || error == EWOULDBLOCK) return waitUntilWritable(fd_), 0;
+  if (error == EAGAIN) return waitUntilWritable(fd_), 0;
   fail();
   if (error == EPIPE) throw sigintException("the reader has gone away");
   throw WriteException(error);

@@ -29,7 +29,9 @@ class OutputBuffer {
     std::memcpy(next_, bytes, length);
     next_ += length;
   }
-  void put(std::string_view text) { put(text.data(), text.size()); }
+  void put(std::string_view text) {
+    if (!text.empty()) put(text.data(), text.size()); // memcpy takes no null pointer
+  }
   void fill(char byte, std::size_t count);
 
   /// Room for `count` bytes, at most `reserveLimit`; `commit` tells where the writing ended.

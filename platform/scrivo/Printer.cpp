@@ -81,7 +81,7 @@ void Printer::endSubmodel() {
   if (takesModel()) body_->json.close(submodelLevel);
 }
 
-void Printer::add(const char* format, const AttrWord* words, unsigned count) {
+void Printer::add(FormatText format, const AttrWord* words, unsigned count) {
   if (format_ == textFormat) return print(format, words, count);
   if (!takesModel()) return;
   for (const AttrWord* word = words; word != words + count; ++word) {
@@ -90,7 +90,7 @@ void Printer::add(const char* format, const AttrWord* words, unsigned count) {
   }
 }
 
-void Printer::print(const char* format, const AttrWord* words, unsigned count) {
+void Printer::print(FormatText format, const AttrWord* words, unsigned count) {
   if (takesText()) printFormat(body_->out, format, words, count);
 }
 

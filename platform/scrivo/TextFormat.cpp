@@ -58,17 +58,20 @@ class FormatPrinter {
   FormatPrinter(OutputBuffer& out, const char* format, const AttrWord* words, unsigned count)
       : out_(out), format_(format), words_(words), next_(words), end_(words + count) {}
 
-  void print() {
-    for (const char* at = format_;;) {
-      const char* const literal = at;
-      while (*at != '\0' && *at != '%') ++at;
-      out_.put(literal, static_cast<std::size_t>(at - literal));
-      if (*at == '\0') return;
-      at = printSlot(at + 1);
+  void print(std::uint32_t literalLength) {
+    out_.put(format_, literalLength);
+    for (const char* at = format_ + literalLength; *at != '\0';) {
+      at = *at == '%' ? printSlot(at + 1) : printLiteral(at);
     }
   }
 
  private:
+  const char* printLiteral(const char* at) {
+    const char* const end = skipLiteral(at);
+    out_.put(at, static_cast<std::size_t>(end - at));
+    return end;
+  }
+
   /// \return the place behind the slot.
   const char* printSlot(const char* at) {
     Slot slot;
@@ -111,6 +114,11 @@ class FormatPrinter {
     }
   }
 
+  // Most slots are bare, "%s" or "%d": they pass by the layout of fields.
+  void printText(const Slot& slot, std::string_view text) {
+    slot.width == Slot::none ? out_.put(text) : printField(slot, {.body = text});
+  }
+
   void printCharacter(const Slot& slot, char character) {
     printField(slot, {.body = std::string_view(&character, 1)});
   }
@@ -127,22 +135,26 @@ class FormatPrinter {
   }
 
   void printInteger(const Slot& slot, bool isNegative, std::uint64_t magnitude) {
+    if (slot.isBare() && (slot.conversion == 'd' || slot.conversion == 'u')) {
+      char* const at = out_.reserve(integerRoom);
+      *at = '-';
+      return out_.commit(std::to_chars(at + isNegative, at + integerRoom, magnitude).ptr);
+    }
     char digits[integerRoom];
     const bool isHex = (slot.conversion | 0x20) == 'x';
     char* const end = std::to_chars(digits, digits + sizeof digits, magnitude, isHex ? 16 : 10).ptr;
     if (slot.conversion == 'X') std::transform(digits, end, digits, ::toupper);
-    Field field{.isNegative = isNegative,
-                .body = std::string_view(digits, static_cast<std::size_t>(end - digits)),
-                .takesZeros = slot.precision == Slot::none};
-    if (slot.precision != Slot::none) setPrecision(field, slot.precision, magnitude == 0);
-    printField(slot, field);
+    const std::string_view body(digits, static_cast<std::size_t>(end - digits));
+    printDigits(slot, isNegative, magnitude == 0 && slot.precision != Slot::none ? "" : body);
   }
 
-  /// The precision of an integer is the least number of its digits; zero then needs none.
-  static void setPrecision(Field& field, int precision, bool isZero) {
-    if (isZero) field.body = {};
-    const auto least = static_cast<std::size_t>(precision);
-    if (least > field.body.size()) field.leadingZeros = least - field.body.size();
+  /// The precision of an integer is the least number of its digits; it overrules the flag `0`.
+  void printDigits(const Slot& slot, bool isNegative, std::string_view digits) {
+    const auto least = static_cast<std::size_t>(std::max(slot.precision, 0));
+    printField(slot, {.isNegative = isNegative,
+                      .leadingZeros = least > digits.size() ? least - digits.size() : 0,
+                      .body = digits,
+                      .takesZeros = slot.precision == Slot::none});
   }
 
   void printReal(const Slot& slot, double number) {
@@ -192,8 +204,8 @@ class FormatPrinter {
 
 } // namespace
 
-void printFormat(OutputBuffer& out, const char* format, const AttrWord* words, unsigned count) {
-  FormatPrinter(out, format, words, count).print();
+void printFormat(OutputBuffer& out, FormatText format, const AttrWord* words, unsigned count) {
+  FormatPrinter(out, format.text, words, count).print(format.literalLength);
 }
 
 } // namespace scrivo

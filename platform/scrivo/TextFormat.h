@@ -1,7 +1,7 @@
 // Formats as text: what printf does, over typed words.
 #pragma once
 
-#include "scrivo/Word.h"
+#include "scrivo/Format.h"
 
 namespace scrivo {
 
@@ -9,6 +9,6 @@ class OutputBuffer;
 
 /// Prints the format with `count` words. Throws Lumo::InternalException if they do not fit; what
 /// stands before the slot in question is then printed already.
-void printFormat(OutputBuffer& out, const char* format, const AttrWord* words, unsigned count);
+void printFormat(OutputBuffer& out, FormatText format, const AttrWord* words, unsigned count);
 
 } // namespace scrivo

@@ -7,8 +7,8 @@ namespace {
 using namespace scrivo;
 
 /// A printer whose output nobody reads.
-struct Bench {
-  explicit Bench(unsigned format) : printer(sink.fd(), format, true, false, true, 0) {}
+struct OpenPrinter {
+  explicit OpenPrinter(unsigned format) : printer(sink.fd(), format, true, false, true, 0) {}
   Sink sink;
   Printer printer;
 };
@@ -27,19 +27,19 @@ class MarkInfo : public BoolAttrInfo {
 };
 
 TEST(AttrInfo, StartsWithoutAValue) {
-  Bench bench(textFormat);
-  const IntAttrInfo number(bench.printer, "number");
+  OpenPrinter opened(textFormat);
+  const IntAttrInfo number(opened.printer, "number");
   EXPECT_FALSE(number.hasValue());
   EXPECT_FALSE(number.isKey());
   EXPECT_STREQ(number.key(), "number");
   EXPECT_EQ(number.format(), 1u);
-  EXPECT_TRUE(IntAttrInfo(bench.printer, "", true).isKey());
+  EXPECT_TRUE(IntAttrInfo(opened.printer, "", true).isKey());
 }
 
 TEST(AttrInfo, HasTheKindOfItsClass) {
-  Bench bench(modelFormat);
+  OpenPrinter opened(modelFormat);
   const auto kind = [](const AttrInfo& info) { return static_cast<unsigned>(info.kind()); };
-  Printer& p = bench.printer;
+  Printer& p = opened.printer;
   EXPECT_EQ(kind(IntAttrInfo(p, "")), 0u);
   EXPECT_EQ(kind(StringAttrInfo(p, "")), 1u);
   EXPECT_EQ(kind(BoolAttrInfo(p, "")), 2u);
@@ -49,8 +49,8 @@ TEST(AttrInfo, HasTheKindOfItsClass) {
 }
 
 TEST(AttrInfo, GivesTheValueInTextAndItselfInTheModel) {
-  Bench text(textFormat);
-  Bench model(modelFormat);
+  OpenPrinter text(textFormat);
+  OpenPrinter model(modelFormat);
   IntAttrInfo shown(text.printer, "n");
   IntAttrInfo named(model.printer, "n");
   shown.setValue(-5);
@@ -63,13 +63,13 @@ TEST(AttrInfo, GivesTheValueInTextAndItselfInTheModel) {
 }
 
 TEST(AttrInfo, BooleansShowWordsInTextAlone) {
-  Bench text(textFormat);
+  OpenPrinter text(textFormat);
   BoolAttrInfo shown(text.printer, "up");
   shown.setValue(true);
   EXPECT_STREQ(shown.text(), "True");
   shown.setValue(false);
   EXPECT_STREQ(shown.text(), "False");
-  Bench model(modelFormat);
+  OpenPrinter model(modelFormat);
   BoolAttrInfo named(model.printer, "up");
   named.setValue(true);
   EXPECT_EQ(named.bits(), 1u);
@@ -87,9 +87,9 @@ TEST(AttrInfo, DerivedBooleansShowTheirMark) {
 }
 
 TEST(StringAttrInfo, CopiesWhereItMust) {
-  Bench bench(textFormat);
+  OpenPrinter opened(textFormat);
   for (const std::size_t length : {0u, 1u, 98u, 99u, 100u, 5000u}) {
-    StringAttrInfo info(bench.printer, "text");
+    StringAttrInfo info(opened.printer, "text");
     std::string text(length, 'x');
     const auto expectCopy = [&] {
       EXPECT_EQ(info.text(), std::string(length, 'x'));
@@ -109,8 +109,8 @@ TEST(StringAttrInfo, CopiesWhereItMust) {
 }
 
 TEST(StringAttrInfo, CutsAtTheLengthGiven) {
-  Bench bench(textFormat);
-  StringAttrInfo info(bench.printer, "text");
+  OpenPrinter opened(textFormat);
+  StringAttrInfo info(opened.printer, "text");
   std::string text = "route-map" + std::string(200, '!');
   info.setValue(text.data(), 5);
   EXPECT_STREQ(info.text(), "route");
@@ -118,9 +118,19 @@ TEST(StringAttrInfo, CutsAtTheLengthGiven) {
   EXPECT_EQ(info.text(), text.substr(0, 150));
 }
 
+TEST(StringAttrInfo, ShowsANullPointer) {
+  const auto walk = [](Printer& p) {
+    StringAttrInfo info(p, "text");
+    info.setValue(static_cast<char*>(nullptr));
+    p.addAttributes("%s", 1, info.getArg());
+  };
+  EXPECT_EQ(capture(textFormat, walk), "(null)");
+  EXPECT_EQ(capture(modelFormat, walk), R"("text":null)");
+}
+
 TEST(StringAttrInfo, TakesItsOwnTextAgain) {
-  Bench bench(textFormat);
-  StringAttrInfo info(bench.printer, "text");
+  OpenPrinter opened(textFormat);
+  StringAttrInfo info(opened.printer, "text");
   info.setValue(Lumo::String(std::string(150, 'a') + "tail"));
   info.setValue(const_cast<char*>(info.text()) + 10);
   EXPECT_EQ(info.text(), std::string(140, 'a') + "tail");
@@ -132,29 +142,29 @@ TEST(StringAttrInfo, TakesItsOwnTextAgain) {
 
 TEST(AttrInfoDeath, AValueIsSetBeforeItIsUsed) {
   for (const unsigned format : {1u, 2u}) {
-    Bench bench(format);
-    EXPECT_DEATH(IntAttrInfo(bench.printer, "n").getArg(), "Assertion failed: hasValue");
-    EXPECT_DEATH(Uint64AttrInfo(bench.printer, "n").getArg(), "Assertion failed: hasValue");
+    OpenPrinter opened(format);
+    EXPECT_DEATH(IntAttrInfo(opened.printer, "n").getArg(), "Assertion failed: hasValue");
+    EXPECT_DEATH(Uint64AttrInfo(opened.printer, "n").getArg(), "Assertion failed: hasValue");
   }
 }
 
 TEST(AttrInfoDeath, OnlyTwoFormatsExist) {
   for (const unsigned format : {0u, 3u}) {
-    Bench bench(format);
-    BoolAttrInfo up(bench.printer, "up");
+    OpenPrinter opened(format);
+    BoolAttrInfo up(opened.printer, "up");
     EXPECT_DEATH(up.setValue(true), "Assertion failed: 0");
-    IntAttrInfo number(bench.printer, "n");
+    IntAttrInfo number(opened.printer, "n");
     number.setValue(1);
     EXPECT_DEATH(number.getArg(), "Assertion failed: 0");
-    Uint64AttrInfo wide(bench.printer, "n");
+    Uint64AttrInfo wide(opened.printer, "n");
     wide.setValue(1);
     EXPECT_DEATH(wide.getArg(), "Assertion failed: 0");
   }
 }
 
 TEST(AttrInfoDeath, AnInfoStaysWithItsPrinter) {
-  Bench model(modelFormat);
-  Bench text(textFormat);
+  OpenPrinter model(modelFormat);
+  OpenPrinter text(textFormat);
   IntAttrInfo shown(text.printer, "n");
   shown.setValue(1);
   EXPECT_DEATH(model.printer.addAttributes("%d", 1, shown.getArg()),

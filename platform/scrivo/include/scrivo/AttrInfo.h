@@ -155,7 +155,8 @@ class LUMO_EXPORT DoubleAttrInfo : public Attr64Info {
   DoubleWord getArg() const { return DoubleWord(word(Tag::real, bits())); }
 };
 
-/// A text; "%s". Texts of up to 99 bytes cost no allocation.
+/// A text; "%s". Texts of up to 99 bytes cost no allocation. A text ends at its first NUL in both
+/// outputs; a null pointer shows as "(null)" in text and as null in the model.
 class LUMO_EXPORT StringAttrInfo : public Attr32Info {
  public:
   StringAttrInfo(const Printer& printer, const char* key, bool isKey = false)

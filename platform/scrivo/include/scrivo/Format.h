@@ -23,6 +23,8 @@ struct Slot {
   bool zero = false;
   bool wide = false;   ///< l, ll or z stands before the conversion
   char conversion = 0; ///< one of d u x X c s f, or % for the sign itself
+
+  constexpr bool isBare() const { return width == none && precision == none; }
 };
 
 /// A number or `*` at `at`, moved behind it; `none` if there is neither. Five digits are too many:
@@ -76,6 +78,22 @@ constexpr const char* readSlot(const char* at, Slot& slot) {
     return nullptr;
   }
 }
+
+/// The place of the next slot, or of the end.
+constexpr const char* skipLiteral(const char* at) {
+  while (*at != '\0' && *at != '%') ++at;
+  return at;
+}
+
+/// A format as the printer takes it, with what the compiler has measured: the length of the text
+/// ahead of the first slot. A scan for it costs more than printing it.
+struct FormatText {
+  explicit constexpr FormatText(const char* format)
+      : text(format), literalLength(static_cast<std::uint32_t>(skipLiteral(format) - format)) {}
+
+  const char* text;
+  std::uint32_t literalLength;
+};
 
 /// True if an argument of the tag may stand in the slot: the kind is the slot's, and an integer is
 /// not cut. `any` may stand anywhere, for its own check comes when it is printed.
@@ -142,16 +160,16 @@ class FormatFor {
  public:
   consteval FormatFor(const char* text) : text_(text) { check(); }
   FormatFor(RuntimeFormat format) : text_(format.text()) { check(); }
-  constexpr const char* text() const { return text_; }
+  constexpr FormatText text() const { return text_; }
 
  private:
   constexpr void check() const {
     constexpr Tag tags[] = {tagOf<Args>()..., Tag::any}; // never empty
-    const FormatFault fault = findFormatFault(text_, tags, sizeof...(Args));
-    if (fault.what) throwFormatFault(text_, fault);
+    const FormatFault fault = findFormatFault(text_.text, tags, sizeof...(Args));
+    if (fault.what) throwFormatFault(text_.text, fault);
   }
 
-  const char* text_;
+  FormatText text_;
 };
 
 /// The count of a call with `count` words. Another number does not compile.

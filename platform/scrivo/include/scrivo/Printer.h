@@ -117,8 +117,8 @@ class LUMO_EXPORT Printer {
   bool isAlive();
   bool takesText() { return isAlive() && format_ == textFormat; }
   bool takesModel() { return isAlive() && format_ == modelFormat; }
-  void add(const char* format, const AttrWord* words, unsigned count);
-  void print(const char* format, const AttrWord* words, unsigned count);
+  void add(FormatText format, const AttrWord* words, unsigned count);
+  void print(FormatText format, const AttrWord* words, unsigned count);
 
   unsigned format_;
   std::unique_ptr<Body> body_;
