@@ -6,9 +6,12 @@ namespace {
 
 int hostLength(Kesh::AddressFamily family) {
   switch (family) {
-  case Kesh::AddressFamily::ip4: return Kesh::Prefix::maxLength;
-  case Kesh::AddressFamily::ip6: return Kesh::Ip6Prefix::maxLength;
-  case Kesh::AddressFamily::unset: break;
+  case Kesh::AddressFamily::ip4:
+    return Kesh::Prefix::maxLength;
+  case Kesh::AddressFamily::ip6:
+    return Kesh::Ip6Prefix::maxLength;
+  case Kesh::AddressFamily::unset:
+    break;
   }
   return -1;
 }

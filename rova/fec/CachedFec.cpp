@@ -24,7 +24,8 @@ bool CachedFec::isNexthopGroup() const {
 
 bool CachedFec::isSrTePolicy() const {
   if (fecId_.adjType() == AdjType::srTePolicy) return true;
-  return std::any_of(via_.begin(), via_.end(), [](const auto& member) { return leadsToPolicy(member.first); });
+  return std::any_of(via_.begin(), via_.end(),
+                     [](const auto& member) { return leadsToPolicy(member.first); });
 }
 
 bool CachedFec::forwards() const {
@@ -36,12 +37,15 @@ Lumo::Ptr<CachedFec> cachedFecFactory(Vanta::Fib::FecId fecId) {
   return Lumo::newEntity<CachedFec>(fecId);
 }
 
-bool isNexthopGroupFec(const Lumo::Ptr<const CachedFec>& fec) { return fec && fec->isNexthopGroup(); }
+bool isNexthopGroupFec(const Lumo::Ptr<const CachedFec>& fec) {
+  return fec && fec->isNexthopGroup();
+}
 bool isSrTePolicyFec(const Lumo::Ptr<const CachedFec>& fec) { return fec->isSrTePolicy(); }
 
 bool isValidDynamicTunnel(CachedVia via) {
   const auto id = via.tunnelId();
-  return !id.isNull() && id.kind() != TunnelKind::evpnVxlan && id.kind() != TunnelKind::staticInterface;
+  return !id.isNull() && id.kind() != TunnelKind::evpnVxlan &&
+         id.kind() != TunnelKind::staticInterface;
 }
 
 Routing::NexthopGroup::NexthopGroupId nexthopGroupIdFromIntfId(const Kesh::IntfId& intfId) {

@@ -28,12 +28,15 @@ bool operator==(const CachedVia& a, const CachedVia& b) {
 
 bool operator<(const CachedVia& a, const CachedVia& b) {
   const auto key = [](const CachedVia& via) {
-    return std::tie(via.isBackup_, via.intfId_, via.hop_, via.viaLabel_, via.viaWeight_, via.viaIndex_);
+    return std::tie(via.isBackup_, via.intfId_, via.hop_, via.viaLabel_, via.viaWeight_,
+                    via.viaIndex_);
   };
   return key(a) < key(b);
 }
 
-std::ostream& operator<<(std::ostream& out, const CachedVia& via) { return out << Lumo::valueToStrep(via); }
+std::ostream& operator<<(std::ostream& out, const CachedVia& via) {
+  return out << Lumo::valueToStrep(via);
+}
 std::ostream& operator<<(std::ostream& out, const CachedNhgVia& via) {
   return out << Lumo::valueToStrep(via);
 }

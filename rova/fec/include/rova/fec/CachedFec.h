@@ -40,7 +40,8 @@ class ROVA_EXPORT CachedFec : public Lumo::PtrInterface {
   LUMO_HASHED(std::uint16_t, Kesh::MplsLabelOperation, viaLabelStack, ViaLabelStack)
   LUMO_HASHED(std::uint16_t, bool, hostToCpu, HostToCpu)
   LUMO_HASHED(std::uint16_t, Tunnel::CliSupport::CachedTunVia, tunVia, TunVia)
-  LUMO_HASHED(std::uint16_t, Tunnel::CliSupport::CachedStaticIntfTunnelInfo, staticIntfTunInfo, StaticIntfTunInfo)
+  LUMO_HASHED(std::uint16_t, Tunnel::CliSupport::CachedStaticIntfTunnelInfo, staticIntfTunInfo,
+              StaticIntfTunInfo)
   LUMO_HASHED(std::uint16_t, CachedNhgVia, nhgVia, NhgVia)
   LUMO_END
 
@@ -68,7 +69,7 @@ ROVA_EXPORT bool isSrTePolicyFec(const Lumo::Ptr<const CachedFec>& fec);
 /// Whether the via leads into a tunnel other than EVPN VXLAN and static interface tunnels.
 ROVA_EXPORT bool isValidDynamicTunnel(CachedVia via);
 /// 0 for an interface that is no nexthop group.
-ROVA_EXPORT Routing::NexthopGroup::NexthopGroupId nexthopGroupIdFromIntfId(const Kesh::IntfId& intfId);
+ROVA_EXPORT Routing::NexthopGroup::NexthopGroupId
+nexthopGroupIdFromIntfId(const Kesh::IntfId& intfId);
 
 } // namespace Rova
-

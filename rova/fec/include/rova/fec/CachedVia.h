@@ -21,7 +21,8 @@ class ROVA_EXPORT CachedVia {
   LUMO_COMPUTED(Vanta::Fib::FecId, fecId)
   LUMO_END
 
-  /// The tunnel that the interface stands for; a static tunnel interface gives kind 9 with its port.
+  /// The tunnel that the interface stands for; a static tunnel interface gives kind 9 with its
+  /// port.
   Tunnel::TunnelTable::TunnelId tunnelId() const;
   /// Puts a tunnel in the interface's place. A static interface tunnel keeps its own interface.
   void tunnelIdIs(Tunnel::TunnelTable::TunnelId id);

@@ -57,8 +57,8 @@ void capturePlain(CachedFec& entity, const Fec& record) {
 
 } // namespace detail
 
-/// Builds the entity of a FEC record under `fecId` and stores it in the sorter, in place of one with
-/// the same identifier. Range errors of the record pass up and leave no entity.
+/// Builds the entity of a FEC record under `fecId` and stores it in the sorter, in place of one
+/// with the same identifier. Range errors of the record pass up and leave no entity.
 template <class Sorter, class Fec>
 Lumo::Ptr<CachedFec> cachedFecIs(Sorter& sorter, Vanta::Fib::FecId fecId, const Fec& record) {
   if constexpr (Sorter::Family::remembersV6Nexthops) {

@@ -1,0 +1,11 @@
+// RovaCliSupport: the work behind the routing commands of a network operating system's CLI.
+//
+// Include this one header, link `RovaCliSupport::rovaclisupport`, or load librovaclisupport.so at
+// run time: its types stand in the registry of lumo/Type.h when it is loaded.
+#pragma once
+
+#include "rova/core/Trace.h"
+#include "rova/fec/CachedFec.h"
+#include "rova/route/DisplayAttrInfo.h"
+#include "rova/route/Selection.h"
+#include "rova/route/Sorter.h"

@@ -1,0 +1,336 @@
+#include "rova/route/Render.h"
+
+#include "lumo/Assert.h"
+#include "lumo/System.h"
+#include "rova/core/Trace.h"
+#include "rova/fec/FecCapture.h"
+#include "rova/fec/FecRows.h"
+#include "rova/route/RouteLine.h"
+#include "rova/route/Selection.h"
+
+namespace Rova {
+
+namespace {
+
+using Tunnel::TunnelTable::TunnelKind;
+using Vrf::VrfIdMap::VrfId;
+
+/// Above this share of its buffer, in percent, the printer is flushed after a route.
+constexpr int flushAbove = 66;
+
+constexpr const char* rule = "======================================================\n";
+constexpr const char* hardwareWarning = "WARNING: Some of the routes are not programmed in     \n"
+                                        "hardware, and they are marked with '*'.               \n";
+constexpr const char* kernelWarning = "WARNING: Some of the routes are not programmed in     \n"
+                                      "kernel, and they are marked with '%'.                 \n";
+
+template <class Family>
+LineOptions lineOptions(const Sorter<Family>& sorter) {
+  LineOptions options{true, sorter.detail(), sorter.degradeNhgModel()};
+  if constexpr (Family::remembersV6Nexthops) options.v6Form = sorter.hasV6Nexthop();
+  return options;
+}
+
+/// The default route's prefix, 0.0.0.0/0 or ::/0.
+template <class Family>
+typename Family::Prefix defaultPrefix() {
+  return Kesh::pfx(typename Family::Address(), 0);
+}
+
+/// One render of one listing; what routes share is worked out once here.
+template <class Family>
+class Listing {
+ public:
+  using Prefix = typename Family::Prefix;
+  using Route = typename Family::Route;
+
+  Listing(Sorter<Family>& sorter, scrivo::Printer& printer)
+      : sorter_(sorter), printer_(printer), lines_(printer, lineOptions(sorter)) {}
+
+  void print() {
+    const double start = Lumo::System::currentTime();
+    printEntryCount();
+    printFlags();
+    printer_.addFrills("%s\n", sorter_.legend());
+    printDefaultRoute();
+    printer_.ioflush();
+    for (auto at = sorter_.sortedRouteMap().cursor(); at; at.next()) {
+      const Route* const route = at.value();
+      printRoute(route ? *route : Route());
+      if (printer_.fullness() > flushAbove) printer_.ioflush();
+    }
+    printer_.endDict();
+    printer_.addFrills("\n");
+    if (sorter_.quantify() != 0.0) printTiming(start);
+  }
+
+ private:
+  void printEntryCount();
+  bool hasHardwareUnprogrammed() const;
+  void printFlags();
+  void printTiming(double start);
+
+  const char* defaultRouteState(const Route& route) const;
+  bool isConfigured(const Prefix& prefix) const;
+  bool gatewayBelongs(const Route& route) const;
+  void printGateway(std::string_view state, const Route& route);
+  void printDefaultRoute();
+
+  void printRoute(const Route& route);
+  Kesh::IntfId ownInterface(const Route& route) const;
+  RouteLine lineOf(const Route& route);
+  const char* srcVrfName(VrfId vrf);
+  bool isHardwareProgrammed(const Prefix& prefix) const;
+  bool isKernelProgrammed(const Prefix& prefix) const;
+  void printMissingFec(const Route& route);
+  void buildGroups(CachedFec& fec);
+  bool printsDirectly(const CachedFec& fec) const;
+  void printDirect(const Route& route, CachedFec& fec, RouteLine& line);
+  const DirectViaText& directText(CachedFec& fec, const CachedVia& via) const;
+
+  Sorter<Family>& sorter_;
+  scrivo::Printer& printer_;
+  RouteLinePrinter lines_;
+  bool groupNamesBuilt_ = false;
+  VrfId lastSrcVrf_{VrfId::none};
+  Lumo::String lastSrcVrfName_;
+  Lumo::String ownInterfaceText_;
+};
+
+template <class Family>
+void Listing<Family>::printEntryCount() {
+  if constexpr (Family::printsEntryCount) {
+    const auto& prefix = sorter_.prefix();
+    if (prefix.isNullPrefix()) {
+      const auto total = static_cast<std::uint32_t>(sorter_.routingStatus()->route.members());
+      const auto shown =
+          static_cast<std::uint32_t>(sorter_.printCount()) - getFilteredRoutesCount(sorter_);
+      sorter_.printCountIs(static_cast<int>(shown));
+      printer_.addFrills("Displaying %u of %u IPv6 routing table entries\n", shown, total);
+    } else {
+      printer_.addFrills("Routing entry for %s\n", sorter_.originalMask()
+                                                       ? prefix.stringValue()
+                                                       : prefix.address().stringValue());
+    }
+  }
+}
+
+template <class Family>
+bool Listing<Family>::hasHardwareUnprogrammed() const {
+  if (!sorter_.unprogrammedRouteStatus()) return false;
+  bool found = false;
+  const auto& counts = sorter_.unprogrammedRouteStatus()->unprogrammedRouteCount;
+  const auto* const count = counts.safeLookup(sorter_.vrfId(), found, 0);
+  return found && count->count != 0;
+}
+
+template <class Family>
+void Listing<Family>::printFlags() {
+  scrivo::BoolAttrInfo routingDisabled(printer_, "routingDisabled");
+  scrivo::BoolAttrInfo allInHardware(printer_, "allRoutesProgrammedHardware");
+  scrivo::BoolAttrInfo allInKernel(printer_, "allRoutesProgrammedKernel");
+
+  const bool hardwareMissing = hasHardwareUnprogrammed();
+  const bool kernelMissing = kernelUnprogrammedRoutes(sorter_);
+  if (hardwareMissing) printer_.addFrills("%s%s", rule, hardwareWarning);
+  if (kernelMissing) printer_.addFrills("%s", kernelWarning);
+  if (hardwareMissing) printer_.addFrills("%s", rule);
+
+  routingDisabled.setValue(!sorter_.routingConfig() || !sorter_.routingConfig()->routing);
+  allInHardware.setValue(!hardwareMissing);
+  allInKernel.setValue(!kernelMissing);
+  printer_.addAttributes("", 3, routingDisabled.getArg(), allInHardware.getArg(),
+                         allInKernel.getArg());
+}
+
+template <class Family>
+void Listing<Family>::printTiming(double start) {
+  scrivo::DoubleAttrInfo quantify(printer_, "quantify");
+  scrivo::DoubleAttrInfo rsTime(printer_, "rsTime");
+  quantify.setValue(Lumo::System::currentTime() - sorter_.quantify());
+  rsTime.setValue(start - sorter_.quantify());
+  printer_.addFrills("Time taken for the routes to be printed: %f seconds.\n", quantify.getArg());
+  printer_.addFrills("Time taken to create the routeSorter: %f seconds.\n", rsTime.getArg());
+}
+
+template <class Family>
+bool Listing<Family>::isConfigured(const Prefix& prefix) const {
+  const Kesh::IpGenPrefix wanted(prefix);
+  bool found = false;
+  sorter_.routingConfig()->route.forEach(
+      [&](const Routing::RouteKey& key, const auto&) { found = found || key.prefix == wanted; });
+  return found;
+}
+
+template <class Family>
+const char* Listing<Family>::defaultRouteState(const Route& route) const {
+  if (!sorter_.routingConfig()) return "notSet";
+  if (isPrintable(sorter_, route)) return "reachable";
+  return !route.fecId.isNull() || isConfigured(defaultPrefix<Family>()) ? "notReachable" : "notSet";
+}
+
+/// Whether the gateway of last resort is a matter of this listing: of the whole table, of a query
+/// for the default route, and of one for a single prefix that resolved to it.
+template <class Family>
+bool Listing<Family>::gatewayBelongs(const Route& route) const {
+  const auto& routes = sorter_.sortedRouteMap();
+  const auto isDefault = [](const Prefix& prefix) { return prefix == defaultPrefix<Family>(); };
+  const bool asked =
+      isDefault(sorter_.prefix()) ||
+      (!sorter_.longerPrefixes() && (sorter_.prefix().isNullPrefix() ||
+                                     (routes.size() == 1 && isDefault(routes.begin()->first))));
+  return asked && protocolMatch(route, sorter_.protocol());
+}
+
+template <class Family>
+void Listing<Family>::printGateway(std::string_view state, const Route& route) {
+  if (state == "reachable") {
+    printer_.addFrills("Gateway of last resort:\n");
+    printRoute(route);
+    printer_.addFrills("\n");
+  } else {
+    printer_.addFrills("Gateway of last resort is not %s\n\n",
+                       state == "notReachable" ? "reachable" : "set");
+  }
+}
+
+template <class Family>
+void Listing<Family>::printDefaultRoute() {
+  bool found = false;
+  const Route route = *sorter_.routingStatus()->route.safeLookup(defaultPrefix<Family>(), found, 0);
+  const char* const state = defaultRouteState(route);
+  scrivo::StringAttrInfo defaultRouteState(printer_, "defaultRouteState");
+  defaultRouteState.setValue(state);
+  printer_.addAttributes("", 1, defaultRouteState.getArg());
+  printer_.startDict("routes");
+  if (!sorter_.routingConfig() || !Family::printsGatewayOfLastResort) return;
+  if (!gatewayBelongs(route)) return;
+  printGateway(state, route);
+  sorter_.sortedRouteDel(defaultPrefix<Family>());
+}
+
+template <class Family>
+void Listing<Family>::printRoute(const Route& route) {
+  ROVA_TRACE(8, "bool Rova::printRoute(" << Family::sorterTypeName << ", Route, scrivo::Printer)");
+  const auto type = route.routeType;
+  if (!isReceive(type) && !isPrintable(sorter_, route)) return;
+  if (!protocolMatch(route, sorter_.protocol())) return;
+  CachedFec* const fec = sorter_.fec(route.fecId).ptr();
+  if (!fec) return printMissingFec(route);
+
+  RouteLine line = lineOf(route);
+  line.fec = fec;
+  if (isNexthopGroup(type) || fec->isNexthopGroup()) {
+    buildGroups(*fec);
+  } else if (!fec->isSrTePolicy() && fec->vias() != 0) {
+    if (printsDirectly(*fec)) return printDirect(route, *fec, line);
+    buildRows(sorter_, *fec, route.key);
+    if (fec->numEntries() == 0 && filtersByInterface(sorter_)) return;
+  }
+  lines_.printFormatRoute(type, line);
+}
+
+template <class Family>
+RouteLine Listing<Family>::lineOf(const Route& route) {
+  RouteLine line;
+  line.prefix = route.key;
+  line.preference = route.preference();
+  line.metric = route.metric;
+  if (const VrfId source = route.srcVrfId(); source != VrfId(VrfId::none)) {
+    line.srcVrfName = srcVrfName(source);
+    line.routeLeaked = !(sorter_.vrfName().stringValue() == line.srcVrfName);
+  }
+  line.hardwareProgrammed = isHardwareProgrammed(route.key);
+  line.kernelProgrammed = isKernelProgrammed(route.key);
+  return line;
+}
+
+/// The name of a VRF, empty for an unknown number. Leaked routes come in runs of one source.
+template <class Family>
+const char* Listing<Family>::srcVrfName(VrfId vrf) {
+  if (vrf == lastSrcVrf_) return lastSrcVrfName_.c_str();
+  bool found = false;
+  const auto* const entry = sorter_.vrfIdMap()->vrfEntry.safeLookup(vrf, found, 0);
+  lastSrcVrfName_ = found ? entry->name : Lumo::String();
+  lastSrcVrf_ = vrf;
+  return lastSrcVrfName_.c_str();
+}
+
+template <class Family>
+bool Listing<Family>::isHardwareProgrammed(const Prefix& prefix) const {
+  const auto& status = sorter_.unprogrammedRouteStatus();
+  if (!status) return true;
+  bool found = false;
+  status->unprogrammedRoute.safeLookup({prefix, sorter_.vrfId()}, found, 0);
+  return !found;
+}
+
+template <class Family>
+bool Listing<Family>::isKernelProgrammed(const Prefix& prefix) const {
+  const auto& status = sorter_.kernelUnprogrammedRoute();
+  if (!status) return true;
+  bool found = false;
+  return *Family::kernelErrors(*status).safeLookup(prefix, found, 0) ==
+         typename Family::KernelError();
+}
+
+template <class Family>
+void Listing<Family>::printMissingFec(const Route& route) {
+  LUMO_ASSERT(Family::toleratesMissingFec, "fec");
+  printer_.addFrills("%-5s   %s <FecId %llx not found>", pcode(route.routeType),
+                     route.key.stringValue(), route.fecId.value());
+}
+
+template <class Family>
+void Listing<Family>::buildGroups(CachedFec& fec) {
+  if (!groupNamesBuilt_) sorter_.buildNexthopGroupIdToName();
+  groupNamesBuilt_ = true;
+  if (fec.nhgVias() == 0) buildNexthopGroupRows(sorter_, fec);
+}
+
+/// Whether a FEC's only via is printed without a row.
+template <class Family>
+bool Listing<Family>::printsDirectly(const CachedFec& fec) const {
+  if (fec.vias() != 1) return false;
+  const auto tunnel = fec.viaMap().begin()->first.tunnelId();
+  return tunnel.isNull() || tunnel.kind() == TunnelKind::staticInterface ||
+         (Family::printsSingleEvpnViaDirectly && tunnel.kind() == TunnelKind::evpnVxlan);
+}
+
+template <class Family>
+const DirectViaText& Listing<Family>::directText(CachedFec& fec, const CachedVia& via) const {
+  if (!fec.directVia) fec.directVia = std::make_unique<DirectViaText>(viaTexts(sorter_, via));
+  return *fec.directVia;
+}
+
+template <class Family>
+void Listing<Family>::printDirect(const Route& route, CachedFec& fec, RouteLine& line) {
+  const CachedVia& via = fec.viaMap().begin()->first;
+  const bool isEvpn = via.tunnelId().kind() == TunnelKind::evpnVxlan;
+  const DirectViaText& text = directText(fec, via);
+  if (isEvpn && !text.evpnEntry.isSet()) return;
+  if (isOtherInterface(sorter_, isEvpn ? Kesh::IntfId() : via.intfId())) return;
+  line.via = &text;
+  if (isReceive(route.routeType) && text.interface.empty()) {
+    ownInterfaceText_ = ownInterface(route).stringValue();
+    line.ownInterface = ownInterfaceText_.c_str();
+  }
+  lines_.printFormatRoute(route.routeType, line);
+}
+
+template <class Family>
+Kesh::IntfId Listing<Family>::ownInterface(const Route& route) const {
+  return sorter_.addrToIntfId(addrFromPrefix(route.key));
+}
+
+} // namespace
+
+template <class Family>
+void formatOutput(Sorter<Family>& sorter, scrivo::Printer& printer) {
+  Listing<Family>(sorter, printer).print();
+}
+
+template void formatOutput(Sorter<Ip4Family>&, scrivo::Printer&);
+template void formatOutput(Sorter<Ip6Family>&, scrivo::Printer&);
+
+} // namespace Rova

@@ -1,0 +1,470 @@
+#include "rova/route/RouteLine.h"
+
+#include "lumo/Assert.h"
+#include "rova/core/DirectlyConnected.h"
+
+#include <cstring>
+
+namespace Rova {
+
+namespace {
+
+/// Columns of the head: a mark, the code with its blanks, a mark.
+constexpr unsigned headColumns = 10;
+constexpr unsigned codeColumns = 8;
+constexpr unsigned leakMarkColumns = 2;
+/// Where the vias of the IPv6 form stand.
+constexpr const char* ownLineVia = "\n           via";
+
+unsigned digits(std::uint32_t number) {
+  unsigned count = 1;
+  while (number >= 10) number /= 10, ++count;
+  return count;
+}
+
+} // namespace
+
+/// The texts and tables of one row; a text that the row lacks is empty.
+struct RouteLinePrinter::Row {
+  std::uint16_t number;
+  bool isFirst;
+  const CachedNhgVia* group;
+  const Tunnel::CliSupport::CachedTunVia* tunnel;
+  const Tunnel::TunnelTable::EvpnVxlanTunnelEntry* evpn;
+  Lumo::String nexthopAddr;
+  Lumo::String interface;
+  Lumo::String interfaceDescription;
+};
+
+struct RouteLinePrinter::Subject {
+  const RouteLine& line;
+  std::string_view code;
+  std::string_view prefixText;
+  bool isNexthopGroup;
+  const char* nexthopAddr;
+  const char* interface;
+  const char* interfaceDescription;
+  bool hasEvpn;
+
+  bool hasRows() const {
+    if (!line.fec) return false;
+    return isNexthopGroup ? line.fec->nhgVias() != 0 : line.fec->numEntries() != 0;
+  }
+  bool hasTexts() const { return *nexthopAddr || *interface; }
+  bool isConnected() const { return !hasEvpn && isDirectlyConnected(line.prefix, nexthopAddr); }
+  /// The columns in front of a further via in the IPv4 form.
+  unsigned padding() const {
+    const auto note =
+        line.routeLeaked ? sizeof "(source VRF ) " - 1 + std::strlen(line.srcVrfName) : 0;
+    return static_cast<unsigned>(prefixText.size() + note) + sizeof " [/] " - 1 +
+           digits(static_cast<std::uint32_t>(line.preference)) + digits(line.metric) + headColumns;
+  }
+};
+
+RouteLinePrinter::RouteLinePrinter(scrivo::Printer& printer, LineOptions options)
+    : printer_(printer),
+      options_(options),
+      prefix_(printer, "prefix"),
+      routeType_(printer, "routeType"),
+      routeAction_(printer, "routeAction"),
+      hardwareProgrammed_(printer, "hardwareProgrammed"),
+      kernelProgrammed_(printer, "kernelProgrammed"),
+      routeLeaked_(printer, "routeLeaked"),
+      preference_(printer, "preference"),
+      metric_(printer, "metric"),
+      directlyConnected_(printer, "directlyConnected"),
+      srcVrf_(printer, "srcVrf"),
+      nexthopAddr_(printer, "nexthopAddr"),
+      interface_(printer, "interface"),
+      interfaceDescription_(printer, "interfaceDescription"),
+      viaType_(printer, "viaType"),
+      viaWeight_(printer, "viaWeight"),
+      vtepAddr_(printer, "vtepAddr"),
+      vni_(printer, "vni"),
+      routerMac_(printer, "routerMac"),
+      groupName_(printer, "groupName"),
+      groupId_(printer, "groupId") {}
+
+bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool nexthopGroupType) {
+  char text[Kesh::maxAddressText + 1];
+  const auto length = line.prefix.writeText(text);
+  text[length] = '\0';
+  prefix_.setValue(static_cast<const char*>(text));
+  const auto* const via = line.via;
+  Subject route{line,
+                code,
+                {text, length},
+                nexthopGroupType || (line.fec && line.fec->isNexthopGroup()),
+                via ? via->nexthopAddr.c_str() : "",
+                via && !via->interface.empty() ? via->interface.c_str() : line.ownInterface,
+                via ? via->interfaceDescription.c_str() : "",
+                via && via->evpnEntry.isSet()};
+  if (!hasSomethingToShow(route)) return false;
+  printHead(route);
+  options_.v6Form ? printFormatRoute6(route) : printFormatRoute4(route);
+  return true;
+}
+
+bool RouteLinePrinter::hasSomethingToShow(const Subject& route) const {
+  const bool nexthopAlone = *route.nexthopAddr && !*route.interface;
+  return !nexthopAlone || options_.detail || route.hasEvpn || route.isNexthopGroup ||
+         route.hasRows() || isDirectlyConnected(route.line.prefix, route.nexthopAddr) ||
+         (route.line.fec && route.line.fec->isSrTePolicy());
+}
+
+void RouteLinePrinter::printFormatRoute4(const Subject& route) {
+  if (route.isConnected()) {
+    printConnected4(route);
+  } else if (route.hasRows()) {
+    printRows4(route);
+  } else if (!route.hasTexts() && !route.hasEvpn) {
+    addKind(true, "drop");
+    printer_.addFrills(" is directly connected, Null0");
+    addPreference(route);
+    printer_.addFrills("\n");
+    printEmptyVias();
+  } else {
+    printVia4(route);
+  }
+  printer_.endDictEntry();
+}
+
+void RouteLinePrinter::printFormatRoute6(const Subject& route) {
+  printPreference(route);
+  if (route.isConnected()) {
+    printConnected6(route);
+  } else if (route.hasRows()) {
+    printRows6(route);
+  } else if (!route.hasTexts() && !route.hasEvpn) {
+    addKind(true, "drop");
+    printer_.addFrills("\n           Null0\n");
+    printEmptyVias();
+  } else {
+    addKind(false, "forward");
+    printer_.addFrills(ownLineVia);
+    printDirectVia(route);
+  }
+  printer_.endDictEntry();
+}
+
+void RouteLinePrinter::printHead(const Subject& route) {
+  const RouteLine& line = route.line;
+  hardwareProgrammed_.setValue(line.hardwareProgrammed);
+  kernelProgrammed_.setValue(line.kernelProgrammed);
+  routeLeaked_.setValue(line.routeLeaked);
+  printer_.startDictEntry(prefix_);
+  printer_.addAttributes("%s%s", 2, hardwareProgrammed_.getArg(), routeType_.getArg());
+  printer_.addAttributes("%s", 1, routeLeaked_.getArg());
+  printer_.addAttributes("%s", 1, kernelProgrammed_.getArg());
+  const auto columns = codeColumns - (line.routeLeaked ? leakMarkColumns : 0) - route.code.size();
+  printer_.addFrills("%*s%s", static_cast<int>(columns), "", route.prefixText);
+}
+
+/// The note on a leaked route, without the blank that each form puts before or behind it.
+void RouteLinePrinter::printSourceVrf(const Subject& route) {
+  srcVrf_.setValue(route.line.srcVrfName);
+  printer_.addFrills("(source VRF ");
+  printer_.addAttributes("%s", 1, srcVrf_.getArg());
+  printer_.addFrills(")");
+}
+
+/// " [PREFERENCE/METRIC]" and the note.
+void RouteLinePrinter::printPreference(const Subject& route) {
+  preference_.setValue(route.line.preference);
+  metric_.setValue(route.line.metric);
+  printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
+  if (!route.line.routeLeaked) return;
+  printer_.addFrills(" ");
+  printSourceVrf(route);
+}
+
+void RouteLinePrinter::addKind(bool directlyConnected, const char* action) {
+  directlyConnected_.setValue(directlyConnected);
+  routeAction_.setValue(action);
+  printer_.addAttributes("", 2, directlyConnected_.getArg(), routeAction_.getArg());
+}
+
+/// For the model alone, where the line has no room for them.
+void RouteLinePrinter::addPreference(const Subject& route) {
+  preference_.setValue(route.line.preference);
+  metric_.setValue(route.line.metric);
+  printer_.addAttributes("", 2, preference_.getArg(), metric_.getArg());
+}
+
+void RouteLinePrinter::printEmptyVias() {
+  printer_.startList("vias");
+  printer_.endList();
+}
+
+void RouteLinePrinter::printConnected4(const Subject& route) {
+  addKind(true, "forward");
+  printer_.addFrills(" is directly connected, ");
+  printer_.startList("vias");
+  if (*route.interface) {
+    interface_.setValue(route.interface);
+    printer_.startListEntry();
+    printer_.addAttributes("%s", 1, interface_.getArg());
+    if (*route.interfaceDescription) {
+      interfaceDescription_.setValue(route.interfaceDescription);
+      printer_.addAttributes(" %s", 1, interfaceDescription_.getArg());
+    }
+    printer_.endListEntry();
+  } else {
+    printer_.addFrills("<Internal>");
+  }
+  printer_.endList();
+  printer_.addFrills("\n");
+  addPreference(route);
+}
+
+void RouteLinePrinter::printConnected6(const Subject& route) {
+  addKind(true, "forward");
+  printer_.startList("vias");
+  if (*route.interface) {
+    interface_.setValue(route.interface);
+    nexthopAddr_.setValue(route.nexthopAddr);
+    printer_.startListEntry();
+    printer_.addFrills(ownLineVia);
+    const std::string_view hop = route.nexthopAddr;
+    if (!hop.empty() && hop != "::") printer_.addAttributes(" %s", 1, nexthopAddr_.getArg());
+    printer_.addAttributes(" %s, directly connected", 1, interface_.getArg());
+    if (*route.interfaceDescription) {
+      interfaceDescription_.setValue(route.interfaceDescription);
+      printer_.addAttributes(" %s", 1, interfaceDescription_.getArg());
+    }
+    printer_.endListEntry();
+  } else {
+    printer_.addFrills("\n           directly connected, <Internal>");
+  }
+  printer_.endList();
+  printer_.addFrills("\n");
+}
+
+void RouteLinePrinter::printRows4(const Subject& route) {
+  addKind(false, "forward");
+  preference_.setValue(route.line.preference);
+  metric_.setValue(route.line.metric);
+  printer_.addAttributes(" [%d/%u] ", 2, preference_.getArg(), metric_.getArg());
+  if (route.line.routeLeaked) {
+    printSourceVrf(route);
+    printer_.addFrills(" ");
+  }
+  if (options_.degradeNhgModel && route.isNexthopGroup) {
+    printer_.addFrills(" via");
+    return printDegradedGroup(route);
+  }
+  const unsigned padding = route.padding();
+  printer_.startList("vias");
+  forEachRow(route, [&](const Row& row) {
+    if (!row.isFirst) printer_.addFrills("\n%*s", static_cast<int>(padding), "");
+    printRowStart4(route, row);
+    printRowLabels(route, row);
+    if (row.evpn) printEvpn(*row.evpn);
+    printRowEnd(route, row);
+    if (row.tunnel) printTunnelVias(route, *row.tunnel, padding + 3);
+  });
+  printer_.endList();
+  printer_.addFrills("\n");
+}
+
+void RouteLinePrinter::printRows6(const Subject& route) {
+  addKind(false, "forward");
+  if (options_.degradeNhgModel && route.isNexthopGroup) {
+    printer_.addFrills(ownLineVia);
+    return printDegradedGroup(route);
+  }
+  printer_.startList("vias");
+  forEachRow(route, [&](const Row& row) {
+    printer_.addFrills(ownLineVia);
+    printRowStart6(row);
+    printRowLabels(route, row);
+    printRowEnd(route, row);
+    if (row.tunnel) printTunnelVias(route, *row.tunnel, 14);
+  });
+  printer_.endList();
+  printer_.addFrills("\n");
+}
+
+/// Calls `printRow` for each row that exists, in order, inside an entry of the list.
+template <class PrintRow>
+void RouteLinePrinter::forEachRow(const Subject& route, PrintRow printRow) {
+  const CachedFec& fec = *route.line.fec;
+  const std::size_t rows = route.isNexthopGroup ? fec.nhgVias() : fec.viaTypeStrings();
+  std::size_t shown = 0;
+  for (std::uint32_t at = 0; shown < rows && at <= 0xffff; ++at) {
+    const auto number = static_cast<std::uint16_t>(at);
+    const auto* const group = fec.nhgViaMap().find(number);
+    const bool exists =
+        route.isNexthopGroup ? group != nullptr : fec.viaTypeStringMap().find(number) != nullptr;
+    if (!exists) continue;
+    Row row{number, shown++ == 0, route.isNexthopGroup ? group : nullptr, nullptr, nullptr, {}, {},
+            {}};
+    if (!route.isNexthopGroup) {
+      row.tunnel = fec.tunViaMap().find(number);
+      const auto* const evpn = fec.viaEvpnEntryMap().find(number);
+      row.evpn = evpn && evpn->isSet() ? evpn : nullptr;
+      row.nexthopAddr = fec.nexthopAddr(number);
+      row.interface = fec.interface(number);
+      row.interfaceDescription = fec.interfaceDescription(number);
+    }
+    nexthopAddr_.setValue(row.nexthopAddr.c_str());
+    interface_.setValue(row.interface.c_str());
+    interfaceDescription_.setValue(row.interfaceDescription.c_str());
+    printer_.startListEntry();
+    printRow(row);
+    printer_.endListEntry();
+  }
+}
+
+void RouteLinePrinter::printRowStart4(const Subject& route, const Row& row) {
+  if (!row.evpn && isDirectlyConnected(route.line.prefix, row.nexthopAddr)) {
+    printer_.addFrills("is directly connected");
+  } else {
+    printer_.addFrills("via");
+    if (row.group) {
+      printGroup(*row.group);
+    } else if (row.tunnel) {
+      printer_.addFrills(" ");
+      printTunnelInfo(printer_, *row.tunnel, true);
+    } else if (!row.nexthopAddr.empty()) {
+      printer_.addAttributes(" %s", 1, nexthopAddr_.getArg());
+    }
+  }
+  if (!row.interface.empty()) printer_.addAttributes(", %s", 1, interface_.getArg());
+}
+
+void RouteLinePrinter::printRowStart6(const Row& row) {
+  if (row.group) return printGroup(*row.group);
+  if (row.tunnel) {
+    printer_.addFrills(" ");
+    return printTunnelInfo(printer_, *row.tunnel, true);
+  }
+  const bool hasNexthop = !row.nexthopAddr.empty();
+  if (row.evpn) {
+    if (hasNexthop) printer_.addAttributes(" %s", 1, nexthopAddr_.getArg());
+    return printEvpn(*row.evpn);
+  }
+  if (hasNexthop) {
+    printer_.addAttributes(" %s", 1, nexthopAddr_.getArg());
+    if (!row.interface.empty()) printer_.addAttributes(", %s", 1, interface_.getArg());
+    return;
+  }
+  directlyConnected_.setValue(true);
+  printer_.addAttributes("", 1, directlyConnected_.getArg());
+  if (!row.interface.empty()) printer_.addAttributes(" %s", 1, interface_.getArg());
+  printer_.addFrills(", directly connected");
+}
+
+void RouteLinePrinter::printRowLabels(const Subject& route, const Row& row) {
+  const CachedFec& fec = *route.line.fec;
+  if (!row.interfaceDescription.empty()) {
+    printer_.addAttributes(" %s", 1, interfaceDescription_.getArg());
+  }
+  if (const auto* const label = fec.labelMap().find(row.number)) {
+    Tunnel::CliSupport::maybeAddLabelStackToOutput(printer_, *label, fec.viaLabelStack(row.number),
+                                                   true, "labelStack");
+  }
+  if (const auto* const encap = fec.staticIntfTunInfoMap().find(row.number)) {
+    Tunnel::CliSupport::maybePrintTunnelEncapInfo(printer_, *encap, true);
+  }
+}
+
+void RouteLinePrinter::printRowEnd(const Subject& route, const Row& row) {
+  const CachedFec& fec = *route.line.fec;
+  if (const auto& weight = fec.viaWeight(row.number); !weight.empty()) {
+    viaWeight_.setValue(Lumo::String(weight.str() + "/" + std::to_string(fec.weight())));
+    printer_.addAttributes(", weight %s", 1, viaWeight_.getArg());
+  }
+  if (!fec.hasBackup()) return;
+  const auto& type = fec.viaTypeString(row.number);
+  viaType_.setValue(type.c_str());
+  printer_.addAttributes("", 1, viaType_.getArg());
+  if (type == "backup") printer_.addFrills(", %s", type);
+}
+
+void RouteLinePrinter::printGroup(const CachedNhgVia& group) {
+  groupName_.setValue(group.nhgName().c_str());
+  groupId_.setValue(static_cast<int>(group.nhgId()));
+  printer_.startSubmodel("nexthopGroup");
+  printer_.addAttributes(" %s, Nexthop Group ID %d", 2, groupName_.getArg(), groupId_.getArg());
+  printer_.endSubmodel();
+}
+
+/// The older form: the first group alone, beside an empty list of vias.
+void RouteLinePrinter::printDegradedGroup(const Subject& route) {
+  std::uint16_t row = 0;
+  while (!route.line.fec->nhgViaMap().find(row)) ++row;
+  printGroup(route.line.fec->nhgVia(row));
+  printer_.addFrills("\n");
+  printEmptyVias();
+}
+
+void RouteLinePrinter::printVia4(const Subject& route) {
+  addKind(false, "forward");
+  printPreference(route);
+  printer_.addFrills(" via");
+  printDirectVia(route);
+}
+
+void RouteLinePrinter::printDirectVia(const Subject& route) {
+  LUMO_ASSERT(options_.detail || *route.interface || route.hasEvpn, "false");
+  const DirectViaText& via = *route.line.via;
+  printer_.startList("vias");
+  printer_.startListEntry();
+  if (*route.nexthopAddr || !route.hasEvpn) {
+    nexthopAddr_.setValue(route.nexthopAddr);
+    printer_.addAttributes(" %s", 1, nexthopAddr_.getArg());
+  }
+  if (*route.interface) {
+    interface_.setValue(route.interface);
+    printer_.addAttributes(", %s", 1, interface_.getArg());
+  }
+  if (*route.interfaceDescription) {
+    interfaceDescription_.setValue(route.interfaceDescription);
+    printer_.addAttributes(" %s", 1, interfaceDescription_.getArg());
+  }
+  if (!via.label.isNull()) {
+    Tunnel::CliSupport::maybeAddLabelStackToOutput(printer_, Kesh::MplsLabel(via.label.value()), {},
+                                                   true, "labelStack");
+  }
+  Tunnel::CliSupport::maybePrintTunnelEncapInfo(printer_, via.staticIntfTunInfo, true);
+  if (route.hasEvpn) printEvpn(via.evpnEntry);
+  printer_.endListEntry();
+  printer_.endList();
+  printer_.addFrills("\n");
+}
+
+void RouteLinePrinter::printEvpn(const Tunnel::TunnelTable::EvpnVxlanTunnelEntry& entry) {
+  vtepAddr_.setValue(entry.vtepAddr.stringValue());
+  vni_.setValue(entry.vni);
+  routerMac_.setValue(entry.routerMac.stringValue());
+  printer_.addAttributes(" VTEP %s", 1, vtepAddr_.getArg());
+  printer_.addAttributes(" VNI %u", 1, vni_.getArg());
+  printer_.addAttributes(" router-mac %s", 1, routerMac_.getArg());
+}
+
+void RouteLinePrinter::printTunnelVias(const Subject& route,
+                                       const Tunnel::CliSupport::CachedTunVia& tunnel,
+                                       unsigned padding) {
+  printer_.startList("tunnelVias");
+  for (std::uint32_t at = 0; at < tunnel.numVias; ++at) {
+    const auto index = static_cast<Tunnel::CliSupport::TunnelViaIndex>(at);
+    const auto text = [index](const auto& table) {
+      const auto* const found = table.find(index);
+      return found ? found->view() : std::string_view();
+    };
+    const auto* const labels = tunnel.viaLabelStack.find(index);
+    const auto nexthopAddr = text(tunnel.nexthopAddr);
+    printer_.startListEntry();
+    printer_.addFrills("\n%*s", static_cast<int>(padding), "");
+    Tunnel::CliSupport::printTunnelViaInfo(printer_, true,
+                                           {nexthopAddr, text(tunnel.interface),
+                                            text(tunnel.interfaceDescription),
+                                            labels ? *labels : Kesh::MplsLabelOperation(),
+                                            isDirectlyConnected(route.line.prefix, nexthopAddr)});
+    printer_.endListEntry();
+  }
+  printer_.endList();
+}
+
+} // namespace Rova
