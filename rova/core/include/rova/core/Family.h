@@ -2,12 +2,13 @@
 // family for the property; it never asks which family it has.
 #pragma once
 
+#include "rova/core/Export.h"
 #include "rova/core/TypeNames.h"
 #include "state/DeviceState.h"
 
 namespace Rova {
 
-struct Ip4Family {
+struct ROVA_EXPORT Ip4Family {
   using Address = Kesh::IpAddr;
   using Prefix = Kesh::Prefix;
   using AddrWithMask = Kesh::IpAddrWithMask;
@@ -49,7 +50,7 @@ struct Ip4Family {
   }
 };
 
-struct Ip6Family {
+struct ROVA_EXPORT Ip6Family {
   using Address = Kesh::Ip6Addr;
   using Prefix = Kesh::Ip6Prefix;
   using AddrWithMask = Kesh::Ip6AddrWithMask;
