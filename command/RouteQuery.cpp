@@ -1,0 +1,136 @@
+#include "command/RouteQuery.h"
+
+#include <array>
+#include <type_traits>
+
+namespace command {
+
+namespace {
+
+struct Protocol {
+  std::string_view word;
+  std::string_view code;
+};
+constexpr Protocol protocols[] = {
+    {"aggregate", "A"}, {"bgp", "B"},    {"connected", "C"}, {"dhcp", "DH"}, {"dynamic", "DP"},
+    {"isis", "I"},      {"kernel", "K"}, {"martian", "M"},   {"ospf", "O"},  {"ospf3", "O3"},
+    {"rip", "R"},       {"static", "S"}, {"vcs", "V"},
+};
+
+/// The keywords that are no protocols; the protocols stand behind them in one list, so that an
+/// abbreviation is unambiguous among all.
+enum Keyword { detail, interface, longerPrefixes, vrf, firstProtocol };
+
+constexpr auto keywords = [] {
+  std::array<std::string_view, firstProtocol + std::size(protocols)> list{"detail", "interface",
+                                                                          "longer-prefixes", "vrf"};
+  for (std::size_t i = 0; i < std::size(protocols); ++i)
+    list[firstProtocol + i] = protocols[i].word;
+  return list;
+}();
+
+bool looksLikeAddress(std::string_view word) { return word.find_first_of(".:/") != word.npos; }
+
+template <class Prefix>
+using AddressOf = std::remove_cvref_t<decltype(Prefix().address())>;
+
+template <class Prefix>
+constexpr const char* familyName = std::is_same_v<Prefix, Kesh::Prefix> ? "IPv4" : "IPv6";
+
+/// Parses one query; each part reports when it stands twice.
+template <class Prefix>
+class QueryParser {
+ public:
+  explicit QueryParser(Words& words) : words_(words) {}
+
+  RouteQuery<Prefix> parse() {
+    while (!words_.atEnd()) {
+      looksLikeAddress(words_.peek()) ? readPrefix() : readKeyword();
+    }
+    if (query_.longerPrefixes && query_.prefix.isNullPrefix()) {
+      words_.fail("longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes");
+    }
+    return query_;
+  }
+
+ private:
+  void once(bool& seen) {
+    if (seen) words_.failAtLast("this part of the query stands twice");
+    seen = true;
+  }
+
+  void readPrefix() {
+    const auto word = words_.take("a prefix");
+    once(hasPrefix_);
+    if (const auto address = AddressOf<Prefix>::parse(word)) {
+      query_.prefix = Prefix(*address, Prefix::maxLength);
+      return;
+    }
+    const auto typed = Kesh::AddrWithMask<AddressOf<Prefix>>::parse(word);
+    if (!typed) {
+      words_.failAtLast("\"" + std::string(word) + "\" is no " + familyName<Prefix> +
+                        " address or prefix");
+    }
+    query_.prefix = Prefix(typed->address(), typed->len());
+    query_.typedMask = true;
+    if (query_.prefix.address() != typed->address()) {
+      words_.failAtLast("\"" + std::string(word) + "\" has bits behind its mask: expected " +
+                        query_.prefix.stringValue().str());
+    }
+  }
+
+  void readKeyword() {
+    const int keyword = words_.takeKeyword(keywords);
+    if (keyword < 0) failUnknown();
+    switch (keyword) {
+    case detail:
+      once(query_.detail);
+      break;
+    case interface:
+      if (query_.interface) words_.failAtLast("this part of the query stands twice");
+      query_.interface = words_.take("the name of an interface");
+      break;
+    case longerPrefixes:
+      once(query_.longerPrefixes);
+      break;
+    case vrf:
+      once(hasVrf_);
+      query_.vrf = words_.take("the name of a VRF, or all");
+      break;
+    default:
+      once(hasProtocol_);
+      query_.protocol = protocols[static_cast<std::size_t>(keyword) - firstProtocol].code;
+    }
+  }
+
+  [[noreturn]] void failUnknown() {
+    words_.fail("\"" + std::string(words_.peek()) + "\" is not understood: expected an " +
+                familyName<Prefix> +
+                " address or prefix, vrf, longer-prefixes, detail, interface, " +
+                "or a protocol (" + protocolWordList() + ")");
+  }
+
+  Words& words_;
+  RouteQuery<Prefix> query_;
+  bool hasPrefix_ = false;
+  bool hasVrf_ = false;
+  bool hasProtocol_ = false;
+};
+
+} // namespace
+
+template <class Prefix>
+RouteQuery<Prefix> parseRouteQuery(Words& words) {
+  return QueryParser<Prefix>(words).parse();
+}
+template RouteQuery<Kesh::Prefix> parseRouteQuery(Words&);
+template RouteQuery<Kesh::Ip6Prefix> parseRouteQuery(Words&);
+
+std::string protocolWordList() {
+  std::string list;
+  for (const Protocol& protocol : protocols)
+    list += (list.empty() ? "" : " ") + std::string(protocol.word);
+  return list;
+}
+
+} // namespace command

@@ -1,0 +1,75 @@
+#include "command/Words.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace command {
+
+Words::Words(std::span<const char* const> arguments) {
+  for (const char* argument : arguments) {
+    std::istringstream parts(argument);
+    for (std::string word; parts >> word;) words_.push_back(word);
+  }
+}
+
+std::string_view Words::take(std::string_view what) {
+  if (atEnd()) fail("expected " + std::string(what));
+  return words_[next_++];
+}
+
+int Words::takeKeyword(std::span<const std::string_view> keywords) {
+  const auto word = peek();
+  if (word.empty()) return -1;
+  std::vector<std::string_view> fitting;
+  int found = -1;
+  for (std::size_t i = 0; i < keywords.size(); ++i) {
+    if (!keywords[i].starts_with(word)) continue;
+    found = static_cast<int>(i);
+    fitting.push_back(keywords[i]);
+    if (keywords[i] == word) {
+      fitting.resize(1);
+      break;
+    }
+  }
+  if (fitting.size() > 1) {
+    fail("\"" + std::string(word) + "\" is short for several words: " + listOf(fitting));
+  }
+  if (found >= 0) ++next_;
+  return found;
+}
+
+bool Words::dropTrailingPipe(std::string_view word) {
+  const auto count = words_.size();
+  if (count < 2 || words_[count - 2] != "|" || words_[count - 1] != word) return false;
+  words_.resize(count - 2);
+  return true;
+}
+
+void Words::failExpecting(std::span<const std::string_view> alternatives) const {
+  const std::string expected = "expected " + listOf(alternatives);
+  if (atEnd()) fail("the command is not complete: " + expected);
+  fail("\"" + std::string(peek()) + "\" is not understood: " + expected);
+}
+
+void Words::failAt(std::size_t index, const std::string& message) const {
+  std::string line;
+  std::size_t column = 0;
+  for (std::size_t i = 0; i < words_.size(); ++i) {
+    if (i) line += ' ';
+    if (i == index) column = line.size();
+    line += words_[i];
+  }
+  if (index >= words_.size()) column = line.size() + !line.empty();
+  throw UsageError("rova: " + message + "\n  " + line + "\n  " + std::string(column, ' ') + "^");
+}
+
+std::string listOf(std::span<const std::string_view> words, std::string_view lastJoin) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i) text += i + 1 == words.size() ? lastJoin : ", ";
+    text += words[i];
+  }
+  return text;
+}
+
+} // namespace command

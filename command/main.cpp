@@ -1,0 +1,56 @@
+// The rova command: options, signals, the command, and errors as one message with an exit status.
+#include "command/Commands.h"
+#include "lumo/ActivityLock.h"
+#include "lumo/System.h"
+#include "rova/Version.h"
+#include "scrivo/Exception.h"
+#include "scrivo/Interrupt.h"
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+using namespace command;
+
+void onInterrupt(int) { scrivo::requestInterrupt(); }
+
+/// The first interrupt ends the output in order, a second one the process. A reader that goes away
+/// shows as a failed write instead of a signal.
+void installSignals() {
+  struct sigaction interrupt {};
+  interrupt.sa_handler = onInterrupt;
+  interrupt.sa_flags = SA_RESETHAND;
+  sigaction(SIGINT, &interrupt, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+ExitStatus run(const char* const* argument, const char* const* end) {
+  const double startTime = Lumo::System::currentTime();
+  Options options = parseOptions(argument, end);
+  options.startTime = startTime;
+  if (options.help) return std::fputs(helpText().c_str(), stdout), success;
+  if (options.version) return std::puts("rova " ROVA_VERSION), success;
+  Words words({argument, end});
+  if (words.dropTrailingPipe("json")) options.format = json;
+  const Lumo::ActivityLockHold lock;
+  return runCommand(words, options);
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+  installSignals();
+  try {
+    return run(arguments + 1, arguments + count);
+  } catch (const UsageError& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return usage;
+  } catch (const scrivo::sigintException&) {
+    return scrivo::interruptRequested() ? interrupted : success;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "rova: %s\n", error.what());
+    return failure;
+  }
+}

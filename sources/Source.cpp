@@ -1,0 +1,15 @@
+#include "sources/Source.h"
+
+#include "sources/kernel/Kernel.h"
+#include "sources/snapshot/Snapshot.h"
+
+namespace sources {
+
+state::DeviceState open(const std::string& source) {
+  constexpr std::string_view own = "kernel", named = "kernel:";
+  if (source == own) return kernel::load("");
+  if (source.starts_with(named)) return kernel::load(source.substr(named.size()));
+  return snapshot::load(source);
+}
+
+} // namespace sources

@@ -1,0 +1,15 @@
+// Where state comes from, by the name that a user gives it.
+#pragma once
+
+#include "sources/SourceError.h"
+#include "state/DeviceState.h"
+
+#include <string>
+
+namespace sources {
+
+/// The state of a device: "kernel" is this machine's own, "kernel:NAME" that of a network
+/// namespace, and anything else is the file of a snapshot. Raises SourceError.
+state::DeviceState open(const std::string& source);
+
+} // namespace sources
