@@ -33,13 +33,14 @@ bool isUnknownKind(const Request& request, int error) {
 
 } // namespace
 
+// libmnl's own walk takes a length of 2 GiB and more for a negative number and accepts it.
 bool DumpReader::feed(Bytes datagram, const TakeMessage& take) {
-  int left = static_cast<int>(datagram.size());
-  const auto* header = reinterpret_cast<const nlmsghdr*>(datagram.data());
-  for (; mnl_nlmsg_ok(header, left); header = mnl_nlmsg_next(header, &left)) {
+  while (const auto header = readRecord<nlmsghdr>(datagram)) {
+    if (header->nlmsg_len < sizeof *header || header->nlmsg_len > datagram.size()) break;
+    const Bytes payload = datagram.first(header->nlmsg_len).subspan(sizeof *header);
+    datagram = behind(datagram, header->nlmsg_len);
     if (header->nlmsg_seq != sequence_) continue;
-    const auto* const payload = static_cast<const std::byte*>(mnl_nlmsg_get_payload(header));
-    if (!feedMessage(*header, {payload, mnl_nlmsg_get_payload_len(header)}, take)) return false;
+    if (!feedMessage(*header, payload, take)) return false;
   }
   return true;
 }

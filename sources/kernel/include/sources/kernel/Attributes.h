@@ -1,4 +1,4 @@
-// A walk over netlink attributes that trusts no length: bytes behind the end of a message are never
+// Reading netlink bytes without trust in any length: bytes behind the end of a message are never
 // read, whatever the message says of itself.
 #pragma once
 
