@@ -46,7 +46,8 @@ class Message {
   template <class Number>
   Message& add(unsigned type, Number value) {
     static_assert(std::is_arithmetic_v<Number>);
-    return add(type, Message(value).bytes_);
+    const auto* const first = reinterpret_cast<const std::byte*>(&value);
+    return add(type, std::vector<std::byte>(first, first + sizeof value));
   }
   Message& add(unsigned type, const Message& nested) { return add(type, nested.bytes_); }
 
