@@ -1,0 +1,17 @@
+#include "sources/kernel/Device.h"
+
+#include "sources/kernel/InterfaceState.h"
+#include "sources/kernel/RouteState.h"
+
+namespace sources::kernel {
+
+state::DeviceState makeDevice(KernelState kernel) {
+  state::DeviceBuilder builder;
+  const Vrfs vrfs(kernel, builder);
+  const Interfaces interfaces(kernel.links);
+  fillInterfaces(kernel, interfaces, vrfs, builder);
+  fillRoutes(kernel, interfaces, vrfs, builder);
+  return std::move(builder.state);
+}
+
+} // namespace sources::kernel

@@ -1,0 +1,117 @@
+#include "sources/kernel/Netlink.h"
+
+#include <libmnl/libmnl.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace sources::kernel {
+
+namespace {
+
+// The kernel fills datagrams of 32 KiB, and larger ones only for a single object that needs it.
+constexpr std::size_t bufferSize = 256 * 1024;
+
+[[noreturn]] void fail(const Request& request, const char* action, int error) {
+  throw SourceError(std::string("cannot ") + action + " the kernel's " + request.what + ": " +
+                    std::strerror(error));
+}
+
+/// Makes the kernel reject or heed every field of a request instead of passing over what an old
+/// kernel did not know. Kernels before 4.20 lack it and dump the same.
+void checkStrictly(const mnl_socket* socket) {
+  const int on = 1;
+  setsockopt(mnl_socket_get_fd(socket), SOL_NETLINK, NETLINK_GET_STRICT_CHK, &on, sizeof on);
+}
+
+/// Kernels that do not know a kind of object refuse it in one of these ways; they have none.
+bool isUnknownKind(const Request& request, int error) {
+  return request.type == RTM_GETNEXTHOP && (error == EOPNOTSUPP || error == EINVAL);
+}
+
+} // namespace
+
+// libmnl's own walk takes a length of 2 GiB and more for a negative number and accepts it.
+bool DumpReader::feed(Bytes datagram, const TakeMessage& take) {
+  while (const auto header = readRecord<nlmsghdr>(datagram)) {
+    if (header->nlmsg_len < sizeof *header || header->nlmsg_len > datagram.size()) break;
+    const Bytes payload = datagram.first(header->nlmsg_len).subspan(sizeof *header);
+    datagram = behind(datagram, header->nlmsg_len);
+    if (header->nlmsg_seq != sequence_) continue;
+    if (!feedMessage(*header, payload, take)) return false;
+  }
+  return true;
+}
+
+bool DumpReader::feedMessage(const nlmsghdr& header, Bytes payload, const TakeMessage& take) {
+  if (header.nlmsg_flags & NLM_F_DUMP_INTR) interrupted_ = true;
+  // The end of a dump and a refusal both carry a number, 0 or a negative error.
+  if (header.nlmsg_type == NLMSG_DONE || header.nlmsg_type == NLMSG_ERROR) return finish(payload);
+  if (header.nlmsg_type >= NLMSG_MIN_TYPE) take(payload);
+  return true;
+}
+
+bool DumpReader::finish(Bytes payload) const {
+  const int error = -readRecord<int>(payload).value_or(0);
+  if (error != 0 && !isUnknownKind(request_, error)) fail(request_, "dump", error);
+  return false;
+}
+
+void Socket::Close::operator()(mnl_socket* socket) const { mnl_socket_close(socket); }
+
+Socket::Socket() : socket_(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC)), buffer_(bufferSize) {
+  if (!socket_ || mnl_socket_bind(socket_.get(), 0, MNL_SOCKET_AUTOPID) < 0) {
+    throw SourceError(std::string("cannot open a route netlink socket: ") + std::strerror(errno) +
+                      "; the kernel must have networking, and a sandbox must allow AF_NETLINK");
+  }
+  checkStrictly(socket_.get());
+}
+
+void Socket::send(const Request& request) {
+  alignas(nlmsghdr) char message[NLMSG_HDRLEN + 64] = {};
+  nlmsghdr* const header = mnl_nlmsg_put_header(message);
+  header->nlmsg_type = request.type;
+  header->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
+  header->nlmsg_seq = ++sequence_;
+  *static_cast<std::uint8_t*>(mnl_nlmsg_put_extra_header(header, request.headerSize)) =
+      request.family;
+  if (mnl_socket_sendto(socket_.get(), header, header->nlmsg_len) < 0)
+    fail(request, "ask for", errno);
+}
+
+Bytes Socket::receive(const Request& request) {
+  ssize_t size;
+  do {
+    size = mnl_socket_recvfrom(socket_.get(), buffer_.data(), buffer_.size());
+  } while (size < 0 && errno == EINTR);
+  if (size < 0) fail(request, "receive", errno);
+  return Bytes(buffer_).first(static_cast<std::size_t>(size));
+}
+
+bool Socket::dumpOnce(const Request& request, const TakeMessage& take) {
+  send(request);
+  DumpReader reader(request, sequence_);
+  while (reader.feed(receive(request), take)) {
+  }
+  return !reader.interrupted();
+}
+
+void Socket::dump(const Request& request, const std::function<void()>& restart,
+                  const TakeMessage& take) {
+  repeatUntilWhole(request.what, [&] {
+    restart();
+    return dumpOnce(request, take);
+  });
+}
+
+void repeatUntilWhole(const char* what, const std::function<bool()>& attempt) {
+  for (int i = 0; i < maxAttempts; ++i) {
+    if (attempt()) return;
+  }
+  throw SourceError(std::string("the kernel's ") + what + " changed during each of " +
+                    std::to_string(maxAttempts) + " dumps; try again when fewer changes are made");
+}
+
+} // namespace sources::kernel

@@ -1,0 +1,140 @@
+#include "sources/kernel/ViaLists.h"
+
+#include <algorithm>
+
+namespace sources::kernel {
+
+namespace {
+
+using Kesh::AddressFamily;
+using Objects = std::unordered_map<std::uint32_t, const Nexthop*>;
+
+class Resolver {
+ public:
+  Resolver(const KernelState& kernel, const Interfaces& interfaces)
+      : kernel_(kernel), interfaces_(interfaces) {
+    for (const Nexthop& nexthop : kernel.nexthops) objects_[nexthop.id] = &nexthop;
+  }
+
+  ViaList resolve(const HopList& list) const {
+    ViaList out;
+    const Nexthop* const object = find(list.nexthopId);
+    if (object) {
+      resolveObject(*object, out);
+    } else {
+      // Without the object, which may be gone meanwhile, the kernel's own expansion of it serves.
+      for (const Hop& hop : kernel_.hopLists.hops(list)) out.vias.push_back(viaOf(hop));
+    }
+    out.ip6 = holdsIp6(list.family, out.vias);
+    return out;
+  }
+
+ private:
+  const Nexthop* find(std::uint32_t id) const {
+    const auto found = objects_.find(id);
+    return found == objects_.end() ? nullptr : found->second;
+  }
+
+  // Groups hold single next hops only: the kernel lets no group into a group.
+  void resolveObject(const Nexthop& object, ViaList& out) const {
+    if (object.group.empty()) return addObject(object, 1, out);
+    for (const Nexthop::Member& member : object.group) {
+      if (const Nexthop* const single = find(member.id)) addObject(*single, member.weight, out);
+    }
+  }
+
+  void addObject(const Nexthop& single, std::uint32_t weight, ViaList& out) const {
+    if (single.blackhole) return void(out.drops = true);
+    out.vias.push_back(viaOf(single.hop));
+    out.vias.back().weight = weight;
+  }
+
+  Via viaOf(const Hop& hop) const {
+    return {hop.gateway, hop.dead ? Kesh::IntfId() : interfaces_.find(hop.interface).id, hop.label,
+            hop.weight};
+  }
+
+  /// IPv4 hops have a FEC of their own kind only while no IPv6 hop stands among them.
+  static bool holdsIp6(AddressFamily family, const std::vector<Via>& vias) {
+    return family == AddressFamily::ip6 || std::ranges::any_of(vias, [](const Via& via) {
+             return via.hop.af() == AddressFamily::ip6;
+           });
+  }
+
+  const KernelState& kernel_;
+  const Interfaces& interfaces_;
+  Objects objects_;
+};
+
+void setHop(const Kesh::IpGenAddr& hop, Kesh::IpAddr& out) {
+  if (hop.af() == AddressFamily::ip4) out = hop.v4Addr();
+}
+
+/// An IPv4 hop among IPv6 ones takes the form ::ffff:a.b.c.d of RFC 4291.
+void setHop(const Kesh::IpGenAddr& hop, Kesh::Ip6Addr& out) {
+  if (hop.af() == AddressFamily::ip6) out = hop.v6Addr();
+  if (hop.af() == AddressFamily::ip4) {
+    out = Kesh::Ip6Addr::fromHalves(0, 0xffff00000000ull | hop.v4Addr().host());
+  }
+}
+
+template <class Fec>
+Fec fecOf(const ViaList& list) {
+  Fec fec(list.fecId);
+  for (const Via& via : list.vias) {
+    typename Fec::ViaType out;
+    setHop(via.hop, out.hop);
+    out.intfId = via.intfId;
+    out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
+    out.weight = via.weight;
+    fec.viaAppend(out);
+  }
+  return fec;
+}
+
+void enterFec(const ViaList& list, state::DeviceBuilder& builder) {
+  if (list.ip6) {
+    builder.fecs6->insert(fecOf<Vanta::Fib6::Fec>(list));
+  } else {
+    builder.fecs->insert(fecOf<Vanta::Fib::Fec>(list));
+  }
+}
+
+bool lessContent(const ViaList* a, const ViaList* b) {
+  return a->ip6 == b->ip6 ? a->vias < b->vias : a->ip6 < b->ip6;
+}
+
+} // namespace
+
+bool ViaList::hasGateway() const {
+  return std::ranges::any_of(vias,
+                             [](const Via& via) { return via.hop.af() != AddressFamily::unset; });
+}
+
+ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {
+  const Resolver resolver(kernel, interfaces);
+  lists_.reserve(kernel.hopLists.lists().size());
+  for (const HopList& list : kernel.hopLists.lists()) lists_.push_back(resolver.resolve(list));
+}
+
+void ViaLists::enterFecs(state::DeviceBuilder& builder) {
+  std::vector<ViaList*> sorted;
+  for (ViaList& list : lists_) {
+    if (list.used) sorted.push_back(&list);
+  }
+  std::ranges::sort(sorted, lessContent);
+  std::uint64_t numbers[2] = {0, 0}; // the last one of IPv4 and of IPv6 hops
+  const ViaList* last = nullptr;
+  for (ViaList* const list : sorted) {
+    if (last && !lessContent(last, list)) {
+      list->fecId = last->fecId;
+      continue;
+    }
+    const auto type = list->ip6 ? Vanta::Fib::AdjType::fib6 : Vanta::Fib::AdjType::fib;
+    list->fecId = Vanta::Fib::FecId(type, ++numbers[list->ip6]);
+    enterFec(*list, builder);
+    last = list;
+  }
+}
+
+} // namespace sources::kernel

@@ -1,0 +1,77 @@
+#include "sources/kernel/Vrfs.h"
+
+namespace sources::kernel {
+
+namespace {
+
+using Names = std::map<std::uint32_t, std::string>; // VRF names by table
+
+template <class Row>
+void addTables(const std::vector<Row>& rows, Names& names) {
+  std::uint32_t last = RT_TABLE_MAIN;
+  for (const Row& row : rows) { // routes of a table come in one run
+    if (row.table == last) continue;
+    last = row.table;
+    names.try_emplace(vrfTable(row.table), "table-" + std::to_string(row.table));
+  }
+}
+
+Names vrfNames(const KernelState& kernel) {
+  Names names{{RT_TABLE_MAIN, L3::defaultVrfName}};
+  for (const Link& link : kernel.links) {
+    if (link.vrfTable != 0) names.try_emplace(vrfTable(link.vrfTable), link.name);
+  }
+  addTables(kernel.routes, names);
+  addTables(kernel.routes6, names);
+  return names;
+}
+
+/// A name that no other table has: the kernel lets a vrf device be called "default" or "table-7".
+std::string uniqueName(std::string name, std::uint32_t table, std::set<std::string>& used) {
+  while (!used.insert(name).second) name += "-" + std::to_string(table);
+  return name;
+}
+
+} // namespace
+
+Vrfs::Vrfs(const KernelState& kernel, state::DeviceBuilder& builder) : builder_(builder) {
+  std::set<std::string> used{L3::defaultVrfName};
+  enter(RT_TABLE_MAIN, L3::defaultVrfName, Vrf::VrfIdMap::VrfId(0));
+  for (const auto& [table, name] : vrfNames(kernel)) {
+    if (table == RT_TABLE_MAIN) continue;
+    enter(table, uniqueName(name, table, used).c_str(), Vrf::VrfIdMap::VrfId(table));
+  }
+  for (state::VrfState& vrf : builder.state.vrfs) {
+    vrf.routingConfig->routing = kernel.forwarding.ip4;
+    vrf.routing6Config->routing = kernel.forwarding.ip6;
+  }
+}
+
+void Vrfs::enter(std::uint32_t table, const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
+  state::VrfTables& tables = builder_.vrf(name, id);
+  const auto& vrfs = builder_.state.vrfs;
+  std::size_t index = 0;
+  while (!(vrfs[index].name == name)) ++index;
+  places_[table] = {&tables, index};
+}
+
+Interfaces::Interfaces(const std::vector<Link>& links) {
+  std::unordered_map<std::uint32_t, std::uint32_t> tables; // of vrf devices, by index
+  for (const Link& link : links) {
+    if (link.vrfTable != 0) tables[link.index] = vrfTable(link.vrfTable);
+  }
+  for (const Link& link : links) {
+    // A vrf device is in its own VRF, what it is master of too.
+    const auto own = tables.find(link.vrfTable != 0 ? link.index : link.master);
+    const std::uint32_t table = own == tables.end() ? std::uint32_t{RT_TABLE_MAIN} : own->second;
+    entries_[link.index] = {Kesh::IntfId(Lumo::String(link.name)), table};
+  }
+}
+
+const Interfaces::Entry& Interfaces::find(std::uint32_t index) const {
+  static const Entry none;
+  const auto found = entries_.find(index);
+  return found == entries_.end() ? none : found->second;
+}
+
+} // namespace sources::kernel

@@ -1,0 +1,20 @@
+// Interfaces as the kernel reports them.
+#pragma once
+
+#include "sources/kernel/Attributes.h"
+
+namespace sources::kernel {
+
+struct Link {
+  std::uint32_t index = 0;
+  std::string name;
+  std::string alias;          ///< the administrator's description; empty for none
+  std::uint32_t master = 0;   ///< index of the VRF, bridge or bond that has it; 0 for none
+  std::uint32_t vrfTable = 0; ///< the routing table of a vrf device; 0 for any other
+};
+
+/// From the payload of an RTM_NEWLINK message; nothing for a damaged one, one without a name, or a
+/// bridge's view of its port.
+std::optional<Link> decodeLink(Bytes payload);
+
+} // namespace sources::kernel

@@ -1,0 +1,28 @@
+// Nexthop objects as the kernel reports them: next hops, and groups of them, that routes name by
+// number.
+#pragma once
+
+#include "sources/kernel/Hop.h"
+
+#include <vector>
+
+namespace sources::kernel {
+
+struct Nexthop {
+  struct Member {
+    std::uint32_t id;
+    std::uint32_t weight;
+    friend bool operator==(const Member&, const Member&) = default;
+  };
+
+  std::uint32_t id = 0;
+  Hop hop;
+  bool blackhole = false;
+  std::vector<Member> group; ///< empty for a single next hop
+};
+
+/// From the payload of an RTM_NEWNEXTHOP message; nothing for a damaged one or one without a
+/// number.
+std::optional<Nexthop> decodeNexthop(Bytes payload);
+
+} // namespace sources::kernel

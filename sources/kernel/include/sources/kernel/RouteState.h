@@ -1,0 +1,14 @@
+// Routes of the kernel as a device's route tables.
+#pragma once
+
+#include "sources/kernel/ViaLists.h"
+
+namespace sources::kernel {
+
+/// Fills the route tables of all VRFs, the FECs, the configured routes and the marks of routes that
+/// the hardware lacks. Puts the kernel's routes in order on the way. Raises `SourceError` for
+/// a route with more vias than a FEC holds.
+void fillRoutes(KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
+                state::DeviceBuilder& builder);
+
+} // namespace sources::kernel

@@ -1,0 +1,51 @@
+// From the kernel's hops to FECs: nexthop objects resolved, equal lists joined, numbers given.
+#pragma once
+
+#include "sources/kernel/Vrfs.h"
+
+namespace sources::kernel {
+
+/// A via before it is known whether its FEC holds IPv4 or IPv6 hops.
+struct Via {
+  Kesh::IpGenAddr hop; ///< unset without gateway
+  Kesh::IntfId intfId; ///< null while the next hop is dead
+  std::uint32_t label = Kesh::MplsLabel::null;
+  std::uint32_t weight = 1;
+
+  friend bool operator==(const Via&, const Via&) = default;
+  /// By content, so that equal state gets equal FEC numbers: not by the names' natural order, which
+  /// is dear to compare.
+  friend bool operator<(const Via& a, const Via& b) { return a.content() < b.content(); }
+
+ private:
+  std::tuple<Kesh::IpGenAddr, std::uint64_t, std::uint32_t, std::uint32_t> content() const {
+    return {hop, intfId.value(), label, weight};
+  }
+};
+
+/// Where the packets of a route go.
+struct ViaList {
+  std::vector<Via> vias; ///< in the kernel's order
+  bool ip6 = false;      ///< its FEC holds IPv6 hops
+  bool drops = false;    ///< a blackhole nexthop object
+  bool used = false;     ///< a listed route has it
+  Vanta::Fib::FecId fecId;
+
+  bool hasGateway() const;
+};
+
+/// The via lists of all hop lists, by the number of the hop list.
+class ViaLists {
+ public:
+  ViaLists(const KernelState& kernel, const Interfaces& interfaces);
+
+  ViaList& at(std::uint32_t hopList) { return lists_[hopList]; }
+  /// Gives FEC identifiers to the lists in use, the same one to equal lists, and enters the FECs.
+  /// Identifiers of a family count from 1 in the order of content.
+  void enterFecs(state::DeviceBuilder& builder);
+
+ private:
+  std::vector<ViaList> lists_;
+};
+
+} // namespace sources::kernel

@@ -1,0 +1,368 @@
+// From decoded messages to a device's state, without a kernel.
+#include "sources/kernel/Device.h"
+#include "kernel/Shown.h"
+
+#include <gtest/gtest.h>
+#include <linux/if_addr.h>
+#include <sys/socket.h>
+
+namespace kernel_test {
+namespace {
+
+using namespace sources::kernel;
+
+Kesh::IpGenAddr addr(std::string_view text) {
+  return text.empty() ? Kesh::IpGenAddr() : Kesh::IpGenAddr::parse(text).value();
+}
+
+Hop hop(std::string_view gateway, std::uint32_t interface = 1, std::uint32_t weight = 1) {
+  return {addr(gateway), interface, Kesh::MplsLabel::null, weight, 0};
+}
+
+/// A static unicast route of table main, to be changed.
+RouteMessage route(const char* destination, std::uint8_t length, std::vector<Hop> hops = {}) {
+  RouteMessage message;
+  message.destination = addr(destination);
+  message.family = message.destination.af() == Kesh::AddressFamily::ip4 ? AF_INET : AF_INET6;
+  message.length = length;
+  message.type = RTN_UNICAST;
+  message.protocol = RTPROT_STATIC;
+  message.table = RT_TABLE_MAIN;
+  message.hops = std::move(hops);
+  return message;
+}
+
+class DeviceTest : public testing::Test {
+ protected:
+  DeviceTest() { kernel.links = {{1, "eth1", "", 0, 0}, {2, "eth2", "", 0, 0}}; }
+
+  RouteMessage& add(RouteMessage message) { return messages.emplace_back(std::move(message)); }
+  state::DeviceState device() {
+    for (const RouteMessage& message : messages) enterRoute(message, kernel);
+    return makeDevice(kernel);
+  }
+
+  KernelState kernel;
+  std::deque<RouteMessage> messages;
+};
+
+struct KindCase {
+  std::uint8_t type, protocol;
+  bool gateway;
+  const char *shown4, *shown6; // empty: not listed
+};
+
+const KindCase kindCases[] = {
+    {RTN_UNICAST, RTPROT_KERNEL, false, "connected [0/0] | eth1", "connected [0/0] | eth1"},
+    {RTN_UNICAST, RTPROT_KERNEL, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_RA, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_RA, false, "kernel [40/0] | eth1", "kernel [40/0] | eth1"},
+    {RTN_UNICAST, RTPROT_REDIRECT, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_ZEBRA, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_BIRD, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_BABEL, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_EIGRP, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_OPENR, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, 77, true, "kernel [40/0] | G eth1", "kernel [40/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_BOOT, true, "static [1/0] | G eth1", "static [1/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_STATIC, false, "static [1/0] | eth1", "static [1/0] | eth1"},
+    {RTN_UNICAST, RTPROT_DHCP, true, "dhcp [1/0] | G eth1", "dhcp [1/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_BGP, true, "bgpExternal [200/0] | G eth1", "bgp [200/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_ISIS, true, "isisLevel2 [115/0] | G eth1", "isisLevel2 [115/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_OSPF, true, "ospfIntraArea [110/0] | G eth1", "ospf3 [110/0] | G eth1"},
+    {RTN_UNICAST, RTPROT_RIP, true, "rip [120/0] | G eth1", "rip [120/0] | G eth1"},
+    {RTN_LOCAL, RTPROT_KERNEL, false, "receive [0/0] | eth1", "receive [0/0] | eth1"},
+    {RTN_BROADCAST, RTPROT_KERNEL, false, "receiveBroadcast [0/0] | eth1", ""},
+    {RTN_ANYCAST, RTPROT_KERNEL, false, "", "receive [0/0] | eth1"},
+    {RTN_MULTICAST, RTPROT_KERNEL, false, "receiveAll [0/0] | eth1", "receiveAll [0/0] | eth1"},
+    {RTN_BLACKHOLE, RTPROT_BGP, false, "drop [1/0]", "drop [1/0]"},
+    {RTN_UNREACHABLE, RTPROT_BOOT, false, "drop [1/0]", "drop [1/0]"},
+    {RTN_PROHIBIT, RTPROT_STATIC, false, "drop [1/0]", "drop [1/0]"},
+    {RTN_THROW, RTPROT_STATIC, false, "", ""},
+    {RTN_NAT, RTPROT_STATIC, true, "", ""},
+};
+
+std::string withGateway(std::string shown, const char* gateway) {
+  const auto at = shown.find(" G ");
+  return at == std::string::npos ? shown : shown.replace(at + 1, 1, gateway);
+}
+
+TEST(RouteKinds, ByTypeAndProtocol) {
+  for (const KindCase& one : kindCases) {
+    KernelState kernel;
+    kernel.links = {{1, "eth1", "", 0, 0}};
+    RouteMessage ip4 = route("10.0.0.0", 8, {hop(one.gateway ? "10.1.0.2" : "")});
+    RouteMessage ip6 = route("fd00::", 8, {hop(one.gateway ? "fe80::2" : "")});
+    for (RouteMessage* const message : {&ip4, &ip6}) {
+      message->type = one.type;
+      message->protocol = one.protocol;
+      enterRoute(*message, kernel);
+    }
+    Routes expected;
+    if (*one.shown4) expected["default 10.0.0.0/8"] = withGateway(one.shown4, "10.1.0.2");
+    if (*one.shown6) expected["default fd00::/8"] = withGateway(one.shown6, "fe80::2");
+    EXPECT_EQ(showRoutes(makeDevice(std::move(kernel))), expected)
+        << "type " << int{one.type} << " protocol " << int{one.protocol};
+  }
+}
+
+TEST_F(DeviceTest, RoutesThatLookAtMoreThanTheDestinationAreLeftOut) {
+  add(route("10.0.0.0", 8)).tos = 8;
+  add(route("fd00::", 8)).sourceLength = 64;
+  add(route("fd00::1", 128)).flags = RTM_F_CLONED;
+  EXPECT_EQ(showRoutes(device()), Routes());
+}
+
+TEST_F(DeviceTest, OneRouteOfAPrefixForwards) {
+  add(route("10.0.0.0", 8, {hop("10.1.0.1")})).metric = 30;
+  add(route("10.0.0.0", 8, {hop("10.1.0.2")})).metric = 20;
+  add(route("10.0.0.0", 8, {hop("10.1.0.3")})).metric = 20;
+  add(route("10.9.9.9", 32, {hop("10.1.0.4")}));
+  RouteMessage& local = add(route("10.9.9.9", 32, {hop("")}));
+  local.table = RT_TABLE_LOCAL;
+  local.type = RTN_LOCAL;
+  local.metric = 1000;
+  EXPECT_EQ(showRoutes(device()), (Routes{{"default 10.0.0.0/8", "static [1/20] | 10.1.0.2 eth1"},
+                                          {"default 10.9.9.9/32", "receive [0/1000] | eth1"}}));
+}
+
+TEST_F(DeviceTest, VrfsComeFromDevicesAndTables) {
+  kernel.links = {{1, "eth1", "", 0, 0},  {2, "eth2", "", 3, 0},     {3, "red", "", 0, 10},
+                  {4, "red2", "", 0, 10}, {5, "default", "", 0, 20}, {6, "br0", "", 1, 0}};
+  for (const std::uint32_t table : {10u, 20u, 30u, 255u}) add(route("10.0.0.0", 8)).table = table;
+  const auto made = device();
+  std::string names;
+  for (const auto& vrf : made.vrfs) {
+    names += vrf.name.stringValue().str() + "=" + std::to_string(vrf.id.value()) + " ";
+  }
+  EXPECT_EQ(names, "default=0 red=10 default-20=20 table-30=30 ");
+  EXPECT_EQ(showRoutes(made).size(), 4u);
+  const auto vrfOf = [&](const char* name) {
+    return made.ipStatus->ipIntfStatus.find(Kesh::IntfId(name))->vrf->stringValue().str();
+  };
+  EXPECT_EQ(vrfOf("eth1") + " " + vrfOf("eth2") + " " + vrfOf("red") + " " + vrfOf("red2") + " " +
+                vrfOf("br0"),
+            "default red red red default");
+}
+
+TEST_F(DeviceTest, AddressesByPrimaryAndSecondary) {
+  kernel.addresses = {{1, addr("10.0.0.9"), 24, IFA_F_SECONDARY},
+                      {1, addr("10.0.0.1"), 24, 0},
+                      {1, addr("10.5.0.1"), 24, 0},
+                      {1, addr("fd00::1"), 64, 0},
+                      {1, addr("fd00::2"), 64, IFA_F_DADFAILED},
+                      {1, addr("fd00::3"), 64, IFA_F_TENTATIVE},
+                      {99, addr("10.0.0.3"), 24, 0}};
+  const auto made = device();
+  const auto& ip4 = *made.ipStatus->ipIntfStatus.find(Kesh::IntfId("eth1"));
+  EXPECT_EQ(ip4.primary->stringValue().str(), "10.0.0.1/24");
+  ASSERT_EQ(ip4.activeSecondary.size(), 2u);
+  EXPECT_EQ(ip4.activeSecondary[0].stringValue().str(), "10.0.0.9/24");
+  EXPECT_EQ(ip4.activeSecondary[1].stringValue().str(), "10.5.0.1/24");
+  const auto& ip6 = *made.ip6Status->ip6IntfStatus.find(Kesh::IntfId("eth1"));
+  ASSERT_EQ(ip6.addr.size(), 2u);
+  EXPECT_EQ(ip6.addr[1].stringValue().str(), "fd00::3/64");
+}
+
+TEST_F(DeviceTest, NeighboursCarryTheVrfOfTheirInterface) {
+  kernel.links = {{1, "eth1", "", 3, 0}, {3, "red", "", 0, 10}};
+  const auto ethernet = Kesh::EthAddr::parse("02:00:00:00:00:01").value();
+  kernel.neighbours = {{1, addr("10.0.0.2"), ethernet},
+                       {1, addr("fe80::2"), ethernet},
+                       {9, addr("10.0.0.3"), ethernet}};
+  const auto made = device();
+  bool found = false;
+  const auto key = [](const char* address) {
+    return Arp::Table::ArpKey{Vrf::VrfIdMap::VrfId(10), Kesh::IntfId("eth1"), addr(address)};
+  };
+  EXPECT_EQ(made.arpVanta->arpEntry.safeLookup(key("10.0.0.2"), found, 0)->ethAddr, ethernet);
+  EXPECT_EQ(made.arpVanta->neighborEntry.safeLookup(key("fe80::2"), found, 0)->ethAddr, ethernet);
+  EXPECT_EQ(made.arpVanta->arpEntry.members(), 1u);
+  EXPECT_EQ(made.arpVanta->neighborEntry.members(), 1u);
+}
+
+TEST_F(DeviceTest, FecsAreSharedAndNumberedByContent) {
+  add(route("10.1.0.0", 16, {hop("10.0.0.3")}));
+  add(route("10.2.0.0", 16, {hop("10.0.0.2", 1, 2), hop("10.0.0.3")}));
+  add(route("10.3.0.0", 16, {hop("10.0.0.3")}));
+  add(route("10.4.0.0", 16, {hop("fe80::1")}));
+  add(route("10.5.0.0", 16, {hop("")}));
+  add(route("fd00::", 16, {hop("fe80::1")}));
+  const auto first = device();
+  const auto fec = [&](const char* prefix) { return fecOf(first, prefix); };
+  EXPECT_EQ(fec("10.5.0.0/16"), 1u);
+  EXPECT_EQ(fec("10.2.0.0/16"), 2u);
+  EXPECT_EQ(fec("10.1.0.0/16"), 3u);
+  EXPECT_EQ(fec("10.3.0.0/16"), fec("10.1.0.0/16"));
+  EXPECT_EQ(fec("10.4.0.0/16"), Vanta::Fib::FecId(Vanta::Fib::AdjType::fib6, 1).value());
+  EXPECT_EQ(fec("fd00::/16"), fec("10.4.0.0/16"));
+}
+
+TEST_F(DeviceTest, FecNumbersDoNotDependOnTheOrderOfRoutes) {
+  add(route("10.1.0.0", 16, {hop("10.0.0.3")}));
+  add(route("10.2.0.0", 16, {hop("10.0.0.2", 2)}));
+  const auto first = device();
+  std::ranges::reverse(messages);
+  kernel.routes.clear();
+  kernel.hopLists = {};
+  const auto second = device();
+  for (const char* const prefix : {"10.1.0.0/16", "10.2.0.0/16"}) {
+    EXPECT_EQ(fecOf(first, prefix), fecOf(second, prefix)) << prefix;
+  }
+}
+
+TEST_F(DeviceTest, FecsOfRoutesThatAreNotListedAreNotThere) {
+  add(route("10.0.0.0", 8, {hop("10.0.0.1")})).metric = 5;
+  add(route("10.0.0.0", 8, {hop("10.0.0.0")})).metric = 6;
+  const auto made = device();
+  EXPECT_EQ(made.forwardingStatus->fec.members(), 1u);
+  EXPECT_EQ(fecOf(made, "10.0.0.0/8"), 1u);
+}
+
+TEST_F(DeviceTest, MixedFamiliesAndSpecialHops) {
+  add(route("10.1.0.0", 16, {hop("10.0.0.3", 1, 4), hop("fe80::1", 2), hop("", 2)}));
+  Hop dead = hop("10.0.0.3");
+  dead.dead = 1;
+  add(route("10.2.0.0", 16, {dead, hop("10.0.0.4", 2)}));
+  Hop labelled = hop("10.0.0.3");
+  labelled.label = 100;
+  add(route("10.3.0.0", 16, {labelled}));
+  EXPECT_EQ(showRoutes(device()),
+            (Routes{{"default 10.1.0.0/16",
+                     "static [1/0] | ::ffff:10.0.0.3 eth1 w4 | fe80::1 eth2 | eth2"},
+                    {"default 10.2.0.0/16", "static [1/0] | 10.0.0.3 dead | 10.0.0.4 eth2"},
+                    {"default 10.3.0.0/16", "static [1/0] | 10.0.0.3 eth1 label 100"}}));
+}
+
+TEST_F(DeviceTest, NexthopObjectsAreResolved) {
+  kernel.nexthops = {{1, hop("10.0.0.1"), false, {}},
+                     {2, hop("10.0.0.2", 2), false, {}},
+                     {3, {}, true, {}},
+                     {4, {}, false, {{1, 5}, {2, 1}}},
+                     {5, {}, false, {{3, 1}}}};
+  const struct {
+    const char* destination;
+    std::uint32_t object;
+    const char* shown;
+  } cases[] = {{"10.1.0.0", 1, "static [1/0] | 10.0.0.1 eth1"},
+               {"10.3.0.0", 3, "drop [1/0]"},
+               {"10.4.0.0", 4, "static [1/0] | 10.0.0.1 eth1 w5 | 10.0.0.2 eth2"},
+               {"10.5.0.0", 5, "drop [1/0]"},
+               {"10.9.0.0", 9, "static [1/0] | 10.0.0.7 eth1"}}; // gone: the kernel's expansion
+  Routes expected;
+  for (const auto& one : cases) {
+    add(route(one.destination, 16, {hop("10.0.0.7")})).nexthopId = one.object;
+    expected[std::string("default ") + one.destination + "/16"] = one.shown;
+  }
+  EXPECT_EQ(showRoutes(device()), expected);
+}
+
+TEST_F(DeviceTest, StateWithUnknownInterfacesOrObjectsIsNotWhole) {
+  const struct {
+    std::uint32_t interface, object;
+    bool expands, whole;
+  } cases[] = {{1, 0, true, true}, {9, 0, true, false}, {1, 7, true, true}, {1, 7, false, false}};
+  for (const auto& one : cases) {
+    KernelState state;
+    state.links = kernel.links;
+    RouteMessage message = route("10.0.0.0", 8);
+    message.nexthopId = one.object;
+    if (one.expands) message.hops = {hop("10.1.0.1", one.interface)};
+    enterRoute(message, state);
+    EXPECT_EQ(isWhole(state), one.whole) << one.interface << " " << one.object;
+  }
+}
+
+TEST_F(DeviceTest, MoreViasThanAFecHoldsNameTheRoute) {
+  for (const std::size_t count : {512u, 513u}) {
+    messages.clear();
+    add(route("10.0.0.0", 8, std::vector<Hop>(count, hop("10.1.0.1"))));
+    try {
+      EXPECT_EQ(device().forwardingStatus->fec.members(), 1u);
+      EXPECT_EQ(count, 512u);
+    } catch (const sources::SourceError& failure) {
+      EXPECT_EQ(count, 513u);
+      EXPECT_STREQ(failure.what(),
+                   "kernel route 10.0.0.0/8 of table 254 has 513 next hops: at most 512 "
+                   "can be shown; take some of them away");
+    }
+    kernel.routes.clear();
+  }
+}
+
+/// The prefixes that the hardware lacks, and how many are counted.
+std::string unprogrammed(const state::DeviceState& device) {
+  std::string out;
+  const auto& status = *device.unprogrammedRouteStatus;
+  for (decltype(status.unprogrammedRoute)::IteratorConst it(status.unprogrammedRoute); it;
+       it.next()) {
+    out += it.value().key.prefix.stringValue().str() + " ";
+  }
+  bool found = false;
+  const auto* const count =
+      status.unprogrammedRouteCount.safeLookup(Vrf::VrfIdMap::VrfId(0), found, 0);
+  return out + (found ? std::to_string(count->count) : "none");
+}
+
+TEST_F(DeviceTest, SoftwareRoutersLackNoHardware) {
+  add(route("10.0.0.0", 8));
+  EXPECT_EQ(unprogrammed(device()), "none");
+}
+
+TEST_F(DeviceTest, FailedOffloadsAreMarkedOnAnyMachine) {
+  add(route("10.0.0.0", 8));
+  add(route("11.0.0.0", 8)).flags = RTM_F_OFFLOAD_FAILED;
+  EXPECT_EQ(unprogrammed(device()), "11.0.0.0/8 1");
+}
+
+TEST_F(DeviceTest, WithHardwareEveryUnicastRouteShouldBeThere) {
+  add(route("10.0.0.0", 8));
+  add(route("11.0.0.0", 8)).flags = RTM_F_OFFLOAD;
+  add(route("12.0.0.0", 8));
+  add(route("13.0.0.0", 8)).type = RTN_BLACKHOLE;
+  add(route("fd00::", 8)).flags = RTM_F_TRAP;
+  EXPECT_EQ(unprogrammed(device()), "10.0.0.0/8 12.0.0.0/8 2");
+}
+
+TEST_F(DeviceTest, HardwareShownByTheOtherFamilyCountsToo) {
+  add(route("10.0.0.0", 8));
+  add(route("fd00::", 8)).flags = RTM_F_TRAP;
+  EXPECT_EQ(unprogrammed(device()), "10.0.0.0/8 1");
+}
+
+std::string showConfig(const Lumo::Ptr<Routing::ConfigGen>& config) {
+  std::map<std::string, std::string> lines;
+  config->route.forEach([&](const Routing::RouteKey& key, const Lumo::Ptr<Routing::Route>& route) {
+    std::string& line = lines[key.prefix.stringValue().str()];
+    line = "[" + std::to_string(key.preference) + "]";
+    if (route->routeType == Routing::RouteType::drop) line += " drop";
+    route->via.forEach([&](const Routing::Via& via, bool) {
+      line += " " + via.hop.stringValue().str() + "@" + via.intfId.stringValue().str();
+    });
+  });
+  std::string out;
+  for (const auto& [prefix, line] : lines) out += prefix + line + "; ";
+  return out;
+}
+
+TEST_F(DeviceTest, AdministratorsRoutesAreTheConfiguration) {
+  add(route("10.0.0.0", 8, {hop("10.1.0.1"), hop("10.1.0.2", 2)}));
+  add(route("11.0.0.0", 8, {hop("")})).protocol = RTPROT_BOOT;
+  add(route("12.0.0.0", 8)).type = RTN_BLACKHOLE;
+  add(route("13.0.0.0", 8, {hop("10.1.0.1")})).protocol = RTPROT_BGP;
+  add(route("14.0.0.0", 8, {hop("10.1.0.9")})).metric = 9; // configured, though the next forwards
+  add(route("14.0.0.0", 8, {hop("10.1.0.1")})).protocol = RTPROT_BGP;
+  add(route("15.0.0.0", 8, {hop("")})).type = RTN_LOCAL;
+  add(route("fd00::", 8, {hop("fe80::1")}));
+  kernel.forwarding = {false, true};
+  const auto made = device();
+  EXPECT_EQ(showConfig(made.vrfs[0].routingConfig),
+            "10.0.0.0/8[1] 10.1.0.1@eth1 10.1.0.2@eth2; 11.0.0.0/8[1] @eth1; 12.0.0.0/8[1] drop; "
+            "14.0.0.0/8[1] 10.1.0.9@eth1; ");
+  EXPECT_EQ(showConfig(made.vrfs[0].routing6Config), "fd00::/8[1] fe80::1@eth1; ");
+  EXPECT_FALSE(made.vrfs[0].routingConfig->routing);
+  EXPECT_TRUE(made.vrfs[0].routing6Config->routing);
+}
+
+} // namespace
+} // namespace kernel_test

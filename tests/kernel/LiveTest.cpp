@@ -1,0 +1,418 @@
+// The whole source against this machine's kernel, in namespaces that the tests make.
+#include "kernel/Netns.h"
+#include "kernel/Shown.h"
+#include "sources/kernel/Kernel.h"
+#include "sources/kernel/Namespace.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+
+namespace kernel_test {
+namespace {
+
+using nlohmann::json;
+using sources::kernel::load;
+
+/// A route as `ip` describes it in JSON, and what it must be listed as.
+class Expected {
+ public:
+  Expected(const json& route, int bits) : route_(route), bits_(bits) {}
+
+  int type() const { return std::stoi(route_.value("type", "1")); }
+  int metric() const { return static_cast<int>(route_.value("metric", 0u)); }
+  std::string table() const { return route_.value("table", "254"); }
+  bool isListed() const {
+    return type() != 9 && !(bits_ == 32 && type() == 4) && !route_.contains("tos") &&
+           !route_.contains("from");
+  }
+
+  std::string key() const {
+    const std::string vrf = table() == "254" || table() == "255" ? "default" : "table-" + table();
+    std::string dst = route_.at("dst");
+    if (dst == "default") dst = bits_ == 32 ? "0.0.0.0/0" : "::/0";
+    return vrf + " " +
+           (dst.find('/') == std::string::npos ? dst + "/" + std::to_string(bits_) : dst);
+  }
+
+  std::string shown() const {
+    const std::string vias = this->vias();
+    return kind(vias) + std::to_string(route_.value("metric", 0u)) + "]" + vias;
+  }
+
+  /// Whether this one forwards in place of `other`, which the kernel lists before it.
+  bool isBetterThan(const Expected& other) const {
+    if (table() != other.table()) return table() == "255";
+    return metric() < other.metric();
+  }
+
+ private:
+  bool isDrop() const { return type() >= 6 && type() <= 8; }
+
+  std::string kind(const std::string& vias) const {
+    static const std::map<int, const char*> byType = {
+        {2, "receive [0/"}, {3, "receiveBroadcast [0/"}, {4, "receive [0/"}, {5, "receiveAll [0/"}};
+    static const std::map<std::string, std::pair<const char*, const char*>> byProtocol = {
+        {"3", {"static [1/", "static [1/"}},
+        {"4", {"static [1/", "static [1/"}},
+        {"16", {"dhcp [1/", "dhcp [1/"}},
+        {"186", {"bgpExternal [200/", "bgp [200/"}},
+        {"187", {"isisLevel2 [115/", "isisLevel2 [115/"}},
+        {"188", {"ospfIntraArea [110/", "ospf3 [110/"}},
+        {"189", {"rip [120/", "rip [120/"}}};
+    if (isDrop()) return "drop [1/";
+    if (type() != 1) return byType.at(type());
+    const std::string protocol = route_.value("protocol", "3"); // ip leaves out "boot"
+    if (protocol == "2" && vias.find('.') == std::string::npos &&
+        vias.find(':') == std::string::npos) {
+      return "connected [0/";
+    }
+    const auto found = byProtocol.find(protocol);
+    if (found == byProtocol.end()) return "kernel [40/";
+    return bits_ == 32 ? found->second.first : found->second.second;
+  }
+
+  std::string vias() const {
+    if (isDrop()) return "";
+    if (!route_.contains("nexthops")) return via(route_);
+    std::string out;
+    for (const json& hop : route_.at("nexthops")) out += via(hop);
+    return out;
+  }
+
+  static std::string via(const json& hop) {
+    const auto& flags = hop.at("flags");
+    std::string out = " |";
+    if (hop.contains("gateway")) out += " " + hop.at("gateway").get<std::string>();
+    if (hop.contains("via")) out += " " + hop.at("via").at("host").get<std::string>();
+    const bool dead = std::find(flags.begin(), flags.end(), "dead") != flags.end();
+    out += " " + (dead ? "dead" : hop.at("dev").get<std::string>());
+    const int weight = hop.value("weight", 1);
+    return weight == 1 ? out : out + " w" + std::to_string(weight);
+  }
+
+  const json& route_;
+  int bits_;
+};
+
+void addExpected(const json& routes, int bits, Routes& out) {
+  std::map<std::string, Expected> best;
+  for (const json& route : routes) {
+    const Expected one(route, bits);
+    if (!one.isListed()) continue;
+    const auto [it, fresh] = best.try_emplace(one.key(), one);
+    if (fresh || !one.isBetterThan(it->second)) continue;
+    best.erase(it);
+    best.emplace(one.key(), one);
+  }
+  for (const auto& [key, route] : best) out[key] = route.shown();
+}
+
+class KernelTest : public NetnsTest {
+ protected:
+  void runAll(std::initializer_list<const char*> commands) const {
+    for (const char* const command : commands) run(command);
+  }
+  /// Compares every route with what `ip` says; returns the routes.
+  Routes checkAgainstIp() const {
+    const json ip4 = ask("-4 route show table all"), ip6 = ask("-6 route show table all");
+    Routes expected;
+    addExpected(ip4, 32, expected);
+    addExpected(ip6, 128, expected);
+    const Routes loaded = showRoutes(load(name));
+    EXPECT_EQ(loaded, expected);
+    return loaded;
+  }
+};
+
+TEST_F(KernelTest, FreshNamespace) {
+  const Routes routes = checkAgainstIp();
+  EXPECT_EQ(routes.at("default 10.1.0.0/24"), "connected [0/0] | eth1");
+  EXPECT_EQ(routes.at("default 10.1.0.1/32"), "receive [0/0] | eth1");
+  EXPECT_EQ(routes.at("default 10.1.0.255/32"), "receiveBroadcast [0/0] | eth1");
+  EXPECT_EQ(routes.at("default fd01::1/128"), "receive [0/0] | eth1");
+}
+
+TEST_F(KernelTest, ProtocolsTypesTablesAndMetrics) {
+  runAll({"route add default via 10.1.0.2 metric 50",
+          "route add default via 10.1.0.3 proto dhcp metric 20",
+          "route add 20.1.0.0/16 via 10.1.0.2 proto static",
+          "route add 20.2.0.0/16 via 10.1.0.2 proto bgp metric 7",
+          "route add 20.3.0.0/16 via 10.1.0.2 proto isis",
+          "route add 20.4.0.0/16 via 10.1.0.2 proto ospf",
+          "route add 20.5.0.0/16 via 10.1.0.2 proto rip",
+          "route add 20.6.0.0/16 via 10.1.0.2 proto zebra",
+          "route add 20.7.0.0/16 via 10.1.0.2 proto 77",
+          "route add 20.8.0.0/16 dev eth2 proto static",
+          "route add 20.9.0.0/16 via 10.1.0.2 tos 8",
+          "route add blackhole 21.1.0.0/16",
+          "route add unreachable 21.2.0.0/16 proto static",
+          "route add prohibit 21.3.0.0/16 metric 4",
+          "route add throw 21.4.0.0/16",
+          "route add 22.0.0.0/8 via 10.2.0.9 table 100",
+          "route add 22.0.0.0/8 via 10.2.0.8 table 70000",
+          "-6 route add default via fd01::2 proto bgp metric 20",
+          "-6 route add fd20::/64 via fd01::2 proto ospf",
+          "-6 route add fd21::/64 via fe80::2 dev eth2 proto static metric 5",
+          "-6 route add fd21::/64 via fe80::3 dev eth2 proto static metric 4",
+          "-6 route add blackhole fd22::/64",
+          "-6 route add unreachable fd23::/64 table 100",
+          "-6 route add anycast fd24::/128 dev eth1",
+          "-6 route add fd25::/64 from fd01::/64 via fd01::2"});
+  const Routes routes = checkAgainstIp();
+  EXPECT_EQ(routes.at("default 0.0.0.0/0"), "dhcp [1/20] | 10.1.0.3 eth1");
+  EXPECT_EQ(routes.at("default 20.7.0.0/16"), "kernel [40/0] | 10.1.0.2 eth1");
+  EXPECT_EQ(routes.at("default 21.3.0.0/16"), "drop [1/4]");
+  EXPECT_EQ(routes.at("table-70000 22.0.0.0/8"), "static [1/0] | 10.2.0.8 eth2");
+  EXPECT_EQ(routes.at("table-100 fd23::/64"), "drop [1/1024]");
+  EXPECT_EQ(routes.at("default fd24::/128"), "receive [0/1024] | eth1");
+  EXPECT_EQ(routes.at("default fd21::/64"), "static [1/4] | fe80::3 eth2");
+  for (const char* const absent :
+       {"default 20.9.0.0/16", "default 21.4.0.0/16", "default fd25::/64"}) {
+    EXPECT_FALSE(routes.contains(absent)) << absent;
+  }
+}
+
+TEST_F(KernelTest, SeveralNextHopsWithWeights) {
+  runAll(
+      {"route add 30.1.0.0/16 nexthop via 10.1.0.2 weight 3 nexthop via 10.2.0.2 nexthop dev eth1",
+       "route add 30.2.0.0/16 nexthop via 10.1.0.2 weight 256 nexthop via 10.2.0.2 weight 255",
+       "route add 30.3.0.0/16 via inet6 fe80::9 dev eth1 proto bgp",
+       "-6 route add fd30::/64 nexthop via fd01::2 weight 5 nexthop via fe80::7 dev eth2",
+       "-6 route add fd31::/64 via fd01::3 metric 9",
+       "-6 route append fd31::/64 via fd01::4 metric 9"});
+  const Routes routes = checkAgainstIp();
+  EXPECT_EQ(routes.at("default 30.1.0.0/16"),
+            "static [1/0] | 10.1.0.2 eth1 w3 | 10.2.0.2 eth2 | eth1");
+  EXPECT_EQ(routes.at("default 30.2.0.0/16"),
+            "static [1/0] | 10.1.0.2 eth1 w256 | 10.2.0.2 eth2 w255");
+  EXPECT_EQ(routes.at("default 30.3.0.0/16"), "bgpExternal [200/0] | fe80::9 eth1");
+  EXPECT_EQ(routes.at("default fd31::/64"), "static [1/9] | fd01::3 eth1 | fd01::4 eth1");
+}
+
+TEST_F(KernelTest, MixedFamiliesOfHopsMakeAnIp6Fec) {
+  run("route add 30.4.0.0/16 nexthop via 10.1.0.2 weight 2 nexthop via inet6 fe80::9 dev eth2");
+  EXPECT_EQ(showRoutes(load(name)).at("default 30.4.0.0/16"),
+            "static [1/0] | ::ffff:10.1.0.2 eth1 w2 | fe80::9 eth2");
+}
+
+TEST_F(KernelTest, NexthopObjectsAndGroups) {
+  if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1")) GTEST_SKIP() << "no nexthop objects here";
+  runAll({"nexthop add id 2 via 10.2.0.2 dev eth2", "nexthop add id 3 blackhole",
+          "nexthop add id 4 via fe80::4 dev eth2", "nexthop add id 10 group 1,7/2",
+          "route add 40.1.0.0/16 nhid 1", "route add 40.3.0.0/16 nhid 3",
+          "route add 40.4.0.0/16 nhid 4", "route add 40.10.0.0/16 nhid 10 proto bgp",
+          "-6 route add fd40::/64 nhid 4"});
+  const Routes routes = checkAgainstIp();
+  EXPECT_EQ(routes.at("default 40.10.0.0/16"),
+            "bgpExternal [200/0] | 10.1.0.2 eth1 w7 | 10.2.0.2 eth2");
+  EXPECT_EQ(routes.at("default 40.3.0.0/16"), "drop [1/0]");
+  EXPECT_EQ(routes.at("default 40.4.0.0/16"), "static [1/0] | fe80::4 eth2");
+  // Now the kernel gives the object's number alone.
+  runInside("echo 0 > /proc/sys/net/ipv4/nexthop_compat_mode");
+  EXPECT_EQ(showRoutes(load(name)), routes);
+}
+
+TEST_F(KernelTest, NextHopOfADownInterfaceIsDead) {
+  runAll({"route add 41.0.0.0/8 nexthop via 10.1.0.2 nexthop via 10.2.0.2", "link set eth2 down"});
+  EXPECT_EQ(checkAgainstIp().at("default 41.0.0.0/8"),
+            "static [1/0] | 10.1.0.2 eth1 | 10.2.0.2 dead");
+}
+
+TEST_F(KernelTest, ManyRoutesArriveWhole) {
+  const std::string file = testing::TempDir() + name;
+  std::ofstream batch(file);
+  for (int i = 0; i < 20000; ++i) {
+    batch << "route add 50." << i / 200 << "." << i % 200 << ".0/24 via 10.1.0." << 2 + i % 5
+          << "\n";
+  }
+  batch.close();
+  const bool added = tries("-batch " + file);
+  std::filesystem::remove(file);
+  ASSERT_TRUE(added);
+  EXPECT_GE(checkAgainstIp().size(), 20000u);
+}
+
+TEST_F(KernelTest, FecNumbersStayWhileTheStateDoes) {
+  runAll({"route add 42.1.0.0/16 via 10.1.0.9", "route add 42.2.0.0/16 via 10.1.0.8"});
+  const auto first = load(name);
+  runAll({"route del 42.1.0.0/16", "route add 42.1.0.0/16 via 10.1.0.9"});
+  const auto second = load(name);
+  for (const char* const prefix : {"42.1.0.0/16", "42.2.0.0/16", "10.1.0.0/24"}) {
+    EXPECT_EQ(fecOf(first, prefix), fecOf(second, prefix)) << prefix;
+  }
+  EXPECT_NE(fecOf(first, "42.1.0.0/16"), fecOf(first, "42.2.0.0/16"));
+}
+
+TEST_F(KernelTest, AddressesAndDescriptions) {
+  runAll({"addr add 10.1.0.7/24 dev eth1", "addr add 10.7.0.1/32 dev eth1",
+          "addr add 10.8.0.1 peer 10.8.0.2/32 dev eth2", "addr add fd01::7/64 dev eth1 nodad"});
+  run("link set eth1 alias \"to the core, 2\"");
+  const auto device = load(name);
+  const auto& ip4 = *device.ipStatus->ipIntfStatus.find(Kesh::IntfId("eth1"));
+  EXPECT_EQ(ip4.primary->stringValue().str(), "10.1.0.1/24");
+  std::set<std::string> others, ip6;
+  for (const auto& one : ip4.activeSecondary) others.insert(one.stringValue().str());
+  EXPECT_EQ(others, (std::set<std::string>{"10.1.0.7/24", "10.7.0.1/32"}));
+  const auto& peer = *device.ipStatus->ipIntfStatus.find(Kesh::IntfId("eth2"));
+  EXPECT_EQ(peer.activeSecondary.at(0).stringValue().str(), "10.8.0.1/32");
+  for (const auto& one : device.ip6Status->ip6IntfStatus.find(Kesh::IntfId("eth1"))->addr) {
+    ip6.insert(one.stringValue().str());
+  }
+  EXPECT_EQ(ip6, (std::set<std::string>{"fd01::1/64", "fd01::7/64"}));
+  EXPECT_EQ(device.allIntfConfig->intfConfig(Kesh::IntfId("eth1"))->description.str(),
+            "to the core, 2");
+  EXPECT_FALSE(device.allIntfConfig->intfConfig(Kesh::IntfId("eth2")));
+}
+
+TEST_F(KernelTest, Neighbours) {
+  runAll({"neigh add 10.1.0.2 lladdr 02:00:00:00:00:02 dev eth1",
+          "neigh add 10.1.0.3 lladdr 02:00:00:00:00:03 dev eth1 nud noarp",
+          "-6 neigh add fd01::2 lladdr 02:00:00:00:00:04 dev eth1 nud stale"});
+  const auto device = load(name);
+  const Vrf::VrfIdMap::VrfId vrf(0);
+  const Kesh::IntfId eth1("eth1");
+  bool found = false;
+  const auto& arp = device.arpVanta->arpEntry;
+  const auto* entry = arp.safeLookup({vrf, eth1, *Kesh::IpGenAddr::parse("10.1.0.2")}, found, 0);
+  EXPECT_EQ(entry->ethAddr.stringValue().str(), "02:00:00:00:00:02");
+  EXPECT_EQ(arp.members(), 1u);
+  const auto& ip6 = device.arpVanta->neighborEntry;
+  entry = ip6.safeLookup({vrf, eth1, *Kesh::IpGenAddr::parse("fd01::2")}, found, 0);
+  EXPECT_EQ(entry->ethAddr.stringValue().str(), "02:00:00:00:00:04");
+}
+
+TEST_F(KernelTest, RoutingIsOnWhereTheKernelForwards) {
+  for (const char* const on : {"0", "1"}) {
+    const std::string echo = std::string("echo ") + on + " > /proc/sys/net/";
+    runInside(echo + "ipv4/ip_forward");
+    runInside(echo + "ipv6/conf/all/forwarding");
+    const auto device = load(name);
+    EXPECT_EQ(device.vrfs[0].routingConfig->routing, *on == '1');
+    EXPECT_EQ(device.vrfs[0].routing6Config->routing, *on == '1');
+  }
+}
+
+TEST_F(KernelTest, VrfDevices) {
+  if (!tries("link add red type vrf table 10")) GTEST_SKIP() << "a kernel without vrf devices";
+  runAll({"link set red up", "link set eth2 master red",
+          "route add 43.0.0.0/8 via 10.2.0.2 vrf red",
+          "neigh add 10.2.0.2 lladdr 02:00:00:00:00:02 dev eth2"});
+  const auto device = load(name);
+  EXPECT_EQ(device.vrf("red")->id.value(), 10u);
+  EXPECT_EQ(showRoutes(device).at("red 43.0.0.0/8"), "static [1/0] | 10.2.0.2 eth2");
+  EXPECT_EQ(device.ipStatus->ipIntfStatus.find(Kesh::IntfId("eth2"))->vrf->stringValue().str(),
+            "red");
+  bool found = false;
+  device.arpVanta->arpEntry.safeLookup(
+      {Vrf::VrfIdMap::VrfId(10), Kesh::IntfId("eth2"), *Kesh::IpGenAddr::parse("10.2.0.2")}, found,
+      0);
+  EXPECT_TRUE(found);
+}
+
+TEST_F(KernelTest, MplsLabels) {
+  if (!tries("route add 44.0.0.0/8 encap mpls 100/200 via 10.1.0.2")) {
+    GTEST_SKIP() << "a kernel without MPLS encapsulation";
+  }
+  EXPECT_EQ(showRoutes(load(name)).at("default 44.0.0.0/8"),
+            "static [1/0] | 10.1.0.2 eth1 label 100");
+}
+
+/// The network namespace of this thread.
+ino_t currentNamespace() {
+  struct stat status {};
+  stat("/proc/thread-self/ns/net", &status);
+  return status.st_ino;
+}
+
+std::string errorOf(const std::string& netns) {
+  try {
+    load(netns);
+  } catch (const sources::SourceError& failure) {
+    return failure.what();
+  }
+  return "";
+}
+
+TEST(Namespaces, EmptyNameIsWhereTheProcessRuns) {
+  EXPECT_TRUE(load("").ipStatus->ipIntfStatus.find(Kesh::IntfId("lo")));
+}
+
+TEST(Namespaces, NamesThatAreNotThereSayWhereTheyWereLookedFor) {
+  const ino_t home = currentNamespace();
+  EXPECT_TRUE(errorOf("rova-no-such")
+                  .starts_with("cannot enter network namespace \"rova-no-such\": it is not in "
+                               "/run/netns, which has "))
+      << errorOf("rova-no-such");
+  for (const char* const name : {"../netns/x", ".", "..", "/proc/self/ns/net"}) {
+    EXPECT_TRUE(errorOf(name).starts_with('"' + std::string(name) + "\" is not the name of a"))
+        << name;
+  }
+  EXPECT_EQ(currentNamespace(), home);
+}
+
+TEST_F(KernelTest, ProcessIsBackInItsNamespace) {
+  const ino_t home = currentNamespace();
+  load(name);
+  EXPECT_EQ(currentNamespace(), home);
+}
+
+TEST_F(KernelTest, ProcessIsBackAlsoBehindAnError) {
+  const ino_t home = currentNamespace();
+  try {
+    const sources::kernel::NamespaceStay stay(name);
+    EXPECT_NE(currentNamespace(), home);
+    throw sources::SourceError("inside");
+  } catch (const sources::SourceError&) {
+    EXPECT_EQ(currentNamespace(), home);
+  }
+}
+
+TEST_F(KernelTest, FileThatIsNoNamespaceIsNamed) {
+  const std::string plain = name + "-plain";
+  std::ofstream("/run/netns/" + plain) << "x";
+  const std::string error = errorOf(plain);
+  std::filesystem::remove("/run/netns/" + plain);
+  EXPECT_EQ(error, "cannot enter network namespace \"" + plain +
+                       "\": Invalid argument; /run/netns/" + plain +
+                       " is a file that is no network namespace");
+}
+
+TEST_F(KernelTest, EnteringWithoutTheRightSaysWhatIsNeeded) {
+  ASSERT_EQ(seteuid(65534), 0);
+  const std::string error = errorOf(name);
+  ASSERT_EQ(seteuid(0), 0);
+  EXPECT_EQ(error,
+            "cannot enter network namespace \"" + name +
+                "\": Operation not permitted; entering a namespace needs root (CAP_SYS_ADMIN)");
+}
+
+TEST_F(KernelTest, StateThatChangesMeanwhileIsStillConsistent) {
+  const pid_t writer = fork();
+  ASSERT_GE(writer, 0);
+  setpgid(writer, writer); // here and there, so that it is done before either side goes on
+  if (writer == 0) {
+    const std::string change = "while :; do ip -n " + name +
+                               " route add 45.0.0.0/8 via 10.1.0.2; ip -n " + name +
+                               " route del 45.0.0.0/8; done";
+    setpgid(0, 0);
+    execl("/bin/sh", "sh", "-c", change.c_str(), nullptr);
+    _exit(127);
+  }
+  for (int i = 0; i < 200; ++i) {
+    const Routes routes = showRoutes(load(name));
+    EXPECT_TRUE(routes.contains("default 10.1.0.0/24"));
+    const auto found = routes.find("default 45.0.0.0/8");
+    EXPECT_TRUE(found == routes.end() || found->second == "static [1/0] | 10.1.0.2 eth1");
+  }
+  kill(-writer, SIGKILL);
+  waitpid(writer, nullptr, 0);
+}
+
+} // namespace
+} // namespace kernel_test

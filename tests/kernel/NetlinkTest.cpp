@@ -1,0 +1,132 @@
+// The framing of a dump, and what happens when the kernel changes or refuses.
+#include "sources/kernel/Netlink.h"
+#include "kernel/Message.h"
+
+#include <gtest/gtest.h>
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+
+namespace kernel_test {
+namespace {
+
+using namespace sources::kernel;
+
+constexpr std::uint32_t sequence = 5;
+constexpr Request routes{"IPv4 routes", RTM_GETROUTE, AF_INET, sizeof(rtmsg)};
+constexpr Request nexthops{"nexthop objects", RTM_GETNEXTHOP, AF_UNSPEC, 8};
+
+Message part(unsigned type, int payload, unsigned flags = NLM_F_MULTI,
+             std::uint32_t number = sequence) {
+  nlmsghdr header{};
+  header.nlmsg_len = sizeof header + sizeof payload;
+  header.nlmsg_type = static_cast<std::uint16_t>(type);
+  header.nlmsg_flags = static_cast<std::uint16_t>(flags);
+  header.nlmsg_seq = number;
+  return Message(header).then(Message(payload));
+}
+
+/// Feeds one datagram; the numbers that were taken, then "more" or "end".
+std::string feed(DumpReader& reader, const Message& datagram) {
+  std::string out;
+  const bool more = reader.feed(datagram.bytes(), [&](Bytes payload) {
+    out += std::to_string(readRecord<int>(payload).value_or(-1)) + " ";
+  });
+  return out + (more ? "more" : "end");
+}
+
+std::string errorOf(const Request& request, int error) {
+  DumpReader reader(request, sequence);
+  try {
+    return feed(reader, part(NLMSG_ERROR, -error, 0));
+  } catch (const sources::SourceError& failure) {
+    return failure.what();
+  }
+}
+
+TEST(DumpReader, HandsOnObjectsUpToTheEnd) {
+  DumpReader reader(routes, sequence);
+  EXPECT_EQ(feed(reader, part(RTM_NEWROUTE, 1).then(part(RTM_NEWROUTE, 2))), "1 2 more");
+  EXPECT_EQ(
+      feed(reader, part(RTM_NEWROUTE, 3).then(part(NLMSG_DONE, 0)).then(part(RTM_NEWROUTE, 4))),
+      "3 end");
+  EXPECT_FALSE(reader.interrupted());
+}
+
+TEST(DumpReader, PassesOverOtherRequestsAndNotes) {
+  DumpReader reader(routes, sequence);
+  EXPECT_EQ(feed(reader, part(RTM_NEWROUTE, 1, NLM_F_MULTI, sequence - 1)
+                             .then(part(NLMSG_NOOP, 2))
+                             .then(part(NLMSG_DONE, 0, NLM_F_MULTI, sequence - 1))
+                             .then(part(RTM_NEWROUTE, 3))),
+            "3 more");
+}
+
+TEST(DumpReader, NoticesThatTheKernelChanged) {
+  for (const unsigned type : {unsigned{RTM_NEWROUTE}, unsigned{NLMSG_DONE}}) {
+    DumpReader reader(routes, sequence);
+    feed(reader, part(type, 0, NLM_F_MULTI | NLM_F_DUMP_INTR));
+    EXPECT_TRUE(reader.interrupted()) << type;
+  }
+}
+
+TEST(DumpReader, RefusalNamesWhatAndWhy) {
+  EXPECT_EQ(errorOf(routes, EPERM),
+            "cannot dump the kernel's IPv4 routes: Operation not permitted");
+  EXPECT_EQ(errorOf(nexthops, EPERM),
+            "cannot dump the kernel's nexthop objects: Operation not permitted");
+}
+
+TEST(DumpReader, ErrorAtTheEndOfADumpCounts) {
+  DumpReader reader(routes, sequence);
+  EXPECT_THROW(feed(reader, part(NLMSG_DONE, -ENOMEM)), sources::SourceError);
+}
+
+TEST(DumpReader, KernelWithoutNexthopObjectsHasNone) {
+  EXPECT_EQ(errorOf(nexthops, EOPNOTSUPP), "end");
+  EXPECT_NE(errorOf(routes, EOPNOTSUPP), "end");
+}
+
+TEST(DumpReader, DamagedDatagramsAreNeverReadBeyond) {
+  const Message datagram = part(RTM_NEWROUTE, 1).then(part(RTM_NEWROUTE, 2));
+  decodeDamaged(datagram.bytes(), [](Bytes bytes) {
+    DumpReader reader(routes, sequence);
+    try {
+      reader.feed(bytes, [](Bytes payload) { readRecord<int>(payload); });
+    } catch (const sources::SourceError&) { // a byte that was bent into a refusal
+    }
+  });
+}
+
+TEST(RepeatUntilWhole, StopsAtTheFirstWholeAttempt) {
+  int attempts = 0;
+  repeatUntilWhole("routes", [&] { return ++attempts == maxAttempts; });
+  EXPECT_EQ(attempts, 10);
+}
+
+TEST(RepeatUntilWhole, GivesUpAfterTen) {
+  int attempts = 0;
+  try {
+    repeatUntilWhole("routes", [&] { return ++attempts > maxAttempts; });
+    FAIL() << "expected an error";
+  } catch (const sources::SourceError& failure) {
+    EXPECT_STREQ(failure.what(),
+                 "the kernel's routes changed during each of 10 dumps; try again when "
+                 "fewer changes are made");
+  }
+  EXPECT_EQ(attempts, 10);
+}
+
+TEST(Socket, DropsWhatADisturbedAttemptTook) {
+  Socket socket;
+  int restarts = 0, taken = 0;
+  constexpr Request links{"interfaces", RTM_GETLINK, AF_UNSPEC, sizeof(ifinfomsg)};
+  socket.dump(
+      links, [&] { ++restarts, taken = 0; }, [&](Bytes) { ++taken; });
+  EXPECT_GE(restarts, 1);
+  EXPECT_GE(taken, 1) << "every namespace has a loopback interface";
+}
+
+} // namespace
+} // namespace kernel_test
