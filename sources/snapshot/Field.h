@@ -85,9 +85,7 @@ void readFields(Node& node, const Fields& fields, Record& record) {
     fields[place].read(value, record);
   });
   for (std::size_t place = 0; place < std::size(fields); ++place) {
-    if (fields[place].required && !(seen >> place & 1)) {
-      node.fail("no \"" + std::string(fields[place].name) + "\"", "that key");
-    }
+    if (fields[place].required && !(seen >> place & 1)) node.failMissing(fields[place].name);
   }
 }
 

@@ -87,8 +87,8 @@ class Node {
   /// Calls `visit(node)` for each element of an array.
   template <class Visit>
   void elements(Visit&& visit);
-  /// Calls `visit(node)` for one member ahead of its turn, and nothing when there is none. The
-  /// members can be read from the first on afterwards.
+  /// Calls `visit(node)` for one member of an object ahead of its turn, and raises `SourceError`
+  /// when there is none. All members can be read afterwards.
   template <class Visit>
   void peek(std::string_view key, Visit&& visit);
 
@@ -96,6 +96,10 @@ class Node {
   [[noreturn]] void refuse(std::string_view expected) { input_.fail(found(), expected); }
   [[noreturn]] void fail(std::string_view found, std::string_view expected) {
     input_.fail(found, expected);
+  }
+
+  [[noreturn]] void failMissing(std::string_view key) {
+    fail("no \"" + std::string(key) + "\"", "that key");
   }
 
  private:
@@ -147,7 +151,8 @@ template <class Visit>
 void Node::peek(std::string_view key, Visit&& visit) {
   auto object = expect(value_.get_object(), "an object");
   auto result = object.find_field_unordered(key);
-  if (result.error() != simdjson::NO_SUCH_FIELD) {
+  if (result.error() == simdjson::NO_SUCH_FIELD) failMissing(key);
+  {
     const Input::Inside inside(input_, {key});
     Node node(input_, input_.checked(std::move(result)));
     visit(node);

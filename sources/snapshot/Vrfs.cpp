@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace sources::snapshot {
 
@@ -179,10 +180,13 @@ constexpr VrfField kernelField(std::string_view name) {
           }};
 }
 
-/// The number is read ahead of the other fields, since the VRF's tables are made for it.
+// The number was read ahead of the other fields, since the VRF's tables are made for it.
+void checkId(Node& node, VrfReader& vrf) {
+  if (Codec<VrfId>::read(node) != vrf.state.id) node.refuse("0, the default VRF's number");
+}
+
 constexpr VrfField idField = {
-    "id", [](Node& node, VrfReader&) { Codec<VrfId>::read(node); },
-    [](const VrfWriter& vrf) { return vrf.state.id.value() != 0; },
+    "id", checkId, [](const VrfWriter& vrf) { return vrf.state.id.value() != 0; },
     [](Output& out, const VrfWriter& vrf) { Codec<VrfId>::write(out, vrf.state.id); }};
 
 constexpr VrfField vrfFields[] = {
@@ -198,15 +202,13 @@ constexpr VrfField vrfFields[] = {
 };
 
 VrfId readId(Node& node, const L3::VrfName& name) {
-  const bool isDefault = name.stringValue() == L3::defaultVrfName;
-  std::optional<VrfId> id;
+  if (name.stringValue() == L3::defaultVrfName) return VrfId(0);
+  VrfId id;
   node.peek("id", [&](Node& value) {
     id = Codec<VrfId>::read(value);
-    if (isDefault && id->value() != 0) value.refuse("0, the default VRF's number");
-    if (!isDefault && id->value() == 0) value.refuse("a number other than the default VRF's 0");
+    if (id.value() == 0) value.refuse("a number other than the default VRF's 0");
   });
-  if (!id && !isDefault) node.fail("no \"id\"", "that key");
-  return id.value_or(VrfId(0));
+  return id;
 }
 
 VrfState& vrfOf(DeviceState& device, const L3::VrfName& name) {
@@ -214,9 +216,13 @@ VrfState& vrfOf(DeviceState& device, const L3::VrfName& name) {
                        [&](const VrfState& vrf) { return vrf.name == name; });
 }
 
+// A VRF that comes twice is found at once: its second number would contradict the first.
 void readVrfs(Node& node, state::DeviceBuilder& builder) {
+  std::set<L3::VrfName> names;
   Unique<VrfId> ids;
-  readMap<L3::VrfName>(node, [&](const L3::VrfName& name, Node& value) {
+  node.members([&](std::string_view text, Node& value) {
+    const auto name = parseText<L3::VrfName>(value, text);
+    if (!names.insert(name).second) value.fail("the VRF a second time", "each VRF once");
     const VrfId id = readId(value, name);
     ids.add(id);
     VrfTables& tables = builder.vrf(name, id);
