@@ -1,0 +1,111 @@
+// Objects whose keys are identifiers, and arrays of records: each identifier stands there once.
+#pragma once
+
+#include "Codec.h"
+#include "Field.h"
+
+#include "lumo/HashMap2018.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace sources::snapshot {
+
+/// Finds a key that comes twice, by value: "2001:DB8::/32" and "2001:db8::/32" are one key. Keys
+/// that come in ascending order, as they do in a saved file, cost one comparison each.
+template <class Key>
+class Unique {
+ public:
+  void add(const Key& key) {
+    ascending_ = ascending_ && (keys_.empty() || keys_.back() < key);
+    keys_.push_back(key);
+  }
+
+  /// Raises `SourceError` for the collection `node` when a key came twice; `show(key)` is its text.
+  template <class Show>
+  void check(Node& node, Show&& show) {
+    if (ascending_) return;
+    std::sort(keys_.begin(), keys_.end());
+    const auto twice = std::adjacent_find(keys_.begin(), keys_.end());
+    if (twice != keys_.end()) node.fail(show(*twice) + " twice", "each key once");
+  }
+
+ private:
+  std::vector<Key> keys_;
+  bool ascending_ = true;
+};
+
+/// A key in quotes, for messages.
+template <class Key>
+std::string quotedKey(const Key& key) {
+  std::string text;
+  appendQuoted(text, Text<Key>::write(key));
+  return text;
+}
+
+/// Reads an object from keys of one type; calls `read(key, node)` for each member.
+template <class Key, class Read>
+void readMap(Node& node, Read&& read) {
+  Unique<Key> unique;
+  node.members([&](std::string_view text, Node& value) {
+    const Key key = parseText<Key>(value, text);
+    unique.add(key);
+    read(key, value);
+  });
+  unique.check(node, quotedKey<Key>);
+}
+
+/// The members of a hashed collection in the order of their keys.
+template <class Key, class Value>
+std::vector<std::pair<Key, const Value*>> sorted(const Lumo::HashMap2018<Key, Value>& map) {
+  std::vector<std::pair<Key, const Value*>> members;
+  members.reserve(map.size());
+  map.forEach([&](const Key& key, const Value& value) { members.emplace_back(key, &value); });
+  std::sort(members.begin(), members.end(),
+            [](const auto& a, const auto& b) { return a.first < b.first; });
+  return members;
+}
+
+/// Writes an object with a line a member; `write(value)` writes what stands under the key.
+template <class Key, class Value, class Write>
+void writeMap(Output& out, const Lumo::HashMap2018<Key, Value>& map, Write&& write) {
+  const auto scope = out.object(Output::Layout::lines);
+  for (const auto& [key, value] : sorted(map)) {
+    out.key(Text<Key>::write(key));
+    write(*value);
+  }
+}
+
+/// Reads records by key into a hashed collection.
+template <class Key, class Record, class Fields>
+void readRecords(Node& node, Lumo::HashMap2018<Key, Record>& map, const Fields& fields) {
+  readMap<Key>(node, [&](const Key& key, Node& value) {
+    Record record;
+    if constexpr (requires { record.key = key; }) record.key = key;
+    readFields(value, fields, record);
+    map.insertOrAssign(key, std::move(record));
+  });
+}
+
+/// A member of an entity that is such a collection, its records of those fields.
+template <class Owner, auto Member, const auto& Fields>
+constexpr Field<Owner> recordMap(std::string_view name) {
+  return {name, [](Node& node, Owner& owner) { readRecords(node, owner.*Member, Fields); },
+          [](const Owner& owner) { return !(owner.*Member).empty(); },
+          [](Output& out, const Owner& owner) {
+            writeMap(out, owner.*Member,
+                     [&](const auto& record) { writeFields(out, Fields, record); });
+          }};
+}
+
+/// The same for a shared table, in the table's own order.
+template <class View, class Write>
+void writeTable(Output& out, const View& view, Write&& write) {
+  const auto scope = out.object(Output::Layout::lines);
+  for (typename View::IteratorConst it(view); it; it.next()) {
+    out.key(Text<typename View::KeyType>::write(it.value().key));
+    write(it.value());
+  }
+}
+
+} // namespace sources::snapshot

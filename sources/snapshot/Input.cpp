@@ -1,0 +1,176 @@
+#include "Input.h"
+
+#include "Output.h"
+#include "Utf8.h"
+
+#include <algorithm>
+
+namespace sources::snapshot {
+
+namespace {
+
+/// Enough of a found text to know it again, in bytes.
+constexpr std::size_t shownBytes = 60;
+
+std::string_view trimmed(std::string_view token) {
+  const auto last = token.find_last_not_of(" \t\r\n");
+  return token.substr(0, last == token.npos ? 0 : last + 1);
+}
+
+std::string shortened(std::string_view text) {
+  if (text.size() <= shownBytes) return std::string(text);
+  std::size_t end = 0;
+  while (end < shownBytes) end += std::max<std::size_t>(characterBytes(text.substr(end)), 1);
+  return std::string(text.substr(0, end)) + "...";
+}
+
+bool isWord(std::string_view key) {
+  return !key.empty() && std::all_of(key.begin(), key.end(), [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+  });
+}
+
+/// What no parser gives a place for, since it finds it while it looks for the tokens.
+struct TextFault {
+  std::size_t offset;
+  std::string_view message;
+};
+
+/// What is wrong with the string whose first byte is at `at`; moves `at` to its end or its fault.
+const char* faultInString(std::string_view text, std::size_t& at) {
+  for (; at < text.size() && text[at] != '"'; ++at) {
+    if (static_cast<unsigned char>(text[at]) < 0x20) {
+      return "found a control character in a text, expected an escape such as \\n";
+    }
+    if (text[at] == '\\') ++at;
+  }
+  return at < text.size() ? nullptr : "found the end inside a text, expected its closing quote";
+}
+
+TextFault findTextFault(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t bytes = characterBytes(text.substr(at));
+    if (bytes == 0) return {at, "found bytes that are not UTF-8, expected UTF-8"};
+    at += bytes;
+  }
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != '"') continue;
+    const std::size_t start = at++;
+    const char* const message = faultInString(text, at);
+    if (message) return {at < text.size() ? at : start, message};
+  }
+  return {0, "found text that is not JSON, expected a snapshot"};
+}
+
+} // namespace
+
+Input::Input(std::string name, simdjson::padded_string_view text)
+    : name_(std::move(name)), text_(text) {
+  if (const auto error = parser_.iterate(text).get(document_)) failText(error);
+}
+
+void Input::failText(simdjson::error_code error) const {
+  if (error == simdjson::EMPTY) failAt(0, "found nothing, expected a snapshot");
+  if (error == simdjson::CAPACITY) failAt(0, "found more than 4 GB of text, expected less");
+  if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+  const TextFault fault = findTextFault(text_);
+  failAt(fault.offset, fault.message);
+}
+
+void Input::failJson() {
+  const char* place = text_.data() + text_.size();
+  if (document_.current_location().get(place)) place = text_.data() + text_.size();
+  failAt(
+      std::min(static_cast<std::size_t>(place - text_.data()), text_.size()),
+      "found broken JSON at or before this place, expected values with commas, colons, quotes and "
+      "matching brackets");
+}
+
+void Input::failAt(std::size_t offset, std::string_view message) const {
+  const std::string_view before = text_.substr(0, offset);
+  const auto lines = std::count(before.begin(), before.end(), '\n');
+  const auto lineStart = before.rfind('\n') + 1; // npos + 1 is 0: the first line
+  throw SourceError(name_ + ": line " + std::to_string(lines + 1) + ", column " +
+                    std::to_string(offset - lineStart + 1) + ": " + std::string(message));
+}
+
+void Input::fail(std::string_view found, std::string_view expected) const {
+  throw SourceError(name_ + ": " + pathText() + ": found " + shortened(found) + ", expected " +
+                    std::string(expected));
+}
+
+std::string Input::pathText() const {
+  std::string text = "$";
+  for (const Step& step : path_) {
+    if (!step.key.data()) {
+      text += "[" + std::to_string(step.index) + "]";
+    } else if (isWord(step.key)) {
+      text += "." + shortened(step.key);
+    } else {
+      text += "[";
+      appendQuoted(text, shortened(step.key));
+      text += "]";
+    }
+  }
+  return text;
+}
+
+// A key without escapes is a piece of the text; only the others are copied.
+std::string_view Input::keyOf(simdjson::ondemand::field& field) {
+  const char* const begin = field.key().raw();
+  const char* const limit = text_.data() + text_.size();
+  const char* const end = std::find_if(begin, limit, [](char c) { return c == '"' || c == '\\'; });
+  if (end != limit && *end == '"') return {begin, static_cast<std::size_t>(end - begin)};
+  return checked(field.unescaped_key());
+}
+
+// Behind its last value a text has no place to be at any more.
+void Input::checkEnd() {
+  const char* place = nullptr;
+  if (document_.current_location().get(place)) return;
+  failAt(static_cast<std::size_t>(place - text_.data()),
+         "found more text behind the snapshot, expected its end");
+}
+
+std::string_view Node::found() {
+  const std::string_view token = trimmed(value_.raw_json_token());
+  if (token.starts_with('{')) return "an object";
+  if (token.starts_with('[')) return "an array";
+  return token;
+}
+
+std::string_view Node::text() {
+  const std::string_view token = found();
+  if (!token.starts_with('"')) refuse("a text");
+  if (token.find('\\') == token.npos && token.size() >= 2 && token.ends_with('"')) {
+    input_.checked(value_.get_raw_json_string());
+    return token.substr(1, token.size() - 2);
+  }
+  std::string_view text;
+  if (value_.get_string().get(text)) refuse("a text with the escapes of JSON");
+  return text;
+}
+
+std::uint64_t Node::number(std::uint64_t max, std::uint64_t min) {
+  std::uint64_t value = 0;
+  if (value_.get_uint64().get(value) || value < min || value > max) {
+    refuse("a number from " + std::to_string(min) + " to " + std::to_string(max));
+  }
+  return value;
+}
+
+std::int64_t Node::integer(std::int64_t min, std::int64_t max) {
+  std::int64_t value = 0;
+  if (value_.get_int64().get(value) || value < min || value > max) {
+    refuse("a number from " + std::to_string(min) + " to " + std::to_string(max));
+  }
+  return value;
+}
+
+bool Node::boolean() {
+  bool value = false;
+  if (value_.get_bool().get(value)) refuse("true or false");
+  return value;
+}
+
+} // namespace sources::snapshot

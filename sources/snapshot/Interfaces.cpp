@@ -1,0 +1,162 @@
+// Interfaces with their descriptions and addresses, their neighbours, and nexthop group names.
+#include "Sections.h"
+
+#include "state/Interface.h"
+#include "state/NexthopGroup.h"
+
+namespace sources::snapshot {
+
+namespace {
+
+using Interface::IntfConfig;
+
+/// A description apart from its interface, which an `IntfConfig` cannot be without.
+struct Description {
+  Lumo::String description;
+};
+constexpr Field<Description> descriptionFields[] = {
+    field<Description, &Description::description>("description"),
+};
+
+void readIntfConfig(Node& node, state::DeviceBuilder& builder) {
+  readMap<Kesh::IntfId>(node, [&](const Kesh::IntfId& intfId, Node& value) {
+    Description read;
+    readFields(value, descriptionFields, read);
+    builder.state.allIntfConfig->configs.insertOrAssign(
+        intfId, Lumo::newEntity<IntfConfig>(intfId, read.description));
+  });
+}
+
+void writeIntfConfig(Output& out, const state::DeviceState& device) {
+  writeMap(out, device.allIntfConfig->configs, [&](const Lumo::Ptr<const IntfConfig>& config) {
+    writeFields(out, descriptionFields, Description{config ? config->description : Lumo::String()});
+  });
+}
+
+constexpr Field<Ip::IpIntfStatus> ipFields[] = {
+    field<Ip::IpIntfStatus, &Ip::IpIntfStatus::vrf>("vrf"),
+    field<Ip::IpIntfStatus, &Ip::IpIntfStatus::primary>("primary"),
+    field<Ip::IpIntfStatus, &Ip::IpIntfStatus::activeSecondary>("activeSecondary"),
+};
+
+constexpr Field<Ip6::Ip6IntfStatus> ip6Fields[] = {
+    field<Ip6::Ip6IntfStatus, &Ip6::Ip6IntfStatus::vrf>("vrf"),
+    field<Ip6::Ip6IntfStatus, &Ip6::Ip6IntfStatus::addr>("addr"),
+};
+
+using Arp::Table::ArpEntry;
+using Arp::Table::ArpKey;
+
+/// A neighbour with its key's parts side by side.
+struct Neighbor {
+  Vrf::VrfIdMap::VrfId vrfId;
+  Kesh::IntfId intfId;
+  Kesh::IpGenAddr address;
+  Kesh::EthAddr ethAddr;
+};
+constexpr Field<Neighbor> neighborFields[] = {
+    field<Neighbor, &Neighbor::vrfId>("vrfId"),
+    field<Neighbor, &Neighbor::intfId>("interface").asRequired(),
+    field<Neighbor, &Neighbor::address>("address").asRequired(),
+    field<Neighbor, &Neighbor::ethAddr>("ethAddr"),
+};
+
+std::string neighborText(const ArpKey& key) {
+  return "neighbour " + key.address.stringValue().str() + " on " + key.intfId.stringValue().str();
+}
+
+void readNeighbors(Node& node, state::DeviceBuilder& builder) {
+  Unique<ArpKey> unique;
+  node.elements([&](Node& element) {
+    Neighbor read;
+    readFields(element, neighborFields, read);
+    const ArpKey key{read.vrfId, read.intfId, read.address};
+    unique.add(key);
+    const bool isIp4 = key.address.af() == Kesh::AddressFamily::ip4;
+    (isIp4 ? builder.arp : builder.neighbors)->insert({key, read.ethAddr});
+  });
+  unique.check(node, neighborText);
+}
+
+void writeNeighbors(Output& out, const Vanta::VantaMap<ArpKey, ArpEntry>& table) {
+  for (std::decay_t<decltype(table)>::IteratorConst it(table); it; it.next()) {
+    const auto& [key, ethAddr] = it.value();
+    writeFields(out, neighborFields, Neighbor{key.vrfId, key.intfId, key.address, ethAddr});
+  }
+}
+
+void writeAllNeighbors(Output& out, const state::DeviceState& device) {
+  const auto scope = out.array(Output::Layout::lines);
+  writeNeighbors(out, device.arpVanta->arpEntry);
+  writeNeighbors(out, device.arpVanta->neighborEntry);
+}
+
+using NexthopGroup::NexthopGroupEntryKey;
+
+} // namespace
+
+// The key keeps names up to its room and up to a NUL: others would come back as another name.
+template <>
+struct Text<NexthopGroupEntryKey> {
+  static std::optional<NexthopGroupEntryKey> parse(std::string_view text) {
+    const bool fits = !text.empty() && text.size() <= NexthopGroupEntryKey::maxBytes;
+    if (!fits || text.find('\0') != text.npos) return {};
+    return NexthopGroupEntryKey(Lumo::String(text));
+  }
+  static std::string expected(std::string_view) { return "a nexthop group name of 1 to 128 bytes"; }
+  static Lumo::String write(const NexthopGroupEntryKey& key) { return key.nhgName(); }
+};
+
+namespace {
+
+void readGroups(Node& node, state::DeviceBuilder& builder) {
+  Unique<std::uint32_t> ids;
+  readMap<NexthopGroupEntryKey>(node, [&](const NexthopGroupEntryKey& key, Node& value) {
+    const auto id = Codec<std::uint32_t>::read(value);
+    ids.add(id);
+    builder.nexthopGroups->insert({key, id});
+  });
+  ids.check(node, [](std::uint32_t id) { return "the identifier " + std::to_string(id); });
+}
+
+void writeGroups(Output& out, const state::DeviceState& device) {
+  writeTable(out, device.nhEntryStatus->nexthopGroupEntry,
+             [&](const auto& entry) { out.number(std::uint64_t{entry.nhgId}); });
+}
+
+} // namespace
+
+Section intfConfigSection() {
+  return {"allIntfConfig", readIntfConfig,
+          [](const state::DeviceState& device) { return !device.allIntfConfig->configs.empty(); },
+          writeIntfConfig};
+}
+
+Section ipSection() {
+  return recordSection<&state::DeviceState::ipStatus, &Ip::Status::ipIntfStatus, ipFields>(
+      "ipStatus");
+}
+
+Section ip6Section() {
+  return recordSection<&state::DeviceState::ip6Status, &Ip6::Status::ip6IntfStatus, ip6Fields>(
+      "ip6Status");
+}
+
+Section arpSection() {
+  return {"arpVanta", readNeighbors,
+          [](const state::DeviceState& device) {
+            const auto& arp = *device.arpVanta;
+            return arp.arpEntry.members() + arp.neighborEntry.members() > 0;
+          },
+          writeAllNeighbors};
+}
+
+Section nhEntrySection() {
+  return {"nhEntryStatus", readGroups,
+          [](const state::DeviceState& device) {
+            return device.nhEntryStatus->nexthopGroupEntry.members() > 0;
+          },
+          writeGroups};
+}
+
+} // namespace sources::snapshot

@@ -1,0 +1,57 @@
+// The sections of a snapshot: each is a field of the outermost object and fills one handle of the
+// device's state.
+#pragma once
+
+#include "Collection.h"
+#include "Field.h"
+
+#include "state/DeviceBuilder.h"
+
+namespace sources::snapshot {
+
+using Section = Field<state::DeviceBuilder, state::DeviceState>;
+
+Section vrfsSection();
+Section forwardingSection();
+Section forwarding6Section();
+Section policyForwardingSection();
+Section intfConfigSection();
+Section ipSection();
+Section ip6Section();
+Section arpSection();
+Section nhEntrySection();
+Section hardwareSection();
+Section hardware6Section();
+Section tunnelFibSection();
+Section evpnVxlanSection();
+Section tunnelDirSection();
+Section srTePolicySection();
+
+/// A section that is one hashed collection of records of an entity.
+template <auto Handle, auto Member, const auto& Fields>
+constexpr Section recordSection(std::string_view name) {
+  return {name,
+          [](Node& node, state::DeviceBuilder& builder) {
+            readRecords(node, (*(builder.state.*Handle)).*Member, Fields);
+          },
+          [](const state::DeviceState& device) { return !((*(device.*Handle)).*Member).empty(); },
+          [](Output& out, const state::DeviceState& device) {
+            writeMap(out, (*(device.*Handle)).*Member,
+                     [&](const auto& record) { writeFields(out, Fields, record); });
+          }};
+}
+
+/// A section that has an entity's fields.
+template <auto Handle, const auto& Fields, Output::Layout layout>
+constexpr Section entitySection(std::string_view name) {
+  return {name,
+          [](Node& node, state::DeviceBuilder& builder) {
+            readFields(node, Fields, *(builder.state.*Handle));
+          },
+          [](const state::DeviceState& device) { return anyPresent(Fields, *(device.*Handle)); },
+          [](Output& out, const state::DeviceState& device) {
+            writeFields(out, Fields, *(device.*Handle), layout);
+          }};
+}
+
+} // namespace sources::snapshot

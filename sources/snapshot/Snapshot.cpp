@@ -1,0 +1,83 @@
+#include "sources/snapshot/Snapshot.h"
+
+#include "File.h"
+#include "Sections.h"
+
+namespace sources::snapshot {
+
+namespace {
+
+/// The format's version. A text of another version is refused.
+constexpr std::uint64_t formatVersion = 1;
+
+Section versionSection() {
+  const Section section = {
+      "rovaSnapshot",
+      [](Node& node, state::DeviceBuilder&) { node.number(formatVersion, formatVersion); },
+      nullptr,
+      [](Output& out, const state::DeviceState&) { out.number(formatVersion); },
+  };
+  return section.asRequired();
+}
+
+/// The sections in the order in which they are written.
+const auto& sections() {
+  static const Section all[] = {
+      versionSection(),
+      vrfsSection(),
+      forwardingSection(),
+      forwarding6Section(),
+      policyForwardingSection(),
+      intfConfigSection(),
+      ipSection(),
+      ip6Section(),
+      arpSection(),
+      nhEntrySection(),
+      hardwareSection(),
+      hardware6Section(),
+      tunnelFibSection(),
+      evpnVxlanSection(),
+      tunnelDirSection(),
+      srTePolicySection(),
+  };
+  return all;
+}
+
+/// `text` has the parser's padding behind it.
+state::DeviceState loadPadded(const std::string& text, const std::string& name) {
+  const std::size_t length = text.size() - simdjson::SIMDJSON_PADDING;
+  Input input(name, simdjson::padded_string_view(text.data(), length, text.size()));
+  state::DeviceBuilder builder;
+  input.readRoot([&](Node& root) { readFields(root, sections(), builder); });
+  return std::move(builder.state);
+}
+
+void write(Output::Sink sink, const state::DeviceState& device) {
+  Output out(std::move(sink));
+  writeFields(out, sections(), device, Output::Layout::lines);
+  out.finish();
+}
+
+} // namespace
+
+state::DeviceState load(const std::string& path) {
+  return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING), path);
+}
+
+state::DeviceState loadText(std::string_view text, const std::string& name) {
+  return loadPadded(std::string(text) + std::string(simdjson::SIMDJSON_PADDING, '\0'), name);
+}
+
+void save(const state::DeviceState& device, const std::string& path) {
+  FileWriter file(path);
+  write([&](std::string_view bytes) { file.write(bytes); }, device);
+  file.commit();
+}
+
+std::string saveText(const state::DeviceState& device) {
+  std::string text;
+  write([&](std::string_view bytes) { text += bytes; }, device);
+  return text;
+}
+
+} // namespace sources::snapshot

@@ -1,0 +1,191 @@
+#include "StaticRoutes.h"
+
+#include "Collection.h"
+#include "Names.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace sources::snapshot {
+
+namespace {
+
+using Kesh::AddressFamily;
+using Routing::RouteKey;
+
+/// A via with what the route keeps about it in collections of their own.
+struct ConfiguredVia : Routing::Via {
+  Lumo::String name;
+  bool bfd = false;
+
+  friend bool operator<(const ConfiguredVia& a, const ConfiguredVia& b) {
+    const auto rest = [](const ConfiguredVia& via) {
+      return std::tuple(via.mplsLabel, via.vni, via.vtepAddr, via.routerMac);
+    };
+    if (a.hop != b.hop) return a.hop < b.hop;
+    if (!(a.intfId == b.intfId)) return a.intfId < b.intfId;
+    return rest(a) < rest(b);
+  }
+};
+
+constexpr Field<ConfiguredVia> viaFields[] = {
+    field<ConfiguredVia, &ConfiguredVia::hop>("hop"),
+    field<ConfiguredVia, &ConfiguredVia::intfId>("interface"),
+    field<ConfiguredVia, &ConfiguredVia::mplsLabel>("label"),
+    field<ConfiguredVia, &ConfiguredVia::vni>("vni"),
+    field<ConfiguredVia, &ConfiguredVia::vtepAddr>("vtep"),
+    field<ConfiguredVia, &ConfiguredVia::routerMac>("routerMac"),
+    field<ConfiguredVia, &ConfiguredVia::name>("name"),
+    field<ConfiguredVia, &ConfiguredVia::bfd>("bfd"),
+};
+
+} // namespace
+
+template <>
+struct Codec<ConfiguredVia> {
+  static ConfiguredVia read(Node& node) {
+    ConfiguredVia via;
+    readFields(node, viaFields, via);
+    if (via.hop.af() != AddressFamily::unset && via.vtepAddr.af() != AddressFamily::unset) {
+      node.fail("a hop and a VTEP on one via", "one of them");
+    }
+    return via;
+  }
+  static void write(Output& out, const ConfiguredVia& via) { writeFields(out, viaFields, via); }
+};
+
+namespace {
+
+/// A route with its key's parts and its vias side by side.
+struct ConfiguredRoute {
+  Kesh::IpGenPrefix prefix;
+  Routing::RoutePreference preference = 1;
+  Routing::RouteType type = Routing::RouteType::forward;
+  std::uint32_t tag = 0;
+  bool dynamic = false;
+  std::vector<ConfiguredVia> vias;
+  Lumo::String dropName;
+  Lumo::String nexthopGroup;
+  L3::VrfName leakVrf;
+};
+
+/// The prefix of a route, in a configuration for prefixes of one family.
+template <class PrefixType>
+constexpr Field<ConfiguredRoute> prefixField() {
+  auto row = field<ConfiguredRoute, &ConfiguredRoute::prefix>("prefix").asRequired();
+  row.read = [](Node& node, ConfiguredRoute& route) {
+    route.prefix = Kesh::IpGenPrefix(Codec<PrefixType>::read(node));
+  };
+  return row;
+}
+
+template <class PrefixType>
+constexpr Field<ConfiguredRoute> routeFields[] = {
+    prefixField<PrefixType>(),
+    field<ConfiguredRoute, &ConfiguredRoute::preference>("preference"),
+    field<ConfiguredRoute, &ConfiguredRoute::type>("type"),
+    field<ConfiguredRoute, &ConfiguredRoute::tag>("tag"),
+    field<ConfiguredRoute, &ConfiguredRoute::dynamic>("dynamic"),
+    field<ConfiguredRoute, &ConfiguredRoute::vias>("vias"),
+    field<ConfiguredRoute, &ConfiguredRoute::dropName>("dropName"),
+    field<ConfiguredRoute, &ConfiguredRoute::nexthopGroup>("nexthopGroup"),
+    field<ConfiguredRoute, &ConfiguredRoute::leakVrf>("leakVrf"),
+};
+
+/// As many as a FEC of the route has room for.
+constexpr std::size_t maxVias = 512;
+
+void enterVias(Node& node, const ConfiguredRoute& configured, Routing::Route& route) {
+  if (configured.vias.size() > maxVias) {
+    node.fail(std::to_string(configured.vias.size()) + " vias", "at most 512");
+  }
+  for (const ConfiguredVia& via : configured.vias) {
+    if (route.via.find(via)) node.fail("a via a second time", "each via once");
+    route.via.insertOrAssign(via, true);
+    if (!via.name.empty()) route.viaNextHopName.insertOrAssign(via, via.name);
+    if (via.bfd) route.bfdTracked.insertOrAssign(via, true);
+  }
+}
+
+Lumo::Ptr<Routing::Route> makeRoute(Node& node, const ConfiguredRoute& configured) {
+  auto route = Lumo::newEntity<Routing::Route>(RouteKey{configured.prefix, configured.preference});
+  route->routeType = configured.type;
+  route->tag = configured.tag;
+  route->dynamic = configured.dynamic;
+  route->dropNextHopName = configured.dropName;
+  route->nexthopGroupName = configured.nexthopGroup;
+  route->leakVrf = configured.leakVrf;
+  enterVias(node, configured, *route);
+  return route;
+}
+
+std::vector<ConfiguredVia> viasOf(const Routing::Route& route) {
+  std::vector<ConfiguredVia> vias;
+  route.via.forEach([&](const Routing::Via& via, bool) {
+    const Lumo::String* const name = route.viaNextHopName.find(via);
+    const bool* const bfd = route.bfdTracked.find(via);
+    vias.push_back({via, name ? *name : Lumo::String(), bfd && *bfd});
+  });
+  std::sort(vias.begin(), vias.end());
+  return vias;
+}
+
+ConfiguredRoute configuredOf(const Routing::Route& route) {
+  return {route.key.prefix, route.key.preference, route.routeType,       route.tag,
+          route.dynamic,    viasOf(route),        route.dropNextHopName, route.nexthopGroupName,
+          route.leakVrf};
+}
+
+template <class PrefixType>
+void readRoutes(Node& node, Routing::ConfigGen& config) {
+  node.elements([&](Node& element) {
+    ConfiguredRoute configured;
+    readFields(element, routeFields<PrefixType>, configured);
+    const auto route = makeRoute(element, configured);
+    if (config.route.find(route->key)) {
+      element.fail("a second route to " + configured.prefix.stringValue().str() +
+                       " of preference " + std::to_string(configured.preference),
+                   "one");
+    }
+    config.route.insertOrAssign(route->key, route);
+  });
+}
+
+void writeRoutes(Output& out, const Routing::ConfigGen& config) {
+  const auto scope = out.array(Output::Layout::lines);
+  for (const auto& [key, route] : sorted(config.route)) {
+    // The rows of both families write alike.
+    writeFields(out, routeFields<Kesh::Prefix>, configuredOf(**route));
+  }
+}
+
+template <class PrefixType>
+constexpr Field<Routing::ConfigGen> configFields[] = {
+    field<Routing::ConfigGen, &Routing::ConfigGen::routing>("routing"),
+    {"routes", readRoutes<PrefixType>,
+     [](const Routing::ConfigGen& config) { return !config.route.empty(); }, writeRoutes},
+};
+
+} // namespace
+
+template <class PrefixType>
+void readConfig(Node& node, ConfigPtr& config) {
+  if (node.null()) {
+    config = nullptr;
+  } else {
+    readFields(node, configFields<PrefixType>, *config);
+  }
+}
+template void readConfig<Kesh::Prefix>(Node& node, ConfigPtr& config);
+template void readConfig<Kesh::Ip6Prefix>(Node& node, ConfigPtr& config);
+
+bool configPresent(const ConfigPtr& config) {
+  return !config || anyPresent(configFields<Kesh::Prefix>, *config);
+}
+
+void writeConfig(Output& out, const ConfigPtr& config) {
+  if (!config) return out.null();
+  writeFields(out, configFields<Kesh::Prefix>, *config, Output::Layout::lines);
+}
+
+} // namespace sources::snapshot

@@ -1,0 +1,125 @@
+#include "Text.h"
+
+#include <charconv>
+
+namespace sources::snapshot {
+
+namespace {
+
+/// Two numbers with a point between, packed as "high above `lowBits` bits of low".
+struct PairForm {
+  unsigned maxHigh;
+  unsigned lowBits;
+  const char* name;
+  bool zeroIsNull;
+
+  std::uint64_t maxLow() const { return (std::uint64_t{1} << lowBits) - 1; }
+};
+constexpr PairForm fecForm = {Vanta::Fib::adjTypeMax() - 1, Vanta::Fib::adjTypePos(),
+                              "a FEC as TYPE.NUMBER", true};
+constexpr PairForm tunnelForm = {15, 44, "a tunnel as KIND.INDEX", true};
+constexpr PairForm encapForm = {15, 28, "an encapsulation as KIND.NUMBER", false};
+
+/// A decimal number in its one form: no sign, no leading zeros.
+std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t max) {
+  std::uint64_t value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || stop != end || value > max) return {};
+  if (text.size() > 1 && text[0] == '0') return {};
+  return value;
+}
+
+std::optional<std::uint64_t> parsePair(const PairForm& form, std::string_view text) {
+  const auto point = text.find('.');
+  if (point == text.npos) return {};
+  const auto high = parseNumber(text.substr(0, point), form.maxHigh);
+  const auto low = parseNumber(text.substr(point + 1), form.maxLow());
+  if (!high || !low) return {};
+  const std::uint64_t value = *high << form.lowBits | *low;
+  if (form.zeroIsNull && value == 0) return {};
+  return value;
+}
+
+std::string pairExpected(const PairForm& form) {
+  std::string text = std::string(form.name) + ", from 0." + (form.zeroIsNull ? "1" : "0") + " to ";
+  return text + std::to_string(form.maxHigh) + "." + std::to_string(form.maxLow());
+}
+
+Lumo::String pairText(const PairForm& form, std::uint64_t value) {
+  return std::to_string(value >> form.lowBits) + "." + std::to_string(value & form.maxLow());
+}
+
+/// The prefix that was probably meant by an address with host bits; empty for no such text.
+template <class Address>
+std::string cutPrefix(std::string_view text) {
+  const auto parsed = Kesh::AddrWithMask<Address>::parse(text);
+  if (!parsed) return {};
+  const Kesh::BasicPrefix<Address> prefix(parsed->address(), parsed->len());
+  return "\"" + prefix.stringValue().str() + "\"";
+}
+
+std::string orElse(std::string text, const char* otherwise) {
+  return text.empty() ? otherwise : std::move(text);
+}
+
+} // namespace
+
+std::string Text<Kesh::Prefix>::expected(std::string_view text) {
+  return orElse(cutPrefix<Kesh::IpAddr>(text), "an IPv4 prefix");
+}
+
+std::string Text<Kesh::Ip6Prefix>::expected(std::string_view text) {
+  return orElse(cutPrefix<Kesh::Ip6Addr>(text), "an IPv6 prefix");
+}
+
+std::optional<Kesh::IpGenPrefix> Text<Kesh::IpGenPrefix>::parse(std::string_view text) {
+  const Kesh::IpGenPrefix prefix{Lumo::String(text)};
+  if (prefix.af() == Kesh::AddressFamily::unset) return {};
+  return prefix;
+}
+
+std::string Text<Kesh::IpGenPrefix>::expected(std::string_view text) {
+  return orElse(cutPrefix<Kesh::IpAddr>(text) + cutPrefix<Kesh::Ip6Addr>(text),
+                "an IPv4 or IPv6 prefix");
+}
+
+std::optional<Kesh::IntfId> Text<Kesh::IntfId>::parse(std::string_view text) {
+  if (text.empty()) return {};
+  return Kesh::IntfId(Lumo::String(text));
+}
+
+using FecId = Vanta::Fib::FecId;
+
+std::optional<FecId> Text<FecId>::parse(std::string_view text) {
+  const auto value = parsePair(fecForm, text);
+  return value ? std::optional(FecId(*value)) : std::nullopt;
+}
+std::string Text<FecId>::expected(std::string_view) { return pairExpected(fecForm); }
+Lumo::String Text<FecId>::write(const FecId& id) { return pairText(fecForm, id.value()); }
+
+using Tunnel::TunnelTable::TunnelId;
+
+std::optional<TunnelId> Text<TunnelId>::parse(std::string_view text) {
+  const auto value = parsePair(tunnelForm, text);
+  return value ? std::optional(TunnelId(*value)) : std::nullopt;
+}
+std::string Text<TunnelId>::expected(std::string_view) { return pairExpected(tunnelForm); }
+Lumo::String Text<TunnelId>::write(const TunnelId& id) { return pairText(tunnelForm, id.value()); }
+
+using Tunnel::TunnelTable::EncapId;
+
+std::optional<EncapId> Text<EncapId>::parse(std::string_view text) {
+  const auto value = parsePair(encapForm, text);
+  if (!value) return {};
+  return EncapId(static_cast<std::uint32_t>(*value));
+}
+std::string Text<EncapId>::expected(std::string_view) { return pairExpected(encapForm); }
+Lumo::String Text<EncapId>::write(const EncapId& id) { return pairText(encapForm, id.value()); }
+
+std::optional<L3::VrfName> Text<L3::VrfName>::parse(std::string_view text) {
+  if (text.empty() || text.size() > L3::VrfName::maxLength) return {};
+  return L3::VrfName(Lumo::String(text));
+}
+
+} // namespace sources::snapshot

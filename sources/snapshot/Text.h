@@ -1,0 +1,134 @@
+// The values that a snapshot writes as texts, be it as a key or as a value: how each is read, how
+// it is written, and what an error message says was expected.
+#pragma once
+
+#include "kesh/Address.h"
+#include "kesh/IntfId.h"
+#include "kesh/Prefix.h"
+#include "lumo/String.h"
+#include "state/FecId.h"
+#include "state/TunnelId.h"
+#include "state/Vrf.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sources::snapshot {
+
+/// Specialised for each such type:
+///   static std::optional<T> parse(std::string_view text);  nothing for any other text
+///   static std::string expected(std::string_view text);    what should stand instead of `text`
+///   static Lumo::String write(const T& value);
+template <class T>
+struct Text;
+
+template <class T>
+concept HasText = requires(std::string_view text) {
+  Text<T>::parse(text);
+};
+
+/// For types with a `parse` and a `stringValue` of their own.
+template <class T>
+struct OwnText {
+  static std::optional<T> parse(std::string_view text) { return T::parse(text); }
+  static Lumo::String write(const T& value) { return value.stringValue(); }
+};
+
+template <>
+struct Text<Kesh::IpAddr> : OwnText<Kesh::IpAddr> {
+  static std::string expected(std::string_view) { return "an IPv4 address"; }
+};
+
+template <>
+struct Text<Kesh::Ip6Addr> : OwnText<Kesh::Ip6Addr> {
+  static std::string expected(std::string_view) { return "an IPv6 address"; }
+};
+
+template <>
+struct Text<Kesh::IpGenAddr> : OwnText<Kesh::IpGenAddr> {
+  static std::string expected(std::string_view) { return "an IPv4 or IPv6 address"; }
+};
+
+template <>
+struct Text<Kesh::EthAddr> : OwnText<Kesh::EthAddr> {
+  static std::string expected(std::string_view) {
+    return "an Ethernet address such as 00:1c:73:00:00:01";
+  }
+};
+
+template <>
+struct Text<Kesh::IpAddrWithMask> : OwnText<Kesh::IpAddrWithMask> {
+  static std::string expected(std::string_view) { return "an IPv4 address with a mask length"; }
+};
+
+template <>
+struct Text<Kesh::Ip6AddrWithMask> : OwnText<Kesh::Ip6AddrWithMask> {
+  static std::string expected(std::string_view) { return "an IPv6 address with a mask length"; }
+};
+
+/// A prefix with host bits is refused with the prefix that was meant.
+template <>
+struct Text<Kesh::Prefix> : OwnText<Kesh::Prefix> {
+  static std::string expected(std::string_view text);
+};
+
+template <>
+struct Text<Kesh::Ip6Prefix> : OwnText<Kesh::Ip6Prefix> {
+  static std::string expected(std::string_view text);
+};
+
+template <>
+struct Text<Kesh::IpGenPrefix> {
+  static std::optional<Kesh::IpGenPrefix> parse(std::string_view text);
+  static std::string expected(std::string_view text);
+  static Lumo::String write(const Kesh::IpGenPrefix& prefix) { return prefix.stringValue(); }
+};
+
+/// An interface by its name; the empty name, which is no interface, is refused.
+template <>
+struct Text<Kesh::IntfId> {
+  static std::optional<Kesh::IntfId> parse(std::string_view text);
+  static std::string expected(std::string_view) { return "an interface name"; }
+  static Lumo::String write(const Kesh::IntfId& intfId) { return intfId.stringValue(); }
+};
+
+/// "TYPE.NUMBER". The null identifier is no text: it is left out.
+template <>
+struct Text<Vanta::Fib::FecId> {
+  static std::optional<Vanta::Fib::FecId> parse(std::string_view text);
+  static std::string expected(std::string_view text);
+  static Lumo::String write(const Vanta::Fib::FecId& id);
+};
+
+/// "KIND.INDEX". The null identifier is no text: it is left out.
+template <>
+struct Text<Tunnel::TunnelTable::TunnelId> {
+  static std::optional<Tunnel::TunnelTable::TunnelId> parse(std::string_view text);
+  static std::string expected(std::string_view text);
+  static Lumo::String write(const Tunnel::TunnelTable::TunnelId& id);
+};
+
+/// "KIND.NUMBER".
+template <>
+struct Text<Tunnel::TunnelTable::EncapId> {
+  static std::optional<Tunnel::TunnelTable::EncapId> parse(std::string_view text);
+  static std::string expected(std::string_view text);
+  static Lumo::String write(const Tunnel::TunnelTable::EncapId& id);
+};
+
+template <>
+struct Text<L3::VrfName> {
+  static std::optional<L3::VrfName> parse(std::string_view text);
+  static std::string expected(std::string_view) { return "a VRF name of 1 to 100 bytes"; }
+  static Lumo::String write(const L3::VrfName& name) { return name.stringValue(); }
+};
+
+template <>
+struct Text<Lumo::String> {
+  static std::optional<Lumo::String> parse(std::string_view text) { return Lumo::String(text); }
+  static std::string expected(std::string_view) { return "a text"; }
+  static Lumo::String write(const Lumo::String& text) { return text; }
+};
+
+} // namespace sources::snapshot

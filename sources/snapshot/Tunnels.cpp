@@ -1,0 +1,174 @@
+// Tunnels with their encapsulations, and SR-TE policies.
+#include "Names.h"
+#include "Sections.h"
+
+#include "state/SrTePolicy.h"
+#include "state/Tunnel.h"
+
+namespace sources::snapshot {
+
+namespace {
+
+using namespace Tunnel;
+using Kesh::MplsLabelOperation;
+using Tunnel::TunnelFib::TunnelFibEntry;
+using TunnelTable::EncapId;
+using TunnelTable::EvpnVxlanTunnelEntry;
+using TunnelTable::TunnelId;
+using TunnelTable::TunnelVia;
+using TheTunnelFib = Tunnel::TunnelFib::TunnelFib;
+
+constexpr Field<TunnelVia> viaFields[] = {
+    field<TunnelVia, &TunnelVia::nexthop>("nexthop"),
+    field<TunnelVia, &TunnelVia::intfId>("interface"),
+    field<TunnelVia, &TunnelVia::encapId>("encap"),
+};
+
+} // namespace
+
+template <>
+struct Codec<TunnelVia> {
+  static TunnelVia read(Node& node) {
+    TunnelVia via;
+    readFields(node, viaFields, via);
+    return via;
+  }
+  static void write(Output& out, const TunnelVia& via) { writeFields(out, viaFields, via); }
+};
+
+namespace {
+
+constexpr Field<TunnelFibEntry> entryFields[] = {
+    field<TunnelFibEntry, &TunnelFibEntry::tunnelVia>("vias"),
+    field<TunnelFibEntry, &TunnelFibEntry::backupTunnelVia>("backupVias"),
+    field<TunnelFibEntry, &TunnelFibEntry::flags>("flags"),
+};
+
+// The rows that every encapsulation between two ends has, in front of its own.
+#define L3_TUNNEL_FIELDS(Info)                                                                     \
+  field<Info, &Info::source>("source"), field<Info, &Info::destination>("destination"),            \
+      field<Info, &Info::ttl>("ttl"), field<Info, &Info::tos>("tos"),                              \
+      field<Info, &Info::pathMtuDiscovery>("pathMtuDiscovery")
+
+constexpr Field<GreTunnelInfo> greFields[] = {
+    L3_TUNNEL_FIELDS(GreTunnelInfo),
+    field<GreTunnelInfo, &GreTunnelInfo::greKey>("greKey"),
+};
+constexpr Field<IpsecVtiTunnelInfo> ipsecVtiFields[] = {
+    L3_TUNNEL_FIELDS(IpsecVtiTunnelInfo),
+    field<IpsecVtiTunnelInfo, &IpsecVtiTunnelInfo::profile>("profile"),
+};
+constexpr Field<IpsecGreTunnelInfo> ipsecGreFields[] = {
+    L3_TUNNEL_FIELDS(IpsecGreTunnelInfo),
+    field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::greKey>("greKey"),
+    field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::profile>("profile"),
+};
+#undef L3_TUNNEL_FIELDS
+
+constexpr std::uint8_t maxLabels = Kesh::MplsStackEntryIndex::max + 1;
+
+void readLabels(Node& node, MplsLabelOperation& operation) {
+  node.elements([&](Node& element) {
+    if (operation.stackSize() == maxLabels) element.fail("one label more", "at most 7 labels");
+    operation.labelAppend(Codec<Kesh::MplsLabel>::read(element));
+  });
+}
+
+void writeLabels(Output& out, const MplsLabelOperation& operation) {
+  const auto scope = out.array(Output::Layout::row);
+  for (std::uint8_t i = 0; i < operation.stackSize(); ++i) {
+    Codec<Kesh::MplsLabel>::write(out, operation.label(Kesh::MplsStackEntryIndex(i)));
+  }
+}
+
+constexpr Field<MplsLabelOperation> labelStackFields[] = {
+    property<MplsLabelOperation, &MplsLabelOperation::operation, &MplsLabelOperation::operationIs>(
+        "operation"),
+    {"labels", readLabels,
+     [](const MplsLabelOperation& operation) { return operation.stackSize() > 0; }, writeLabels},
+};
+
+constexpr Field<TheTunnelFib> tunnelFibFields[] = {
+    recordMap<TheTunnelFib, &TheTunnelFib::entries, entryFields>("entries"),
+    recordMap<TheTunnelFib, &TheTunnelFib::greEncaps, greFields>("greEncaps"),
+    recordMap<TheTunnelFib, &TheTunnelFib::ipsecVtiEncaps, ipsecVtiFields>("ipsecVtiEncaps"),
+    recordMap<TheTunnelFib, &TheTunnelFib::ipsecGreEncaps, ipsecGreFields>("ipsecGreEncaps"),
+    recordMap<TheTunnelFib, &TheTunnelFib::labelStacks, labelStackFields>("labelStacks"),
+};
+
+constexpr Field<EvpnVxlanTunnelEntry> evpnFields[] = {
+    field<EvpnVxlanTunnelEntry, &EvpnVxlanTunnelEntry::vtepAddr>("vtep"),
+    field<EvpnVxlanTunnelEntry, &EvpnVxlanTunnelEntry::vni>("vni"),
+    field<EvpnVxlanTunnelEntry, &EvpnVxlanTunnelEntry::routerMac>("routerMac"),
+};
+
+/// The table of that type in the directory; null when there is none.
+template <class Table>
+Lumo::Ptr<Table> tableOf(const Lumo::Dir& dir, std::string_view name) {
+  return Lumo::dynamicPtrCast<Table>(dir.entity(Lumo::String(name)));
+}
+
+/// A directory's table under a name that the row gives; `Name` is one of the names below.
+template <class Table, const char* Name>
+constexpr Field<Lumo::Dir> tunnelTable() {
+  return {Name,
+          [](Node& node, Lumo::Dir& dir) {
+            const auto table = Lumo::newEntity<Table>();
+            readMap<TunnelId>(node, [&](TunnelId id, Node& value) {
+              table->entries.insertOrAssign(id, {id, Codec<Kesh::IpGenPrefix>::read(value)});
+            });
+            dir.entityIs(Lumo::String(Name), table);
+          },
+          [](const Lumo::Dir& dir) { return bool(tableOf<Table>(dir, Name)); },
+          [](Output& out, const Lumo::Dir& dir) {
+            writeMap(out, tableOf<Table>(dir, Name)->entries, [&](const auto& entry) {
+              Codec<Kesh::IpGenPrefix>::write(out, entry.endpoint);
+            });
+          }};
+}
+
+constexpr char sr[] = "sr", staticTunnel[] = "static", ldp[] = "ldp", bgpLu[] = "bgpLu";
+constexpr Field<Lumo::Dir> dirFields[] = {
+    tunnelTable<TunnelTable::SrTunnelTable, sr>(),
+    tunnelTable<TunnelTable::StaticTunnelTable, staticTunnel>(),
+    tunnelTable<TunnelTable::LdpTunnelTable, ldp>(),
+    tunnelTable<TunnelTable::BgpLuTunnelTable, bgpLu>(),
+};
+
+using SrTePolicy::PolicyKey;
+
+constexpr Field<PolicyKey> policyFields[] = {
+    {"endpoint",
+     [](Node& node, PolicyKey& key) { key.endpoint.address = Codec<Kesh::IpGenAddr>::read(node); },
+     [](const PolicyKey& key) { return key.endpoint.address.af() != Kesh::AddressFamily::unset; },
+     [](Output& out, const PolicyKey& key) {
+       Codec<Kesh::IpGenAddr>::write(out, key.endpoint.address);
+     }},
+    field<PolicyKey, &PolicyKey::color>("color"),
+};
+
+} // namespace
+
+Section tunnelFibSection() {
+  return entitySection<&state::DeviceState::tunnelFib, tunnelFibFields, Output::Layout::lines>(
+      "tunnelFib");
+}
+
+Section evpnVxlanSection() {
+  return recordSection<&state::DeviceState::evpnVxlanTunnelTable,
+                       &TunnelTable::EvpnVxlanTunnelTable::entries, evpnFields>(
+      "evpnVxlanTunnelTable");
+}
+
+Section tunnelDirSection() {
+  return entitySection<&state::DeviceState::tunnelTableDir, dirFields, Output::Layout::lines>(
+      "tunnelTableDir");
+}
+
+Section srTePolicySection() {
+  return recordSection<&state::DeviceState::srTePolicyStatus,
+                       &SrTePolicy::PolicyStatus::fecIdToPolicyKey, policyFields>(
+      "srTePolicyStatus");
+}
+
+} // namespace sources::snapshot

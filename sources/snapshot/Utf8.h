@@ -1,0 +1,13 @@
+// The shape of UTF-8 texts: JSON is UTF-8, while names and descriptions are any bytes.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace sources::snapshot {
+
+/// Bytes of the character that a non-empty text begins with; 0 when no valid one stands there
+/// (RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF).
+std::size_t characterBytes(std::string_view text);
+
+} // namespace sources::snapshot

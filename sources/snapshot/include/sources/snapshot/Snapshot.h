@@ -1,0 +1,35 @@
+// Snapshots: a device's whole state in one JSON file, to look at it elsewhere and later.
+//
+//   const state::DeviceState device = sources::snapshot::load("leaf1.json");
+//   sources::snapshot::save(device, "copy.json");
+//
+// docs/snapshot.md describes the format, docs/snapshot.schema.json defines it.
+#pragma once
+
+#include "sources/SourceError.h"
+#include "state/DeviceState.h"
+
+#include <string>
+#include <string_view>
+
+namespace sources::snapshot {
+
+/// The state that a file holds, in tables in memory. Raises `SourceError` for a file that cannot be
+/// read or that is not a snapshot from its first to its last byte: there are no half-loaded states.
+state::DeviceState load(const std::string& path);
+
+/// The same from a text; errors call it `name`.
+state::DeviceState loadText(std::string_view text, const std::string& name);
+
+/// Writes the state so that a reader finds the whole old file or the whole new one: the text goes
+/// to a new file beside `path`, which then takes its place. What is no regular file (a device,
+/// a pipe, "-" for the standard output) is written straight. Raises `SourceError` when writing
+/// fails, and whatever reading a table raises; the old file then stays as it was.
+///
+/// Equal states give equal bytes. Bytes of a name or text that are not UTF-8 become U+FFFD.
+void save(const state::DeviceState& device, const std::string& path);
+
+/// The text that `save` writes.
+std::string saveText(const state::DeviceState& device);
+
+} // namespace sources::snapshot
