@@ -53,7 +53,7 @@ std::vector<const state::VrfState*> vrfsOf(const state::DeviceState& device,
   std::vector<const state::VrfState*> chosen;
   std::string known;
   for (const auto& vrf : device.vrfs) {
-    if (name == "all" || vrf.name.stringValue() == name) chosen.push_back(&vrf);
+    if (name == "all" || vrf.name.stringValue().view() == name) chosen.push_back(&vrf);
     known += (known.empty() ? "" : ", ") + vrf.name.stringValue().str();
   }
   if (chosen.empty()) {
