@@ -73,8 +73,9 @@ Lumo::String Sorter<Family>::protocolString(Prefix p) const {
   return Lumo::String(text);
 }
 
-template <class Family>
-Lumo::Ptr<CachedFec> Sorter<Family>::viasForPrefix(Prefix p) const requires(isIp4) {
+template <class FamilyType>
+Lumo::Ptr<CachedFec> Sorter<FamilyType>::viasForPrefix(Prefix p) const
+    requires(FamilyType::answersViasForPrefix) {
   const Route* const route = sortedRoute_.find(p);
   if (!route || route->fecId.isNull()) return {};
   const auto copy = cachedFecFactory(route->fecId);

@@ -220,10 +220,12 @@ constexpr TypeRecord makeTypeRecord() {
 
 /// The row of an attribute that only some instances of a class template have.
 #define LUMO_ROW_IF(condition, row)                                                               \
-  [[gnu::visibility("hidden")]] static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>)                         \
+  [[gnu::visibility("hidden")]] static constexpr ::Lumo::AttributeRecord lumoRow(                  \
+      ::Lumo::Line<__LINE__>)                                                                      \
     requires(condition)                                                                            \
   {                                                                                                \
-    return row;                                                                                    \
+    if constexpr (condition) return row; /* clang looks at it even where the row is not */         \
+    return {};                                                                                     \
   }
 
 #define LUMO_READ(Type, x)                                                                        \

@@ -30,6 +30,10 @@ struct ROVA_EXPORT Ip4Family {
   static constexpr bool remembersV6Nexthops = true;
   /// A query by interface is one that has an interface; IPv6 has a flag of its own for it.
   static constexpr bool hasIntfFlag = false;
+  /// A sorter can be given the VRF numbers by name.
+  static constexpr bool hasReverseMapper = true;
+  /// A handler can ask for the vias of a prefix.
+  static constexpr bool answersViasForPrefix = true;
   /// Addresses of other VRFs' interfaces are not this VRF's.
   static constexpr bool addressesAreOfTheVrf = true;
   /// The listing tells the gateway of last resort and moves the default route up to it.
@@ -70,6 +74,8 @@ struct ROVA_EXPORT Ip6Family {
 
   static constexpr bool remembersV6Nexthops = false;
   static constexpr bool hasIntfFlag = true;
+  static constexpr bool hasReverseMapper = false;
+  static constexpr bool answersViasForPrefix = false;
   static constexpr bool addressesAreOfTheVrf = false;
   static constexpr bool printsGatewayOfLastResort = false;
   static constexpr bool printsEntryCount = true;

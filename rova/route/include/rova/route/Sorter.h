@@ -21,7 +21,6 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   using Family = FamilyType;
   using Prefix = typename Family::Prefix;
   using Route = typename Family::Route;
-  static constexpr bool isIp4 = !Family::hasIntfFlag;
 
   LUMO_TYPE(Sorter, Family::sorterTypeName)
   LUMO_CTOR(Lumo::Ptr<const Routing::ConfigGen>, routingConfig) // null: routing is disabled
@@ -31,7 +30,8 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   LUMO_CTOR(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
   LUMO_CTOR(Lumo::Ptr<const Arp::Table::Status>, arpVanta)
   LUMO_CTOR(Lumo::Ptr<const Vrf::VrfIdMap::Status>, vrfIdMap)
-  LUMO_ATTR_IF(isIp4, Lumo::Ptr<const Vrf::VrfIdMap::ReverseMapper>, reverseMapper)
+  LUMO_ATTR_IF(Family::hasReverseMapper, Lumo::Ptr<const Vrf::VrfIdMap::ReverseMapper>,
+               reverseMapper)
   LUMO_CTOR(Lumo::Ptr<const Interface::AllIntfConfigDir>, allIntfConfig)
   LUMO_CTOR(Lumo::Ptr<const typename Family::IpStatus>, ipStatus)
   LUMO_CTOR(Lumo::Ptr<const typename Family::HardwareStatus>, routingHardwareStatus)
@@ -51,13 +51,14 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   LUMO_CTOR(int, fd)
   LUMO_CTOR(double, quantify) // when the command began, in seconds; 0.0 prints no timing lines
   LUMO_CTOR(bool, originalMask)
-  LUMO_CTOR_IF(!isIp4, bool, intf) // the listing is limited to the interface of intfStatus
+  LUMO_CTOR_IF(Family::hasIntfFlag, bool,
+               intf) // the listing is limited to the interface of intfStatus
   LUMO_CTOR(Lumo::Ptr<const SrTePolicy::PolicyStatus>, srTePolicyStatus)
   LUMO_CTOR(Lumo::Ptr<const Vanta::Fib::ForwardingStatus>, policyForwardingStatus)
   LUMO_CTOR(bool, degradeNhgModel)
   LUMO_CTOR(Lumo::Ptr<const typename Family::UnprogrammedRouteStatus>, unprogrammedRouteStatus)
   LUMO_ATTR(int, printCount)
-  LUMO_ATTR_IF(isIp4, bool, hasV6Nexthop)
+  LUMO_ATTR_IF(Family::remembersV6Nexthops, bool, hasV6Nexthop)
   LUMO_ATTR(bool, initialized)
   LUMO_ATTR(Lumo::Ptr<const Tunnel::TunnelTable::SrTunnelTable>, srTunnelTable)
   LUMO_ATTR(Lumo::Ptr<const Tunnel::TunnelTable::StaticTunnelTable>, staticTunnelTable)
@@ -76,7 +77,7 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   LUMO_METHOD(printRoutes, "fd", "fmt")
   LUMO_METHOD(longestPrefixMatch)
   LUMO_METHOD(protocolString, "p")
-  LUMO_METHOD_IF(isIp4, viasForPrefix, "p")
+  LUMO_METHOD_IF(Family::answersViasForPrefix, viasForPrefix, "p")
   LUMO_END
 
   /// The constructor arguments in their order; the object is loaded when it returns.
@@ -105,7 +106,7 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   /// Mark, code and mark of a selected route, at least five characters wide; blanks for any other.
   Lumo::String protocolString(Prefix p) const;
   /// A copy of the FEC of a selected route with its vias alone; null without route or FEC.
-  Lumo::Ptr<CachedFec> viasForPrefix(Prefix p) const requires(isIp4);
+  Lumo::Ptr<CachedFec> viasForPrefix(Prefix p) const requires(FamilyType::answersViasForPrefix);
 
  private:
   auto constructorFields() {
@@ -120,10 +121,10 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
                  unprogrammedRouteStatus_));
   }
   auto intfField() {
-    if constexpr (isIp4) {
-      return std::tuple();
-    } else {
+    if constexpr (Family::hasIntfFlag) {
       return std::tie(intf_);
+    } else {
+      return std::tuple();
     }
   }
   void loadAddresses();
