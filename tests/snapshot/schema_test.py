@@ -6,6 +6,7 @@ Run it from anywhere: python3 tests/snapshot/schema_test.py
 
 import json
 import pathlib
+import re
 import unittest
 
 import jsonschema
@@ -63,6 +64,12 @@ class SchemaTest(unittest.TestCase):
         for path in SAMPLES + SCENARIOS:
             with self.subTest(path=str(path.relative_to(ROOT))):
                 self.validator.validate(json.loads(path.read_text()))
+
+    def test_fits_the_example_of_the_page(self):
+        page = (ROOT / "docs/snapshot.md").read_text()
+        examples = re.findall(r"```json\n(.*?)```", page, re.S)
+        self.assertEqual(len(examples), 1)
+        self.validator.validate(json.loads(examples[0]))
 
     def test_knows_every_key_that_a_rich_snapshot_has(self):
         rich = json.loads((ROOT / "tests/snapshot/samples/rich.json").read_text())

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace sources {
 
@@ -9,7 +10,16 @@ namespace sources {
 /// it, what was found there and what was expected.
 class SourceError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit SourceError(const std::string& message) : std::runtime_error(oneLine(message)) {}
+
+ private:
+  // A file's name may hold any byte, a line break too.
+  static std::string oneLine(std::string message) {
+    for (char& c : message) {
+      if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
+    }
+    return message;
+  }
 };
 
 } // namespace sources
