@@ -4,11 +4,12 @@
 
 #include "lumo/Exception.h"
 
+#include <atomic>
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -16,7 +17,8 @@ namespace sources::snapshot {
 
 namespace {
 
-constexpr mode_t newFileMode = 0644;
+constexpr mode_t newFileMode = 0666; // less the bits of the umask
+constexpr mode_t permissionBits = 07777;
 constexpr std::size_t readBytes = 64 * 1024;
 
 class Descriptor {
@@ -79,22 +81,27 @@ FileWriter::FileWriter(const std::string& path) : path_(path), target_(path) {
     fd_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
   } else if (stat(path.c_str(), &status) != 0) {
     openBeside();
-    fchmod(fd_, newFileMode);
   } else if (!S_ISREG(status.st_mode)) {
     fd_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   } else {
-    target_ = std::filesystem::canonical(path);
+    std::error_code error;
+    const auto target = std::filesystem::canonical(path, error);
+    if (!error) target_ = target;
     openBeside();
-    fchmod(fd_, status.st_mode & 07777);
+    fchmod(fd_, status.st_mode & permissionBits);
   }
   if (fd_ < 0) fail();
 }
 
+// No living writer has the same process and number: a file of that name is one's that was killed.
 void FileWriter::openBeside() {
-  std::string name = target_ + ".XXXXXX";
-  fd_ = mkostemp(name.data(), O_CLOEXEC);
+  static std::atomic<unsigned> writers = 0;
+  const std::string name =
+      target_ + ".new." + std::to_string(getpid()) + "." + std::to_string(++writers);
+  unlink(name.c_str());
+  fd_ = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode);
   if (fd_ < 0) fail();
-  temporary_ = std::move(name);
+  temporary_ = name;
 }
 
 FileWriter::~FileWriter() {

@@ -1,5 +1,7 @@
 #include "Text.h"
 
+#include "lumo/Exception.h"
+
 #include <charconv>
 
 namespace sources::snapshot {
@@ -86,7 +88,11 @@ std::string Text<Kesh::IpGenPrefix>::expected(std::string_view text) {
 
 std::optional<Kesh::IntfId> Text<Kesh::IntfId>::parse(std::string_view text) {
   if (text.empty()) return {};
-  return Kesh::IntfId(Lumo::String(text));
+  try {
+    return Kesh::IntfId(Lumo::String(text));
+  } catch (const Lumo::RangeException&) { // another name has the same identifier
+    return {};
+  }
 }
 
 using FecId = Vanta::Fib::FecId;

@@ -5,6 +5,8 @@
 #include "state/SrTePolicy.h"
 #include "state/Tunnel.h"
 
+#include <array>
+
 namespace sources::snapshot {
 
 namespace {
@@ -44,26 +46,24 @@ constexpr Field<TunnelFibEntry> entryFields[] = {
     field<TunnelFibEntry, &TunnelFibEntry::flags>("flags"),
 };
 
-// The rows that every encapsulation between two ends has, in front of its own.
-#define L3_TUNNEL_FIELDS(Info)                                                                     \
-  field<Info, &Info::source>("source"), field<Info, &Info::destination>("destination"),            \
-      field<Info, &Info::ttl>("ttl"), field<Info, &Info::tos>("tos"),                              \
-      field<Info, &Info::pathMtuDiscovery>("pathMtuDiscovery")
+/// The rows that every encapsulation between two ends has, with its own behind them.
+template <class Info, class... Rows>
+constexpr std::array<Field<Info>, 5 + sizeof...(Rows)> l3Fields(const Rows&... own) {
+  return {field<Info, &Info::source>("source"),
+          field<Info, &Info::destination>("destination"),
+          field<Info, &Info::ttl>("ttl"),
+          field<Info, &Info::tos>("tos"),
+          field<Info, &Info::pathMtuDiscovery>("pathMtuDiscovery"),
+          own...};
+}
 
-constexpr Field<GreTunnelInfo> greFields[] = {
-    L3_TUNNEL_FIELDS(GreTunnelInfo),
-    field<GreTunnelInfo, &GreTunnelInfo::greKey>("greKey"),
-};
-constexpr Field<IpsecVtiTunnelInfo> ipsecVtiFields[] = {
-    L3_TUNNEL_FIELDS(IpsecVtiTunnelInfo),
-    field<IpsecVtiTunnelInfo, &IpsecVtiTunnelInfo::profile>("profile"),
-};
-constexpr Field<IpsecGreTunnelInfo> ipsecGreFields[] = {
-    L3_TUNNEL_FIELDS(IpsecGreTunnelInfo),
+constexpr auto greFields =
+    l3Fields<GreTunnelInfo>(field<GreTunnelInfo, &GreTunnelInfo::greKey>("greKey"));
+constexpr auto ipsecVtiFields = l3Fields<IpsecVtiTunnelInfo>(
+    field<IpsecVtiTunnelInfo, &IpsecVtiTunnelInfo::profile>("profile"));
+constexpr auto ipsecGreFields = l3Fields<IpsecGreTunnelInfo>(
     field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::greKey>("greKey"),
-    field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::profile>("profile"),
-};
-#undef L3_TUNNEL_FIELDS
+    field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::profile>("profile"));
 
 constexpr std::uint8_t maxLabels = Kesh::MplsStackEntryIndex::max + 1;
 

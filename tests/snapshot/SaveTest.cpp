@@ -132,6 +132,11 @@ TEST_F(Save, NamesThePathThatFails) {
   EXPECT_EQ(errorOf([&] { load(folder_); }), folder_.string() + ": cannot be read: Is a directory");
 }
 
+TEST_F(Save, KeepsErrorsToOneLineWhateverTheFileIsCalled) {
+  EXPECT_EQ(errorOf([&] { load("no\nfile"); }),
+            "no?file: cannot be read: No such file or directory");
+}
+
 TEST_F(Save, NamesTheFileThatDoesNotLoad) {
   std::ofstream(file_) << "{}";
   EXPECT_EQ(errorOf([&] { load(file_); }),

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -176,6 +177,33 @@ TEST(Snapshot, TakesFieldsInAnyOrder) {
   EXPECT_EQ(device.vrf("red")->id.value(), 7u);
   const auto& counts = device.unprogrammedRouteStatus->unprogrammedRouteCount;
   EXPECT_EQ(recordOf(counts, Vrf::VrfIdMap::VrfId(7)).count, 1u);
+}
+
+template <class View>
+std::set<std::string> typeNames(const View& view) {
+  std::set<std::string> names;
+  for (typename View::IteratorConst it(view); it; it.next()) {
+    names.emplace(state::routeTypeName(it.value().routeType));
+  }
+  return names;
+}
+
+template <class RouteType>
+std::set<std::string> allTypeNames() {
+  std::set<std::string> names;
+  for (std::uint32_t number = 0; number < 256; ++number) {
+    names.emplace(state::routeTypeName(static_cast<RouteType>(number)));
+  }
+  names.erase("");
+  return names;
+}
+
+// The schema is tested against the same sample.
+TEST(Snapshot, HasEachRouteTypeInASample) {
+  const auto device = sources::snapshot::load(samples / "route-types.json");
+  const auto& vrf = device.vrfs[0];
+  EXPECT_EQ(typeNames(vrf.routingStatus->route), allTypeNames<Routing::Fib::RouteType>());
+  EXPECT_EQ(typeNames(vrf.routing6Status->route), allTypeNames<Routing6::Fib::RouteType>());
 }
 
 TEST(Snapshot, KeepsTypesWithoutANameByNumber) {
