@@ -1,14 +1,25 @@
-// What a source raises when it cannot give a device's state.
+// The failure of a source of state.
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace sources {
 
-/// `what()` is one line: the source, the place in it, what was found, and what was expected or helps.
+/// A source cannot give, or keep, a state. `what()` is one line that names the input, the place in
+/// it, what was found there and what was expected.
 class SourceError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit SourceError(const std::string& message) : std::runtime_error(oneLine(message)) {}
+
+ private:
+  // A file's name may hold any byte, a line break too.
+  static std::string oneLine(std::string message) {
+    for (char& c : message) {
+      if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = '?';
+    }
+    return message;
+  }
 };
 
 } // namespace sources
