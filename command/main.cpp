@@ -5,10 +5,12 @@
 #include "rova/Version.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
+#include "scrivo/Printer.h"
 
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <unistd.h>
 
 namespace {
 
@@ -26,12 +28,20 @@ void installSignals() {
   std::signal(SIGPIPE, SIG_IGN);
 }
 
+/// Writes what the program says of itself; a refused write is an error as it is for a listing.
+ExitStatus print(const std::string& words) {
+  scrivo::Printer printer(STDOUT_FILENO, text, false, false, true, 0);
+  printer.addFrills("%s", words);
+  printer.close();
+  return success;
+}
+
 ExitStatus run(const char* const* argument, const char* const* end) {
   const double startTime = Lumo::System::currentTime();
   Options options = parseOptions(argument, end);
   options.startTime = startTime;
-  if (options.help) return std::fputs(helpText().c_str(), stdout), success;
-  if (options.version) return std::puts("rova " ROVA_VERSION), success;
+  if (options.help) return print(helpText());
+  if (options.version) return print("rova " ROVA_VERSION "\n");
   Words words({argument, end});
   if (words.dropTrailingPipe("json")) options.format = json;
   const Lumo::ActivityLockHold lock;
