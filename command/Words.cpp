@@ -5,6 +5,16 @@
 
 namespace command {
 
+namespace {
+
+/// The columns that a text takes on a terminal: those of its characters, not of its bytes.
+std::size_t columnsOf(std::string_view text) {
+  const auto startsCharacter = [](char byte) { return (byte & 0xc0) != 0x80; };
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), startsCharacter));
+}
+
+} // namespace
+
 Words::Words(std::span<const char* const> arguments) {
   for (const char* argument : arguments) {
     std::istringstream parts(argument);
@@ -52,14 +62,15 @@ void Words::failExpecting(std::span<const std::string_view> alternatives) const 
 }
 
 void Words::failAt(std::size_t index, const std::string& message) const {
+  if (words_.empty()) throw UsageError("rova: " + message + "\n  rova --help shows the commands");
   std::string line;
   std::size_t column = 0;
   for (std::size_t i = 0; i < words_.size(); ++i) {
     if (i) line += ' ';
-    if (i == index) column = line.size();
+    if (i == index) column = columnsOf(line);
     line += words_[i];
   }
-  if (index >= words_.size()) column = line.size() + !line.empty();
+  if (index >= words_.size()) column = columnsOf(line) + 1;
   throw UsageError("rova: " + message + "\n  " + line + "\n  " + std::string(column, ' ') + "^");
 }
 
