@@ -1,0 +1,53 @@
+#!/usr/bin/env python3
+"""Outputs that end early: the user's interrupt, a full disk, a reader that goes away."""
+
+import signal
+import subprocess
+import unittest
+
+from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, program
+
+FULL = "No space left on device"
+
+
+class OutputTest(CommandTest):
+    def test_interrupt(self):
+        for options in ([], ["--format", "json"]):
+            with self.subTest(options), long_listing(*options) as process:
+                # Once something was read, the listing is on its way, and cannot end before the rest
+                # is read too.
+                start = process.stdout.read(1)
+                process.send_signal(signal.SIGINT)
+                rest, err = process.communicate(timeout=TIMEOUT_SECONDS)
+                self.assertEqual((process.returncode, err), (130, b""))
+                self.assertTrue((start + rest).endswith(b"exiting interrupted by the user\n"),
+                                rest[-200:])
+
+    def test_reader_that_goes_away(self):
+        for options in ([], ["--format", "json"]):
+            with self.subTest(options), long_listing(*options) as process:
+                process.stdout.readline()
+                process.stdout.close()
+                err = process.stderr.read()
+                self.assertEqual((process.wait(TIMEOUT_SECONDS), err), (0, b""))
+
+    def test_long_listing_is_whole(self):
+        with long_listing() as process:
+            out, err = process.communicate(timeout=TIMEOUT_SECONDS)
+            self.assertEqual((process.returncode, err), (0, b""))
+            self.assertEqual(out.count(b" via 192.0.2.1, Ethernet1\n"), 20_000)
+
+    def test_full_disk(self):
+        for words in (["show", "ip", "route"], ["--format", "json", "show", "ip", "route"],
+                      ["show", "ipv6", "route", "vrf", "all"], ["snapshot", "save", "-"],
+                      ["--help"], ["--version"]):
+            with self.subTest(words), open("/dev/full", "wb") as full:
+                result = subprocess.run([program(), "--state", STATE, *words], stdout=full,
+                                        stderr=subprocess.PIPE, cwd=ROOT, text=True,
+                                        timeout=TIMEOUT_SECONDS, check=False)
+                self.assertEqual(result.returncode, 1)
+                self.assertRegex(result.stderr, rf"\Arova: [^\n]*{FULL}\n\Z")
+
+
+if __name__ == "__main__":
+    unittest.main()

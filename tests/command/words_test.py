@@ -1,0 +1,65 @@
+#!/usr/bin/env python3
+"""Different ways to write one command: abbreviations, one argument, both ways to ask for JSON."""
+
+import unittest
+
+from support import CommandTest, all_scenarios, parse_json, rova
+
+# What is typed, and the command that it stands for.
+SAME = [
+    ("sh ip ro", "show ip route"),
+    ("sho ip r", "show ip route"),
+    ("sh ipv r", "show ipv6 route"),
+    ("sh ip ro 10.1.0.0/16 lo", "show ip route 10.1.0.0/16 longer-prefixes"),
+    ("sh ip ro vr red st", "show ip route vrf red static"),
+    ("sh ip ro static det vrf red", "show ip route vrf red detail static"),
+    ("sh ip ro int Ethernet1", "show ip route interface Ethernet1"),
+    ("sh ip ro ospf", "show ip route ospf"),
+    ("sn s -", "snapshot save -"),
+    ("sh ip ro | json", "--format json show ip route"),
+    ("sh ipv6 ro vrf all | json", "--format json show ipv6 route vrf all"),
+    ("--format=json show ip route", "--format json show ip route"),
+    ("--format text show ip route | json", "--format json show ip route"),
+    ("--format json --format text show ip route", "show ip route"),
+]
+
+
+class WordsTest(CommandTest):
+    def test_same_output(self):
+        for typed, command in SAME:
+            with self.subTest(typed):
+                result = rova(*typed.split())
+                self.assert_succeeds(result)
+                self.assertEqual(result.stdout, rova(*command.split()).stdout)
+
+    def test_a_whole_command_in_one_argument(self):
+        self.assertEqual(rova("show ip route vrf red").stdout,
+                         rova("show", "ip", "route", "vrf", "red").stdout)
+
+    def test_an_exact_word_wins_over_longer_ones(self):
+        self.assertNotEqual(rova("show", "ip", "route").stdout,
+                            rova("show", "ipv6", "route").stdout)
+
+    def test_timing_leaves_the_model_alone(self):
+        self.assertEqual(rova("--timing", "show", "ip", "route", "| json").stdout,
+                         rova("show", "ip", "route", "| json").stdout)
+
+    def test_a_pipe_to_json_is_the_format_for_every_scenario(self):
+        for scenario in all_scenarios():
+            with self.subTest(scenario.name):
+                piped = rova(*scenario.words, "|", "json", state=scenario.snapshot)
+                self.assert_succeeds(piped)
+                self.assertEqual(parse_json(piped.stdout),
+                                 parse_json(scenario.run("--format", "json").stdout))
+
+    def test_help_and_version(self):
+        for words, start in ((["--help"], "usage: rova"), (["-h"], "usage: rova"),
+                             (["--version"], "rova "), (["--help", "show"], "usage: rova")):
+            with self.subTest(words):
+                result = rova(*words)
+                self.assert_succeeds(result)
+                self.assertTrue(result.stdout.startswith(start), result.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
