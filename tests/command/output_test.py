@@ -10,18 +10,29 @@ from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, pro
 FULL = "No space left on device"
 
 
+def read_bytes(stream, count):
+    read = b""
+    while len(read) < count:
+        piece = stream.read(count - len(read))
+        if not piece:
+            raise AssertionError(f"the output ended after {len(read)} bytes")
+        read += piece
+    return read
+
+
 class OutputTest(CommandTest):
     def test_interrupt(self):
         for options in ([], ["--format", "json"]):
             with self.subTest(options), long_listing(*options) as process:
-                # Once something was read, the listing is on its way, and cannot end before the rest
-                # is read too.
-                start = process.stdout.read(1)
+                # Once this much was read, routes are on their way, and the listing cannot end
+                # before the rest is read too.
+                start = read_bytes(process.stdout, 100_000)
                 process.send_signal(signal.SIGINT)
                 rest, err = process.communicate(timeout=TIMEOUT_SECONDS)
                 self.assertEqual((process.returncode, err), (130, b""))
-                self.assertTrue((start + rest).endswith(b"exiting interrupted by the user\n"),
-                                rest[-200:])
+                self.assertIn(b"10.0.0.0/24", start)
+                self.assertTrue(rest.endswith(b"exiting interrupted by the user\n"), rest[-200:])
+                self.assertNotIn(b"10.78.31.0/24", rest, "the listing went on to its last route")
 
     def test_reader_that_goes_away(self):
         for options in ([], ["--format", "json"]):

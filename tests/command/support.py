@@ -57,5 +57,7 @@ def long_listing(*options):
     with tempfile.TemporaryDirectory() as folder:
         path = snapshot_file(folder, {"routingStatus": routes}, forwardingStatus=fecs)
         command = [program(), "--state", path, *options, "show", "ip", "route"]
-        with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
+        # Unbuffered: what is read ahead would be lost to communicate().
+        with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              bufsize=0) as process:
             yield process
