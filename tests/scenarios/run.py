@@ -3,7 +3,7 @@
 
     run.py                     all scenarios
     run.py ecmp leaked/ip      those of a folder, and one
-    run.py --rewrite NAME...   writes what NAME prints now as its expectation, for review of the diff
+    run.py --rewrite NAME...   writes what NAME prints now, for review of the diff
 
 The program is $ROVA, or that of the release build. The exit status is 1 when a scenario fails.
 """
@@ -38,17 +38,22 @@ def end_problems(scenario, kind, result):
 
 
 def text_problems(scenario, text):
-    if without_times(text) != scenario.expected("txt"):
-        yield difference("text", scenario.expected("txt"), without_times(text))
+    if without_times(text) != scenario.expected("txt", ""):
+        yield difference("text", scenario.expected("txt", ""), without_times(text))
 
 
 def model_problems(scenario, output, text):
+    wanted = scenario.expected("json", "")
+    if not wanted:
+        if output:
+            yield f"JSON: found {output!r}, expected nothing\n"
+        return
     try:
         model = parse_json(output)
     except ValueError as error:
         yield f"JSON: {error}\n"
         return
-    expected = parse_json(scenario.expected("json"))
+    expected = parse_json(wanted)
     if model != expected:
         yield difference("JSON", json.dumps(expected, indent=2, sort_keys=True),
                          json.dumps(model, indent=2, sort_keys=True))
@@ -67,8 +72,8 @@ def problems_of(scenario):
 def rewrite(scenario):
     text, model = scenario.run(), scenario.run("--format", "json")
     for name, content, default in (
-            ("txt", without_times(text.stdout.decode()), None),
-            ("json", pretty(parse_json(model.stdout)), None),
+            ("txt", without_times(text.stdout.decode()), ""),
+            ("json", pretty(parse_json(model.stdout)) if model.stdout else "", ""),
             ("status", f"{text.returncode}\n", "0\n"), ("err", text.stderr.decode(), "")):
         path = scenario.folder / f"expected.{name}"
         if content != default:
