@@ -63,8 +63,16 @@ TEST(LabelTextTest, NamesTheReservedOnes) {
   const struct {
     std::uint32_t value;
     const char* text;
-  } cases[] = {
-      {0, "exp-null-v4(0)"}, {3, "imp-null(3)"}, {4, "4"}, {16, "16"}, {1048575, "1048575"}};
+  } cases[] = {{0, "exp-null-v4(0)"},
+               {1, "router-alert(1)"},
+               {2, "exp-null-v6(2)"},
+               {3, "imp-null(3)"},
+               {4, "4"},
+               {1048575, "1048575"},
+               {0x100000, "N/A"},
+               {0x100001, "(any)"},
+               {0x100002, "1048578"},
+               {0x800000, "(lu-withdraw)"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(labelText(MplsLabel(value)).str(), text);
 }
 
