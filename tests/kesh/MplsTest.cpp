@@ -1,5 +1,6 @@
 // Labels, stacks and their limits.
 #include "kesh/Mpls.h"
+#include "support/Expect.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -8,14 +9,7 @@ namespace {
 
 using namespace Kesh;
 
-std::string rangeError(auto&& act) {
-  try {
-    act();
-  } catch (const Lumo::RangeException& error) {
-    return error.what();
-  }
-  return "none";
-}
+std::string rangeError(auto&& act) { return support::messageOf<Lumo::RangeException>(act); }
 
 constexpr const char* labelError =
     "MplsLabel::value < MplsLabel::min or > MplsLabel::luWithdraw not allowed";

@@ -2,6 +2,7 @@
 #include "kesh/Prefix.h"
 
 #include "lumo/Exception.h"
+#include "support/Expect.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -12,14 +13,7 @@ namespace {
 
 using namespace Kesh;
 
-std::string rangeError(auto&& act) {
-  try {
-    act();
-  } catch (const Lumo::RangeException& error) {
-    return error.what();
-  }
-  return "none";
-}
+std::string rangeError(auto&& act) { return support::messageOf<Lumo::RangeException>(act); }
 
 TEST(PfxTest, CutsTheAddressToTheLength) {
   const struct {

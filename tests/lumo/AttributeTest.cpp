@@ -1,9 +1,8 @@
 // Types declared by attribute lines: accessors, tables, access by name, strep text, the registry.
 #include "lumo/Attribute.h"
+#include "support/Expect.h"
 
 #include <gtest/gtest.h>
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -65,22 +64,12 @@ LUMO_DEFINE_TYPE(OnlyCollection);
 LUMO_DEFINE_TYPE(Plain);
 
 using Lumo::wrapAttrValue;
+using support::messageOf;
 
 const Lumo::AttributeRecord& row(const Lumo::TypeRecord& type, const char* name) {
   const auto* const found = type.attribute(name);
   if (!found) throw std::invalid_argument(std::string("no attribute ") + name);
   return *found;
-}
-
-/// Runs `act` and gives the message of its exception, or "none".
-template <class Exception, class Act>
-std::string messageOf(Act&& act) {
-  try {
-    act();
-  } catch (const Exception& error) {
-    return error.what();
-  }
-  return "none";
 }
 
 TEST(CollectionAccessorTest, MissingKeysReadAsDefaults) {

@@ -3,6 +3,7 @@
 
 #include "state/Fec.h"
 #include "state/Route.h"
+#include "support/Expect.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -17,6 +18,7 @@ using Vanta::Fib::FecId;
 using Vanta::Fib::Route;
 using Vanta::Fib::Via;
 
+using support::messageOf;
 using RouteTable = Vanta::VantaBase<Prefix, Route>;
 using FecTable = Vanta::VantaBase<FecId, Fec>;
 using RouteView = Vanta::VantaMap<Prefix, Route>;
@@ -46,17 +48,6 @@ inline std::vector<std::string> walked(const RouteView& view) {
     keys.push_back(it.value().key.stringValue().str());
   }
   return keys;
-}
-
-/// The message of the exception of that type that `act` raises, or "none".
-template <class Exception, class Act>
-std::string messageOf(Act&& act) {
-  try {
-    act();
-  } catch (const Exception& error) {
-    return error.what();
-  }
-  return "none";
 }
 
 } // namespace tables
