@@ -14,8 +14,21 @@
 #include <string_view>
 
 namespace Routing::NexthopGroup {
-using NexthopGroupId = std::uint32_t;
-}
+
+/// A nexthop group's number. It reads and writes as a number; it is a type of its own so that
+/// access by name tells it from one.
+class NexthopGroupId {
+ public:
+  constexpr NexthopGroupId(std::uint32_t value = 0) : value_(value) {}
+  constexpr operator std::uint32_t() const { return value_; }
+  constexpr std::uint32_t value() const { return value_; }
+  std::size_t hash() const { return value_; }
+
+ private:
+  std::uint32_t value_;
+};
+
+} // namespace Routing::NexthopGroup
 
 namespace NexthopGroup {
 

@@ -33,6 +33,7 @@ LUMO_TYPE_NAME(Vanta::Fib6::ForwardingStatus);
 LUMO_TYPE_NAME(Vanta::Fib6::UnprogrammedRouteStatus);
 LUMO_TYPE_NAME(Vanta::KernelUnprogrammedRoute::UnprogrammedRoute);
 LUMO_TYPE_NAME(Routing::ConfigGen);
+LUMO_TYPE_NAME(Routing::NexthopGroup::NexthopGroupId);
 LUMO_TYPE_NAME(Routing::Hardware::Status);
 LUMO_TYPE_NAME(Routing6::Hardware::Status);
 LUMO_TYPE_NAME(Interface::AllIntfConfigDir);

@@ -1,0 +1,126 @@
+// Addresses: their one text, and the texts that are none.
+#include "kesh/Address.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace {
+
+using namespace Kesh;
+
+TEST(Ip6AddrTest, WritesTheTextOfRfc5952) {
+  const struct {
+    const char* read;
+    const char* written;
+  } cases[] = {
+      {"::", "::"},
+      {"::1", "::1"},
+      {"1::", "1::"},
+      {"2001:0DB8:0000:0000:0000:0000:0000:0001", "2001:db8::1"},
+      {"2001:db8:0:1:1:1:1:1", "2001:db8:0:1:1:1:1:1"}, // one group alone is not shortened
+      {"2001:db8:0:0:1:0:0:1", "2001:db8::1:0:0:1"},    // the first of equal runs
+      {"2001:0:0:1:0:0:0:1", "2001:0:0:1::1"},          // the longest run
+      {"0:0:1::", "0:0:1::"},
+      {"0:0:0:1::", "0:0:0:1::"},
+      {"0:0:0:1:0:0:1:1", "::1:0:0:1:1"},
+      {"1:2:3:4:5:6:0:0", "1:2:3:4:5:6::"},
+      {"0:0:3:4:5:6:7:8", "::3:4:5:6:7:8"},
+      {"0:2:3:4:5:6:7:8", "0:2:3:4:5:6:7:8"},
+      {"::ffff:192.0.2.1", "::ffff:192.0.2.1"},
+      {"::FFFF:C000:0201", "::ffff:192.0.2.1"},
+      {"fe80::a00:27ff:fe4e:66a1", "fe80::a00:27ff:fe4e:66a1"},
+      {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff"},
+  };
+  for (const auto& [read, written] : cases) {
+    const auto address = Ip6Addr::parse(read);
+    ASSERT_TRUE(address) << read;
+    EXPECT_EQ(address->stringValue().str(), written) << read;
+  }
+}
+
+TEST(Ip6AddrTest, EveryAddressIsReadBackFromItsText) {
+  std::mt19937_64 random(5952);
+  for (int i = 0; i < 5000; ++i) {
+    // Groups of zero come often, so that all places of "::" come about.
+    const std::uint64_t maskHigh = random(), maskLow = random();
+    std::uint64_t halves[2] = {random(), random()};
+    for (int group = 0; group < 4; ++group) {
+      const std::uint64_t bits = 0xffffull << (16 * group);
+      if (maskHigh >> group & 1) halves[0] &= ~bits;
+      if (maskLow >> group & 1) halves[1] &= ~bits;
+    }
+    const auto address = Ip6Addr::fromHalves(halves[0], halves[1]);
+    const auto again = Ip6Addr::parse(address.stringValue());
+    ASSERT_TRUE(again) << address.stringValue();
+    EXPECT_EQ(*again, address) << address.stringValue();
+  }
+}
+
+TEST(AddressTest, RefusesWhatIsNoAddress) {
+  for (const char* const text : {"", " ", "1.2.3", "1.2.3.4.5", "256.0.0.1", "01.2.3.4", "1.2.3.4 ",
+                                 " 1.2.3.4", "1.2.3.-4", "0x1.2.3.4", "1.2.3.4/32", "a.b.c.d"}) {
+    EXPECT_FALSE(IpAddr::parse(text)) << text;
+    EXPECT_FALSE(IpGenAddr::parse(text)) << text;
+  }
+  for (const char* const text :
+       {"", ":", ":::", "1::2::3", "1:2:3:4:5:6:7", "1:2:3:4:5:6:7:8:9",
+        "12345::", "g::", "fe80::1%eth0", "::1/128", "::ffff:1.2.3", "1:2:3:4:5:6:7::8:9"}) {
+    EXPECT_FALSE(Ip6Addr::parse(text)) << text;
+    EXPECT_FALSE(IpGenAddr::parse(text)) << text;
+  }
+  EXPECT_FALSE(IpAddr::parse(std::string_view("1.2.3.4\0", 8)));
+  EXPECT_FALSE(Ip6Addr::parse(std::string(300, '1')));
+}
+
+TEST(IpAddrTest, OrdersAsNumbersAndWritesDecimals) {
+  EXPECT_EQ(IpAddr::fromHost(0x0a000001).stringValue().str(), "10.0.0.1");
+  EXPECT_EQ(IpAddr::fromHost(0xffffffff).stringValue().str(), "255.255.255.255");
+  EXPECT_EQ(IpAddr::parse("100.20.3.0")->host(), 0x64140300u);
+  EXPECT_LT(*IpAddr::parse("9.255.255.255"), *IpAddr::parse("10.0.0.0"));
+  EXPECT_LT(*IpAddr::parse("127.0.0.1"), *IpAddr::parse("128.0.0.1"));
+}
+
+TEST(Ip6AddrTest, TellsLinkLocalAndUnspecified) {
+  const struct {
+    const char* text;
+    bool linkLocal;
+    bool unspecified;
+  } cases[] = {{"::", false, true},       {"fe80::1", true, false},  {"febf::1", true, false},
+               {"fec0::1", false, false}, {"fe7f::1", false, false}, {"::1", false, false},
+               {"1::", false, false}};
+  for (const auto& [text, linkLocal, unspecified] : cases) {
+    EXPECT_EQ(Ip6Addr::parse(text)->isLinkLocal(), linkLocal) << text;
+    EXPECT_EQ(Ip6Addr::parse(text)->isUnspecified(), unspecified) << text;
+  }
+}
+
+TEST(IpGenAddrTest, KeepsItsFamily) {
+  const IpGenAddr unset;
+  const auto v4 = *IpGenAddr::parse("192.0.2.1");
+  const auto v6 = *IpGenAddr::parse("2001:db8::1");
+  EXPECT_EQ(unset.stringValue().str(), "");
+  EXPECT_TRUE(unset.isAddrZero());
+  EXPECT_EQ(v4.af(), AddressFamily::ip4);
+  EXPECT_EQ(v4.v4Addr().stringValue().str(), "192.0.2.1");
+  EXPECT_EQ(v4.stringValue().str(), "192.0.2.1");
+  EXPECT_EQ(v6.af(), AddressFamily::ip6);
+  EXPECT_EQ(v6.v6Addr().stringValue().str(), "2001:db8::1");
+  EXPECT_TRUE(IpGenAddr::parse("0.0.0.0")->isAddrZero());
+  EXPECT_TRUE(IpGenAddr::parse("::")->isAddrZero());
+  EXPECT_FALSE(*IpGenAddr::parse("0.0.0.0") == *IpGenAddr::parse("::"));
+  EXPECT_FALSE(*IpGenAddr::parse("0.0.0.0") == unset);
+  EXPECT_LT(unset, v4);
+  EXPECT_LT(v4, v6);
+}
+
+TEST(EthAddrTest, ReadsAndWritesSixBytes) {
+  EXPECT_EQ(EthAddr::parse("00:1C:73:00:aB:ff")->stringValue().str(), "00:1c:73:00:ab:ff");
+  EXPECT_EQ(EthAddr().stringValue().str(), "00:00:00:00:00:00");
+  for (const char* const text :
+       {"", "00:1c:73:00:ab", "00:1c:73:00:ab:ff:", "00:1c:73:00:ab:fg", "001c.7300.abff",
+        "0:01c:73:00:ab:ff", "00-1c-73-00-ab-ff", "00:1c:73:00:ab:+f", "00:1c:73:00:ab:ff:00"}) {
+    EXPECT_FALSE(EthAddr::parse(text)) << text;
+  }
+}
+
+} // namespace

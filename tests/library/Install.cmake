@@ -1,0 +1,22 @@
+# A program written against the installed headers compiles, links and runs.
+#   cmake -DBUILD=... -DWORK=... -DCONSUMER=... -DCXX=... [-DFLAGS=...] -P Install.cmake
+file(REMOVE_RECURSE ${WORK})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix
+  OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/build
+    -DCMAKE_PREFIX_PATH=${WORK}/prefix -DCMAKE_CXX_COMPILER=${CXX} "-DCMAKE_CXX_FLAGS=${FLAGS}"
+  OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${WORK}/build OUTPUT_VARIABLE output
+  ERROR_VARIABLE output RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "the consumer does not build against ${WORK}/prefix:\n${output}")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${WORK}/prefix/lib ${WORK}/build/consumer
+  OUTPUT_VARIABLE output RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "the consumer ended with ${result}:\n${output}")
+endif()
+string(FIND "${output}" "\nVRF: default\n" place)
+if(place EQUAL -1)
+  message(FATAL_ERROR "the consumer printed no listing of the default VRF:\n${output}")
+endif()

@@ -1,0 +1,80 @@
+// Text that shares its body between copies.
+#include "lumo/String.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+#include <utility>
+
+namespace {
+
+using Lumo::String;
+
+TEST(StringTest, MakesTheSameTextFromEverySource) {
+  const struct {
+    String text;
+    std::string_view expected;
+  } cases[] = {
+      {String(), ""},
+      {String(static_cast<const char*>(nullptr)), ""},
+      {String(""), ""},
+      {String("eth"), "eth"},
+      {String(std::string("a\0b", 3)), std::string_view("a\0b", 3)},
+      {String(std::string_view("Ethernet1/1", 8)), "Ethernet"},
+  };
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(text.view(), expected);
+    EXPECT_EQ(text.bytes(), expected.size());
+    EXPECT_EQ(text.empty(), expected.empty());
+    EXPECT_EQ(text.c_str()[text.bytes()], '\0');
+    EXPECT_TRUE(text == expected);
+  }
+}
+
+TEST(StringTest, CopiesShareTheirBodyAndOutliveTheOriginal) {
+  auto original = std::make_unique<String>("default");
+  const String copy = *original;
+  EXPECT_EQ(copy.c_str(), original->c_str());
+  original.reset();
+  EXPECT_EQ(copy.str(), "default");
+}
+
+TEST(StringTest, AssignsToItself) {
+  String text("red");
+  String& alias = text;
+  text = alias;
+  EXPECT_EQ(text.str(), "red");
+  text = std::move(alias);
+  EXPECT_EQ(text.str(), "red");
+}
+
+TEST(StringTest, AMovedFromTextCanBeAssigned) {
+  String from("red");
+  String to(std::move(from));
+  from = "blue";
+  EXPECT_EQ(to.str(), "red");
+  EXPECT_EQ(from.str(), "blue");
+}
+
+TEST(StringTest, OrdersByBytes) {
+  // Ascending; "10" before "9" and bytes above 0x7f last.
+  const char* const ascending[] = {"", "10", "9", "A", "Aa", "a", "\xc3\xa9"};
+  for (std::size_t i = 0; i < std::size(ascending); ++i) {
+    for (std::size_t j = 0; j < std::size(ascending); ++j) {
+      EXPECT_EQ(String(ascending[i]) < String(ascending[j]), i < j) << i << " " << j;
+      EXPECT_EQ(String(ascending[i]) == String(ascending[j]), i == j) << i << " " << j;
+    }
+  }
+}
+
+TEST(StringTest, EqualTextsHashAlike) {
+  EXPECT_EQ(String("vrf1").hash(), String(std::string("vrf1")).hash());
+  EXPECT_NE(String("vrf1").hash(), String("vrf2").hash());
+}
+
+TEST(StringTest, GoesToStreams) {
+  std::ostringstream out;
+  out << String("a") << String() << String("b");
+  EXPECT_EQ(out.str(), "ab");
+}
+
+} // namespace

@@ -1,0 +1,361 @@
+// Captured FECs: how records become entities, and what is asked of them.
+#include "support/Device.h"
+#include "support/Expect.h"
+
+#include "rova/fec/FecCapture.h"
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+using namespace support;
+using Rova::CachedVia;
+using Tunnel::TunnelTable::TunnelId;
+using Lines = std::vector<std::string>;
+
+Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
+
+/// A via that the fields given differ in from the default one.
+struct Fields {
+  const char* hop = "";
+  const char* interface = "";
+  bool backup = false;
+  std::uint32_t label = Kesh::MplsLabel::null;
+  const char* weight = "";
+  std::uint16_t index = 0;
+};
+
+CachedVia cachedVia(const Fields& fields) {
+  CachedVia via;
+  if (*fields.hop) via.hopIs(addr(fields.hop));
+  via.intfIdIs(intf(fields.interface));
+  via.isBackupIs(fields.backup);
+  via.viaLabelIs(Kesh::MplsLabel(fields.label));
+  via.viaWeightIs(fields.weight);
+  via.viaIndexIs(fields.index);
+  return via;
+}
+
+TEST(CachedViaTest, OrdersByBackupInterfaceHopLabelWeightAndIndex) {
+  const Fields ascending[] = {
+      {.hop = "10.0.0.2"},
+      {.hop = "10.0.0.9", .interface = "Ethernet1"},
+      {.hop = "10.0.0.1", .interface = "Ethernet2", .label = 1},
+      {.hop = "10.0.0.1", .interface = "Ethernet2", .label = 2, .weight = "10"},
+      {.hop = "10.0.0.1", .interface = "Ethernet2", .label = 2, .weight = "9"},
+      {.hop = "10.0.0.1", .interface = "Ethernet2", .label = 2, .weight = "9", .index = 1},
+      {.hop = "10.0.0.1", .interface = "Ethernet2", .label = 2, .weight = "9", .index = 300},
+      {.hop = "10.0.0.1", .interface = "Ethernet2"},
+      {.hop = "10.0.0.2", .interface = "Ethernet2"},
+      {.hop = "2001:db8::1", .interface = "Ethernet2"},
+      {.hop = "10.0.0.1", .interface = "Ethernet10"},
+      {.hop = "10.0.0.1", .interface = "Ethernet1", .backup = true},
+      {.hop = "10.0.0.1", .interface = "Ethernet2", .backup = true},
+  };
+  for (std::size_t i = 0; i < std::size(ascending); ++i) {
+    for (std::size_t j = 0; j < std::size(ascending); ++j) {
+      const auto a = cachedVia(ascending[i]), b = cachedVia(ascending[j]);
+      EXPECT_EQ(a < b, i < j) << i << " " << j;
+      EXPECT_EQ(a == b, i == j) << i << " " << j;
+    }
+  }
+  EXPECT_TRUE(!CachedVia());
+  EXPECT_FALSE(!cachedVia({.index = 1}));
+}
+
+TEST(CachedViaTest, TunnelsAndFecsStandInTheInterfacesPlace) {
+  CachedVia via = cachedVia({.interface = "Ethernet1"});
+  EXPECT_TRUE(via.tunnelId().isNull());
+  EXPECT_TRUE(via.fecId().isNull());
+  via.tunnelIdIs(TunnelId());
+  EXPECT_EQ(via.intfId(), intf("Ethernet1"));
+  via.fecIdIs(FecId());
+  via.fecIdIs(FecId(0x0f01000000000000)); // has no form as an interface
+  EXPECT_EQ(via.intfId(), intf("Ethernet1"));
+  via.tunnelIdIs(TunnelId(0x700000000003));
+  EXPECT_EQ(via.intfId(), intf("DynamicTunnel7.3"));
+  EXPECT_EQ(via.tunnelId(), TunnelId(0x700000000003));
+  via.fecIdIs(FecId(AdjType::srTePolicy, 4));
+  EXPECT_EQ(via.fecId(), FecId(AdjType::srTePolicy, 4));
+  EXPECT_TRUE(via.tunnelId().isNull());
+}
+
+TEST(CachedViaTest, AStaticTunnelInterfaceKeepsItsIdentifier) {
+  CachedVia via = cachedVia({.interface = "Tunnel5"});
+  EXPECT_EQ(via.tunnelId().value(), 0x900000000005u);
+  via.tunnelIdIs(via.tunnelId());
+  EXPECT_EQ(via.intfId(), intf("Tunnel5"));
+  EXPECT_EQ(cachedVia({.interface = "Tunnel65541"}).tunnelId().value(), 0x900000000005u);
+}
+
+TEST(PredicateTest, DynamicTunnelsAreThoseOfOtherKindsThanSixAndNine) {
+  const struct {
+    const char* interface;
+    bool dynamic;
+  } cases[] = {{"", false},
+               {"Ethernet1", false},
+               {"Tunnel5", false},
+               {"Fec0.1", false},
+               {"DynamicTunnel6.1", false},
+               {"DynamicTunnel9.1", false},
+               {"DynamicTunnel7.1", true},
+               {"DynamicTunnel1.1", true}};
+  for (const auto& [interface, dynamic] : cases) {
+    EXPECT_EQ(Rova::isValidDynamicTunnel(cachedVia({.interface = interface})), dynamic)
+        << interface;
+  }
+}
+
+Lumo::Ptr<Rova::CachedFec> fecWith(FecId id, std::initializer_list<Fields> vias) {
+  const auto fec = Rova::cachedFecFactory(id);
+  for (const Fields& fields : vias) fec->viaIs(cachedVia(fields), true);
+  return fec;
+}
+
+TEST(PredicateTest, ANexthopGroupFecHasTheGroupInItsFirstVia) {
+  const FecId id(1);
+  EXPECT_FALSE(Rova::isNexthopGroupFec(nullptr));
+  EXPECT_FALSE(Rova::isNexthopGroupFec(fecWith(id, {})));
+  EXPECT_TRUE(Rova::isNexthopGroupFec(fecWith(id, {{.interface = "NexthopGroup5"}})));
+  EXPECT_FALSE(Rova::isNexthopGroupFec(
+      fecWith(id, {{.interface = "NexthopGroup5"}, {.interface = "Ethernet1"}})))
+      << "Ethernet1 comes first";
+  EXPECT_TRUE(Rova::isNexthopGroupFec(
+      fecWith(id, {{.interface = "NexthopGroup5"}, {.interface = "Ethernet1", .backup = true}})));
+  EXPECT_EQ(Rova::nexthopGroupIdFromIntfId(intf("NexthopGroup5")), 5u);
+  EXPECT_EQ(Rova::nexthopGroupIdFromIntfId(intf("Ethernet5")), 0u);
+}
+
+TEST(PredicateTest, AnSrTePolicyFecIsOneOrLeadsToOne) {
+  const FecId plain(AdjType::fib, 1), policy(AdjType::srTePolicy, 1);
+  EXPECT_TRUE(Rova::isSrTePolicyFec(fecWith(policy, {})));
+  EXPECT_FALSE(Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Ethernet1"}})));
+  EXPECT_TRUE(Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Fec15.7"}})));
+  EXPECT_TRUE(Rova::isSrTePolicyFec(
+      fecWith(plain, {{.interface = "Ethernet1"}, {.interface = "Fec15.7"}})));
+  EXPECT_FALSE(
+      Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Fec0.7"}, {.interface = "Fec200.7"}})));
+}
+
+TEST(PredicateDeathTest, TheFecsOwnTypeIsAsserted) {
+  const auto broken = fecWith(FecId(std::uint64_t{20} << 56), {});
+  EXPECT_DEATH(Rova::isSrTePolicyFec(broken),
+               assertion("(value_ >> Fib::adjTypePos()) < Fib::adjTypeMax()"));
+}
+
+TEST(CachedFecFactoryTest, MakesAFecWithDefaults) {
+  const auto fec = Rova::cachedFecFactory(FecId(AdjType::fib6, 3));
+  EXPECT_EQ(fec->references(), 1u);
+  EXPECT_EQ(fec->fecId(), FecId(AdjType::fib6, 3));
+  EXPECT_EQ(fec->numEntries() + fec->connected() + fec->hasBackup() + fec->hierarchicalVia(), 0);
+  EXPECT_EQ(fec->weight() + fec->backupViaIndex().value() + fec->vias(), 0u);
+  EXPECT_EQ(fec->labelDel(3), Kesh::MplsLabel(0x100000));
+  EXPECT_EQ(fec->label(3).value(), 0x100000u);
+  EXPECT_EQ(fec->nexthopAddr(3).str(), "");
+  EXPECT_FALSE(fec->hostToCpu(3));
+  EXPECT_FALSE(fec->viaEvpnEntry(3).isSet());
+}
+
+TEST(CachedFecTest, ViaHoldsAValueOnce) {
+  const auto fec = fecWith(FecId(1), {{.interface = "Ethernet1"}, {.interface = "Ethernet1"}});
+  EXPECT_EQ(fec->vias(), 1u);
+  EXPECT_TRUE(fec->via(cachedVia({.interface = "Ethernet1"})));
+  EXPECT_FALSE(fec->via(cachedVia({.interface = "Ethernet2"})));
+  fec->viaIs(cachedVia({.interface = "Ethernet1"}), false);
+  EXPECT_EQ(fec->vias(), 1u);
+  EXPECT_TRUE(fec->viaDel(cachedVia({.interface = "Ethernet1"})) == false);
+  EXPECT_EQ(fec->vias(), 0u);
+}
+
+/// The four forms of capture: each sorter with each kind of record.
+template <class SorterFamily, bool ip6Record>
+struct Form {
+  using Family = SorterFamily;
+  using HopTexts = Texts<std::conditional_t<ip6Record, Rova::Ip6Family, Rova::Ip4Family>>;
+  static constexpr AdjType adjType = ip6Record ? AdjType::fib6 : AdjType::fib;
+};
+using Forms = testing::Types<Form<Rova::Ip4Family, false>, Form<Rova::Ip4Family, true>,
+                             Form<Rova::Ip6Family, true>, Form<Rova::Ip6Family, false>>;
+
+template <class FormType>
+struct CaptureTest : testing::Test {
+  using Family = typename FormType::Family;
+  static constexpr const char* hop = FormType::HopTexts::hop;
+  static constexpr const char* hop2 = FormType::HopTexts::hop2;
+
+  FecId newId() const { return {FormType::adjType, 77}; }
+
+  /// The entity of a FEC as a listing of nothing captures it.
+  Lumo::Ptr<Rova::CachedFec> capture(const std::vector<Via>& vias,
+                                     std::uint32_t backupViaIndex = 0) {
+    device.fecIs(newId(), vias, backupViaIndex);
+    sorter = openSorter<Family>(device);
+    Rova::copyAdjacency(*sorter, newId());
+    return sorter->fec(newId());
+  }
+  /// Each via as "interface weight", "backup" behind a backup one.
+  static Lines linesOf(const Lumo::Ptr<Rova::CachedFec>& fec) {
+    Lines lines;
+    for (const auto& [via, present] : fec->viaMap()) {
+      lines.push_back(via.intfId().stringValue().str() + " " + via.viaWeight().str() +
+                      (via.isBackup() ? "backup" : ""));
+      EXPECT_TRUE(present);
+    }
+    return lines;
+  }
+
+  Device device;
+  Lumo::Ptr<Rova::Sorter<Family>> sorter;
+};
+TYPED_TEST_SUITE(CaptureTest, Forms);
+
+TYPED_TEST(CaptureTest, EqualWeightsShowNone) {
+  const auto fec = this->capture(
+      {via(this->hop, "Ethernet2"), via(this->hop, "Ethernet1"), via(this->hop, "Ethernet10")});
+  EXPECT_EQ(fec->weight(), 3u);
+  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 ", "Ethernet2 ", "Ethernet10 "}));
+  EXPECT_FALSE(fec->hasBackup());
+  EXPECT_EQ(fec->numEntries(), 0);
+  EXPECT_EQ(fec->viaMap().begin()->first.hop(), addr(this->hop));
+  EXPECT_FALSE(fec->isUnequalCost());
+}
+
+TYPED_TEST(CaptureTest, UnequalWeightsAreKeptAsText) {
+  const auto fec = this->capture({via(this->hop, "Ethernet1", {.weight = 1}),
+                                  via(this->hop, "Ethernet2", {.weight = 2}),
+                                  via(this->hop, "Ethernet3", {.weight = 1})});
+  EXPECT_EQ(fec->weight(), 4u);
+  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 1", "Ethernet2 2", "Ethernet3 1"}));
+  EXPECT_TRUE(fec->isUnequalCost());
+}
+
+TYPED_TEST(CaptureTest, WeightsOrderAsText) {
+  const auto fec = this->capture(
+      {via(this->hop, "Ethernet1", {.weight = 9}), via(this->hop, "Ethernet1", {.weight = 10})});
+  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 10", "Ethernet1 9"}));
+}
+
+TYPED_TEST(CaptureTest, EqualViasCollapseAndLookUnequal) {
+  const auto fec = this->capture({via(this->hop, "Ethernet1"), via(this->hop, "Ethernet1")});
+  EXPECT_EQ(this->linesOf(fec), Lines{"Ethernet1 "});
+  EXPECT_EQ(fec->weight(), 2u);
+  EXPECT_TRUE(fec->isUnequalCost());
+}
+
+TYPED_TEST(CaptureTest, BackupViasComeLastAndHaveNoWeights) {
+  const auto fec = this->capture({via(this->hop, "Ethernet8", {.weight = 5}),
+                                  via(this->hop, "Ethernet9", {.weight = 6}),
+                                  via(this->hop, "Ethernet1", {.weight = 7})},
+                                 2);
+  EXPECT_TRUE(fec->hasBackup());
+  EXPECT_EQ(fec->weight(), 0u);
+  EXPECT_EQ(fec->backupViaIndex().value(), 2u);
+  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet8 ", "Ethernet9 ", "Ethernet1 backup"}));
+}
+
+TYPED_TEST(CaptureTest, ABackupIndexNotBelowTheCountIsNone) {
+  for (const std::uint32_t index : {2u, 3u, 600u}) {
+    const auto fec =
+        this->capture({via(this->hop, "Ethernet1"), via(this->hop, "Ethernet2")}, index);
+    ASSERT_TRUE(fec);
+    EXPECT_FALSE(fec->hasBackup()) << index;
+    EXPECT_EQ(fec->weight(), 2u) << index;
+    EXPECT_EQ(fec->backupViaIndex().value(), index);
+  }
+}
+
+TYPED_TEST(CaptureTest, AnEmptyOrMissingFecHasNoVias) {
+  const auto empty = this->capture({});
+  ASSERT_TRUE(empty);
+  EXPECT_EQ(empty->vias() + empty->weight(), 0u);
+  const FecId missing(TypeParam::adjType, 1234);
+  Rova::copyAdjacency(*this->sorter, missing);
+  ASSERT_TRUE(this->sorter->fec(missing));
+  EXPECT_EQ(this->sorter->fec(missing)->fecId(), missing);
+  EXPECT_EQ(this->sorter->fec(missing)->vias(), 0u);
+}
+
+TYPED_TEST(CaptureTest, TheNullIdentifierIsNeverCaptured) {
+  this->capture({});
+  const auto before = this->sorter->fecs();
+  EXPECT_EQ(Rova::copyAdjacency(*this->sorter, FecId()), nullptr);
+  EXPECT_EQ(this->sorter->fecs(), before);
+}
+
+TYPED_TEST(CaptureTest, AFecIsCapturedOnce) {
+  const auto first = this->capture({via(this->hop, "Ethernet1")});
+  this->device.fecIs(this->newId(), {via(this->hop, "Ethernet2")});
+  Rova::copyAdjacency(*this->sorter, this->newId());
+  EXPECT_TRUE(this->sorter->fec(this->newId()) == first);
+  EXPECT_EQ(this->linesOf(first), Lines{"Ethernet1 "});
+}
+
+TYPED_TEST(CaptureTest, LabelsAreKept) {
+  const auto fec = this->capture({via(this->hop, "Ethernet1", {.labelWord = 17}),
+                                  via(this->hop, "Ethernet2", {.labelWord = 0x800000})});
+  EXPECT_EQ(fec->viaMap().begin()->first.viaLabel().value(), 17u);
+}
+
+TYPED_TEST(CaptureTest, ALabelOutOfRangeRaisesAndLeavesNoEntity) {
+  for (const std::uint32_t backupViaIndex : {0u, 1u}) {
+    EXPECT_EQ(messageOf<Lumo::RangeException>([&] {
+                this->capture({via(this->hop, "Ethernet1"),
+                               via(this->hop, "Ethernet2", {.labelWord = 0x800001})},
+                              backupViaIndex);
+              }),
+              "MplsLabel::value < MplsLabel::min or > MplsLabel::luWithdraw not allowed");
+    EXPECT_FALSE(this->sorter->fec(this->newId()));
+  }
+}
+
+TYPED_TEST(CaptureTest, AViaCountAbove512RaisesAndLeavesNoEntity) {
+  using Fec =
+      std::conditional_t<TypeParam::adjType == AdjType::fib6, Vanta::Fib6::Fec, Vanta::Fib::Fec>;
+  this->capture({});
+  const FecId id(TypeParam::adjType, 5);
+  for (const std::uint32_t backupViaIndex : {0u, 1u, 512u}) {
+    auto record =
+        fecRecord<Fec>(id, std::vector<Via>(512, via(this->hop, "Ethernet1")), backupViaIndex);
+    record.viaCount = 513;
+    EXPECT_EQ(
+        messageOf<Lumo::RangeException>([&] { Rova::cachedFecIs(*this->sorter, id, record); }),
+        "ViaIndex::value < ViaIndex::min or > ViaIndex::max not allowed")
+        << backupViaIndex;
+    EXPECT_FALSE(this->sorter->fec(id));
+  }
+}
+
+TYPED_TEST(CaptureTest, OnlyViasOnPoliciesHaveAnIndex) {
+  const std::vector<Via> vias = {via(this->hop, "Ethernet1"), via(this->hop, "Fec15.9"),
+                                 via(this->hop, "Fec0.9"), via(this->hop, "Fec15.8")};
+  std::map<std::string, int> indexes;
+  for (const auto& [via, present] : this->capture(vias)->viaMap()) {
+    indexes[via.intfId().stringValue().str()] = via.viaIndex();
+  }
+  EXPECT_EQ(indexes, (std::map<std::string, int>{
+                         {"Ethernet1", 0}, {"Fec15.9", 1}, {"Fec0.9", 0}, {"Fec15.8", 3}}));
+}
+
+TYPED_TEST(CaptureTest, BackupBranchKeepsNoIndexes) {
+  const auto fec = this->capture({via(this->hop, "Fec15.9"), via(this->hop, "Fec15.8")}, 1);
+  for (const auto& [via, present] : fec->viaMap()) EXPECT_EQ(via.viaIndex(), 0);
+}
+
+TYPED_TEST(CaptureTest, TunnelsKeepTheirIdentifiers) {
+  const auto fec = this->capture({via(this->hop, "Tunnel5"), via(this->hop, "DynamicTunnel7.3")});
+  EXPECT_EQ(this->linesOf(fec), (Lines{"Tunnel5 ", "DynamicTunnel7.3 "}));
+}
+
+TYPED_TEST(CaptureTest, OnlyTheIp4SorterRemembersIp6Fecs) {
+  this->capture({via(this->hop, "Ethernet1")});
+  if constexpr (std::is_same_v<typename TypeParam::Family, Rova::Ip4Family>) {
+    EXPECT_EQ(this->sorter->hasV6Nexthop(), TypeParam::adjType == AdjType::fib6);
+    Rova::copyAdjacency(*this->sorter, FecId(AdjType::fib, 9000));
+    EXPECT_EQ(this->sorter->hasV6Nexthop(), TypeParam::adjType == AdjType::fib6) << "never cleared";
+  } else {
+    EXPECT_EQ(Rova::Route6Sorter::lumoType.attribute("hasV6Nexthop"), nullptr);
+  }
+}
+
+} // namespace

@@ -1,0 +1,324 @@
+// The face by name of the library's types: their attribute tables, held against lists that were
+// written down apart from them, their strep text, and the registry.
+#include "support/Device.h"
+#include "support/Expect.h"
+
+#include <algorithm>
+#include <set>
+#include <span>
+#include <sstream>
+
+namespace {
+
+using namespace support;
+using Lumo::valueToStrep;
+using Lumo::wrapAttrValue;
+// "name: type", a "*" behind the name of a constructor argument; "name (order): key to value" for
+// a collection; "name(argument: type): result" for a method.
+constexpr const char* routeSorterRows[] = {
+    "routingConfig*: Routing::ConfigGen",
+    "routingStatus*: Vanta::Fib::RouteStatus",
+    "forwardingStatus*: Vanta::Fib::ForwardingStatus",
+    "forwarding6Status*: Vanta::Fib6::ForwardingStatus",
+    "tunnelFib*: Tunnel::TunnelFib::TunnelFib",
+    "arpVanta*: Arp::Table::Status",
+    "vrfIdMap*: Vrf::VrfIdMap::Status",
+    "reverseMapper: Vrf::VrfIdMap::ReverseMapper",
+    "allIntfConfig*: Interface::AllIntfConfigDir",
+    "ipStatus*: Ip::Status",
+    "routingHardwareStatus*: Routing::Hardware::Status",
+    "nhEntryStatus*: NexthopGroup::EntryStatus",
+    "kernelUnprogrammedRoute*: Vanta::KernelUnprogrammedRoute::UnprogrammedRoute",
+    "evpnVxlanTunnelTable*: Tunnel::TunnelTable::EvpnVxlanTunnelTable",
+    "tunnelTableDir*: Lumo::Dir",
+    "prefix*: Kesh::Prefix",
+    "intfStatus*: Interface::IntfStatus",
+    "protocol*: Lumo::String",
+    "detail*: bool",
+    "longerPrefixes*: bool",
+    "vrfName*: L3::VrfName",
+    "vrfId*: Vrf::VrfIdMap::VrfId",
+    "host*: bool",
+    "fd*: int",
+    "quantify*: double",
+    "originalMask*: bool",
+    "srTePolicyStatus*: SrTePolicy::PolicyStatus",
+    "policyForwardingStatus*: Vanta::Fib::ForwardingStatus",
+    "degradeNhgModel*: bool",
+    "unprogrammedRouteStatus*: Vanta::Fib::UnprogrammedRouteStatus",
+    "printCount: int",
+    "hasV6Nexthop: bool",
+    "initialized: bool",
+    "srTunnelTable: Tunnel::TunnelTable::SrTunnelTable",
+    "staticTunnelTable: Tunnel::TunnelTable::StaticTunnelTable",
+    "ldpTunnelTable: Tunnel::TunnelTable::LdpTunnelTable",
+    "bgpLuTunnelTable: Tunnel::TunnelTable::BgpLuTunnelTable",
+    "addrToIntfId (hashed): Kesh::IpAddrWithMask to Kesh::IntfId",
+    "sortedRoute (ordered): Kesh::Prefix to Vanta::Fib::Route",
+    "fec (hashed): Vanta::Fib::FecId to Rova::CachedFec",
+    "cachedNexthopGroupIdToName (hashed): Routing::NexthopGroup::NexthopGroupId to Lumo::String",
+    "legend(): Lumo::String",
+    "hostLegend(): Lumo::String",
+    "buildNexthopGroupIdToName(): void",
+    "createAttachedRoute(ip: Kesh::IpGenAddr, intfId: Kesh::IntfId): Vanta::Fib::Route",
+    "handleInitialized(): void",
+    "printRoutes(fd: U32, fmt: U32): bool",
+    "longestPrefixMatch(): Kesh::Prefix",
+    "protocolString(p: Kesh::Prefix): Lumo::String",
+    "viasForPrefix(p: Kesh::Prefix): Rova::CachedFec"};
+
+constexpr const char* route6SorterRows[] = {
+    "routingConfig*: Routing::ConfigGen",
+    "routingStatus*: Vanta::Fib6::RouteStatus",
+    "forwardingStatus*: Vanta::Fib::ForwardingStatus",
+    "forwarding6Status*: Vanta::Fib6::ForwardingStatus",
+    "tunnelFib*: Tunnel::TunnelFib::TunnelFib",
+    "arpVanta*: Arp::Table::Status",
+    "vrfIdMap*: Vrf::VrfIdMap::Status",
+    "allIntfConfig*: Interface::AllIntfConfigDir",
+    "ipStatus*: Ip6::Status",
+    "routingHardwareStatus*: Routing6::Hardware::Status",
+    "nhEntryStatus*: NexthopGroup::EntryStatus",
+    "kernelUnprogrammedRoute*: Vanta::KernelUnprogrammedRoute::UnprogrammedRoute",
+    "evpnVxlanTunnelTable*: Tunnel::TunnelTable::EvpnVxlanTunnelTable",
+    "tunnelTableDir*: Lumo::Dir",
+    "prefix*: Kesh::Ip6Prefix",
+    "intfStatus*: Interface::IntfStatus",
+    "protocol*: Lumo::String",
+    "detail*: bool",
+    "longerPrefixes*: bool",
+    "vrfName*: L3::VrfName",
+    "vrfId*: Vrf::VrfIdMap::VrfId",
+    "host*: bool",
+    "fd*: int",
+    "quantify*: double",
+    "originalMask*: bool",
+    "intf*: bool",
+    "srTePolicyStatus*: SrTePolicy::PolicyStatus",
+    "policyForwardingStatus*: Vanta::Fib::ForwardingStatus",
+    "degradeNhgModel*: bool",
+    "unprogrammedRouteStatus*: Vanta::Fib6::UnprogrammedRouteStatus",
+    "printCount: int",
+    "initialized: bool",
+    "srTunnelTable: Tunnel::TunnelTable::SrTunnelTable",
+    "staticTunnelTable: Tunnel::TunnelTable::StaticTunnelTable",
+    "ldpTunnelTable: Tunnel::TunnelTable::LdpTunnelTable",
+    "bgpLuTunnelTable: Tunnel::TunnelTable::BgpLuTunnelTable",
+    "addrToIntfId (hashed): Kesh::Ip6AddrWithMask to Kesh::IntfId",
+    "sortedRoute (ordered): Kesh::Ip6Prefix to Vanta::Fib6::Route",
+    "fec (hashed): Vanta::Fib::FecId to Rova::CachedFec",
+    "cachedNexthopGroupIdToName (hashed): Routing::NexthopGroup::NexthopGroupId to Lumo::String",
+    "legend(): Lumo::String",
+    "hostLegend(): Lumo::String",
+    "buildNexthopGroupIdToName(): void",
+    "createAttachedRoute(ip: Kesh::IpGenAddr, intfId: Kesh::IntfId): Vanta::Fib6::Route",
+    "handleInitialized(): void",
+    "printRoutes(fd: U32, fmt: U32): bool",
+    "longestPrefixMatch(): Kesh::Ip6Prefix",
+    "protocolString(p: Kesh::Ip6Prefix): Lumo::String"};
+
+constexpr const char* cachedFecRows[] = {
+    "fecId*: Vanta::Fib::FecId",
+    "connected: bool",
+    "backupViaIndex: Vanta::Fib::ViaIndex",
+    "numEntries: int",
+    "hasBackup: bool",
+    "weight: U32",
+    "hierarchicalVia: bool",
+    "via (ordered): Rova::CachedVia to bool",
+    "viaTypeString (hashed): U16 to Lumo::String",
+    "nexthopAddr (hashed): U16 to Lumo::String",
+    "interface (hashed): U16 to Lumo::String",
+    "interfaceDescription (hashed): U16 to Lumo::String",
+    "label (hashed): U16 to Kesh::MplsLabel",
+    "viaWeight (hashed): U32 to Lumo::String",
+    "viaEvpnEntry (hashed): U16 to Tunnel::TunnelTable::EvpnVxlanTunnelEntry",
+    "viaLabelStack (hashed): U16 to Kesh::MplsLabelOperation",
+    "hostToCpu (hashed): U16 to bool",
+    "tunVia (hashed): U16 to Tunnel::CliSupport::CachedTunVia",
+    "staticIntfTunInfo (hashed): U16 to Tunnel::CliSupport::CachedStaticIntfTunnelInfo",
+    "nhgVia (hashed): U16 to Rova::CachedNhgVia"};
+
+constexpr const char* cachedViaRows[] = {"hop: Kesh::IpGenAddr",
+                                         "intfId: Kesh::IntfId",
+                                         "isBackup: bool",
+                                         "viaLabel: Kesh::MplsLabel",
+                                         "viaWeight: Lumo::String",
+                                         "viaIndex: U16",
+                                         "tunnelId: Tunnel::TunnelTable::TunnelId (computed)",
+                                         "fecId: Vanta::Fib::FecId (computed)"};
+
+constexpr const char* cachedNhgViaRows[] = {"nhgId: Routing::NexthopGroup::NexthopGroupId",
+                                            "nhgName: Lumo::String"};
+
+/// A row of an attribute table in the form of the lists above.
+std::string described(const Lumo::AttributeRecord& row) {
+  const std::string name = row.name, type = row.valueType;
+  switch (row.kind) {
+  case Lumo::AttributeKind::constructorArgument:
+    return name + "*: " + type;
+  case Lumo::AttributeKind::writableConstructorArgument:
+    return name + "+: " + type;
+  case Lumo::AttributeKind::plain:
+    return name + ": " + type;
+  case Lumo::AttributeKind::computed:
+    return name + ": " + type + " (computed)";
+  case Lumo::AttributeKind::ordered:
+    return name + " (ordered): " + row.keyType + " to " + type;
+  case Lumo::AttributeKind::hashed:
+    return name + " (hashed): " + row.keyType + " to " + type;
+  case Lumo::AttributeKind::method:
+    break;
+  }
+  std::string arguments;
+  for (const auto& argument : row.arguments) {
+    if (!argument.name) break;
+    arguments +=
+        (arguments.empty() ? "" : ", ") + std::string(argument.name) + ": " + argument.type;
+  }
+  return name + "(" + arguments + "): " + type;
+}
+
+struct TypeFace {
+  const Lumo::TypeRecord& type;
+  const char* name;
+  bool isEntity;
+  std::span<const char* const> rows;
+};
+
+std::vector<TypeFace> faces() {
+  return {{Rova::RouteSorter::lumoType, "Rova::RouteSorter", true, routeSorterRows},
+          {Rova::Route6Sorter::lumoType, "Rova::Route6Sorter", true, route6SorterRows},
+          {Rova::CachedFec::lumoType, "Rova::CachedFec", true, cachedFecRows},
+          {Rova::CachedVia::lumoType, "Rova::CachedVia", false, cachedViaRows},
+          {Rova::CachedNhgVia::lumoType, "Rova::CachedNhgVia", false, cachedNhgViaRows}};
+}
+
+TEST(TypeTableTest, HoldsTheAttributesInTheirOrder) {
+  for (const auto& [type, name, isEntity, rows] : faces()) {
+    EXPECT_STREQ(type.name, name);
+    EXPECT_EQ(type.isEntity, isEntity) << name;
+    ASSERT_EQ(type.attributes.size(), rows.size()) << name;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      EXPECT_EQ(described(type.attributes[i]), rows[i]) << name;
+    }
+  }
+}
+
+TEST(TypeTableTest, NamesAreUniqueAndIndexesCountUp) {
+  for (const auto& [type, name, isEntity, rows] : faces()) {
+    std::set<std::string_view> names;
+    std::uint32_t index = isEntity ? 130 : 2;
+    for (const auto& row : type.attributes) {
+      EXPECT_TRUE(names.insert(row.name).second) << name << " " << row.name;
+      EXPECT_EQ(row.index, index++) << name << " " << row.name;
+      EXPECT_EQ(type.attribute(row.name), &row);
+    }
+  }
+}
+
+TEST(TypeTableTest, FecsAreKeyedByTheirOwnIdentifier) {
+  EXPECT_STREQ(Rova::RouteSorter::lumoType.attribute("fec")->internalKey, "fecId");
+  EXPECT_STREQ(Rova::Route6Sorter::lumoType.attribute("fec")->internalKey, "fecId");
+}
+
+TEST(RegistryTest, KnowsEveryTypeByItsName) {
+  for (const auto& [type, name, isEntity, rows] : faces())
+    EXPECT_EQ(Lumo::typeNode(name), &type) << name;
+}
+
+template <class Family>
+struct ByNameTest : testing::Test {
+  using SorterType = Rova::Sorter<Family>;
+  const Lumo::AttributeRecord& row(const char* name) const {
+    return *SorterType::lumoType.attribute(name);
+  }
+  Device device;
+};
+TYPED_TEST_SUITE(ByNameTest, Families, FamilyNames);
+
+TYPED_TEST(ByNameTest, ASorterIsReadAndCalledByName) {
+  using T = Texts<TypeParam>;
+  const auto fec = this->device.fec({via(T::hop, "Ethernet1")});
+  this->device.route(T::inside, T::Type::staticRoute, fec, {.metric = 20});
+  const auto sorter = openSorter<TypeParam>(this->device, {.prefix = T::host});
+  EXPECT_EQ(sorter->fwkType(), &Rova::Sorter<TypeParam>::lumoType);
+  const auto key = prefixOf<TypeParam>(T::inside);
+  EXPECT_EQ(Lumo::unwrap<typename TypeParam::Route>(
+                this->row("sortedRoute").readMember(sorter.ptr(), wrapAttrValue(key))),
+            sorter->sortedRoute(key));
+  EXPECT_EQ(this->row("fec").members(sorter.ptr()), 1u);
+  EXPECT_TRUE(this->row("fec").hasMember(sorter.ptr(), wrapAttrValue(fec)));
+  EXPECT_TRUE(Lumo::unwrap<bool>(this->row("initialized").read(sorter.ptr())));
+  EXPECT_EQ(Lumo::unwrap<typename TypeParam::Prefix>(
+                this->row("longestPrefixMatch").call(sorter.ptr(), {})),
+            key);
+  EXPECT_EQ(Lumo::unwrap<Lumo::String>(this->row("legend").call(sorter.ptr(), {})),
+            sorter->legend());
+  const std::vector<Lumo::Ptr<Lumo::GenericIf>> argument = {wrapAttrValue(key)};
+  EXPECT_EQ(
+      Lumo::unwrap<Lumo::String>(this->row("protocolString").call(sorter.ptr(), argument)).str(),
+      " S   ");
+  EXPECT_EQ(this->row("prefix").write, nullptr) << "a constructor argument is fixed";
+}
+
+TYPED_TEST(ByNameTest, LoadingAgainByNameCountsAgain) {
+  using T = Texts<TypeParam>;
+  this->device.route(T::wide, T::Type::staticRoute, this->device.fec({}));
+  const auto sorter = openSorter<TypeParam>(this->device);
+  EXPECT_FALSE(this->row("handleInitialized").call(sorter.ptr(), {}));
+  EXPECT_EQ(sorter->printCount(), 2);
+  EXPECT_EQ(sorter->sortedRoutes(), 1u);
+}
+
+TYPED_TEST(ByNameTest, ANullFecIsRefused) {
+  const auto sorter = openSorter<TypeParam>(this->device);
+  EXPECT_EQ(messageOf<Lumo::RangeException>([&] { sorter->fecIs(nullptr); }),
+            "null _fec parameter to mutator for " + std::string(TypeParam::sorterTypeName) +
+                "::fec not allowed\"");
+  EXPECT_EQ(sorter->fecs(), 0u);
+}
+
+TEST(SorterNameTest, TheFamiliesNameTheirSorters) {
+  EXPECT_STREQ(Rova::Ip4Family::sorterTypeName, "Rova::RouteSorter");
+  EXPECT_STREQ(Rova::Ip6Family::sorterTypeName, "Rova::Route6Sorter");
+}
+
+template <class Value>
+std::string streamed(const Value& value) {
+  std::ostringstream out;
+  out << value;
+  return out.str();
+}
+
+TEST(StrepTest, ACachedViaNamesItsStoredAttributes) {
+  Rova::CachedVia via;
+  via.hopIs(addr("10.0.0.1"));
+  via.intfIdIs(Kesh::IntfId(Lumo::String("Ethernet1")));
+  via.isBackupIs(true);
+  via.viaWeightIs("3");
+  via.viaIndexIs(7);
+  const std::string expected =
+      "Value('Rova::CachedVia', ** {'hop': " + valueToStrep(via.hop()).str() +
+      ", 'intfId': " + valueToStrep(via.intfId()).str() +
+      ", 'isBackup': " + valueToStrep(true).str() +
+      ", 'viaLabel': " + valueToStrep(via.viaLabel()).str() +
+      ", 'viaWeight': " + valueToStrep(via.viaWeight()).str() + ", 'viaIndex': 7})";
+  EXPECT_EQ(valueToStrep(via).str(), expected);
+  EXPECT_EQ(streamed(via), expected);
+  EXPECT_NE(expected.find("10.0.0.1"), std::string::npos);
+}
+
+TEST(StrepTest, ACachedNhgViaNamesItsStoredAttributes) {
+  Rova::CachedNhgVia via;
+  EXPECT_TRUE(!via);
+  via.nhgIdIs(5);
+  via.nhgNameIs("group");
+  EXPECT_FALSE(!via);
+  EXPECT_EQ(valueToStrep(via).str(),
+            "Value('Rova::CachedNhgVia', ** {'nhgId': " + valueToStrep(via.nhgId()).str() +
+                ", 'nhgName': " + valueToStrep(Lumo::String("group")).str() + "})");
+  EXPECT_EQ(streamed(via), valueToStrep(via).str());
+}
+
+} // namespace

@@ -1,0 +1,191 @@
+// The read view over every implementation: walks, detachment, corruption.
+#include "vanta/Implementations.h"
+#include "vanta/Records.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using namespace tables;
+using Lines = std::vector<std::string>;
+using Tembra::CorruptionDetectedException;
+
+/// A view whose events and debug lines are noted in one list.
+struct Watched {
+  explicit Watched(std::unique_ptr<RouteTable> table) : view(std::move(table), "routes") {
+    view.debug().sinkIs([this](std::string_view line) { events.emplace_back(line); });
+  }
+  void noteCallbacks() {
+    view.collectionReadyCallbackIs(
+        [this](RouteView&, bool ready) { events.push_back(ready ? "ready" : "not ready"); });
+    view.detachCallbackIs([this](RouteView&) { events.push_back("detached"); });
+  }
+  void handleCorruption() {
+    view.corruptionHandlerIs([this](RouteView&, const std::string&) { ++handled; });
+  }
+  RouteView view;
+  Lines events;
+  int handled = 0;
+};
+
+template <class Implementation>
+struct ViewTest : testing::Test {
+  static auto table(std::uint64_t corruptAt = 0) {
+    return Implementation::template make<Prefix, Route>(someRoutes(), corruptAt);
+  }
+};
+TYPED_TEST_SUITE(ViewTest, Implementations);
+
+TYPED_TEST(ViewTest, WalksAndLooksUp) {
+  const RouteView view(this->table(), "routes");
+  EXPECT_EQ(walked(view), sortedTexts);
+  bool found = false;
+  EXPECT_EQ(view.safeLookup(prefix("10.1.0.0/16"), found, 0)->metric, 3u);
+  EXPECT_TRUE(found);
+  EXPECT_EQ(*view.safeLookup(prefix("10.2.0.0/16"), found, 0), Route());
+  EXPECT_FALSE(found);
+}
+
+TYPED_TEST(ViewTest, AnIteratorOverAnEmptyTableIsAtTheEnd) {
+  const RouteView view(TypeParam::template make<Prefix, Route>({}), "routes");
+  EXPECT_FALSE(RouteView::IteratorConst(view));
+}
+
+TYPED_TEST(ViewTest, AWalkMovesOnFromAnyKey) {
+  const RouteView view(this->table(), "routes");
+  RouteView::IteratorConst it(view);
+  Route record;
+  ASSERT_TRUE(it.next(prefix("10.0.0.0/8"), record));
+  EXPECT_EQ(record.key, prefix("11.0.0.0/8"));
+  EXPECT_EQ(it.value().key, prefix("9.0.0.1/32")) << "the iterator's own copy changed";
+  EXPECT_FALSE(it.next(prefix("0.0.0.0/0"), record));
+}
+
+TYPED_TEST(ViewTest, DetachingEmptiesTheViewAndTellsEveryone) {
+  Watched watched(this->table());
+  watched.noteCallbacks();
+  const auto path = watched.view.implementation().rootPath().stringValue();
+  watched.view.debug().enabledIs(1, true);
+  watched.view.debug().enabledIs(5, true);
+  watched.view.detach();
+  EXPECT_EQ(watched.events,
+            (Lines{"VantaMap::detach() " + path,
+                   "VantaMap::collectionReadyIs() ready:0 notifying:0", "not ready", "detached"}));
+  watched.view.debug().enabledIs(5, false);
+  EXPECT_EQ(walked(watched.view), Lines());
+  bool found = true;
+  EXPECT_EQ(*watched.view.safeLookup(prefix("10.0.0.0/8"), found, 0), Route());
+  EXPECT_FALSE(found);
+  EXPECT_EQ(watched.view.members(), 0u);
+}
+
+TYPED_TEST(ViewTest, DebugLinesSayWhetherTheViewWasNotifying) {
+  Watched watched(this->table());
+  watched.noteCallbacks();
+  watched.view.notifyingIs(true);
+  watched.view.debug().enabledIs(5, true);
+  watched.view.detach();
+  EXPECT_EQ(watched.events.front(), "VantaMap::collectionReadyIs() ready:0 notifying:1");
+}
+
+TYPED_TEST(ViewTest, DetachingWithoutACallbackIsABadFunctionCall) {
+  Watched watched(this->table());
+  EXPECT_THROW(watched.view.detach(), std::bad_function_call);
+  EXPECT_EQ(walked(watched.view), Lines());
+}
+
+/// The message of the implementation itself.
+template <class Implementation>
+std::string corruptionMessage() {
+  const auto table = ViewTest<Implementation>::table(1);
+  bool found = false;
+  return messageOf<CorruptionDetectedException>(
+      [&] { table->lookup(prefix("10.0.0.0/8"), found, 0); });
+}
+
+TYPED_TEST(ViewTest, CorruptionAtAnyReadOfAWalkEndsItWhenAHandlerIsSet) {
+  for (std::size_t read = 1; read <= sortedTexts.size() + 1; ++read) {
+    Watched watched(this->table(read));
+    watched.noteCallbacks();
+    watched.handleCorruption();
+    const Lines before(sortedTexts.begin(), sortedTexts.begin() + static_cast<long>(read - 1));
+    EXPECT_EQ(walked(watched.view), before) << read;
+    EXPECT_EQ(watched.events, (Lines{"not ready", "detached"})) << read;
+    EXPECT_EQ(watched.handled, 1) << read;
+    EXPECT_EQ(walked(watched.view), Lines()) << "the table is not detached";
+  }
+}
+
+TYPED_TEST(ViewTest, CorruptionAtAnyReadOfAWalkReachesTheCallerWithoutAHandler) {
+  for (std::size_t read = 1; read <= sortedTexts.size() + 1; ++read) {
+    Watched watched(this->table(read));
+    watched.noteCallbacks();
+    const auto path = watched.view.implementation().rootPath().stringValue();
+    EXPECT_EQ(messageOf<CorruptionDetectedException>([&] { walked(watched.view); }),
+              "VantaMap::corruptionDetected() " + path + " " + corruptionMessage<TypeParam>());
+    EXPECT_EQ(watched.events, Lines()) << "it was detached";
+  }
+}
+
+TYPED_TEST(ViewTest, ACorruptLookupGivesTheDefaultAndLeavesFoundAlone) {
+  for (const bool before : {false, true}) {
+    Watched watched(this->table(1));
+    watched.noteCallbacks();
+    watched.handleCorruption();
+    bool found = before;
+    EXPECT_EQ(watched.view.safeLookup(prefix("10.0.0.0/8"), found, 0),
+              &watched.view.defaultValue());
+    EXPECT_EQ(found, before);
+    watched.view.safeLookup(prefix("10.0.0.0/8"), found, 0);
+    EXPECT_FALSE(found) << "a detached table has nothing";
+  }
+}
+
+TYPED_TEST(ViewTest, ACorruptLookupWithoutAHandlerRaises) {
+  const RouteView view(this->table(1), "routes");
+  bool found = false;
+  EXPECT_THROW(view.safeLookup(prefix("10.0.0.0/8"), found, 0), CorruptionDetectedException);
+}
+
+TYPED_TEST(ViewTest, CorruptionWithAHandlerButNoDetachCallbackIsABadFunctionCall) {
+  Watched watched(this->table(2));
+  watched.handleCorruption();
+  EXPECT_THROW(walked(watched.view), std::bad_function_call);
+}
+
+TYPED_TEST(ViewTest, CorruptionIsToldOnDebugLevelOne) {
+  Watched watched(this->table(1));
+  watched.view.debug().enabledIs(1, true);
+  const auto message = messageOf<CorruptionDetectedException>([&] { walked(watched.view); });
+  EXPECT_EQ(watched.events, Lines{message});
+}
+
+/// A folder for the life of a test.
+struct TemporaryFolder {
+  TemporaryFolder() {
+    char name[] = "/tmp/vanta-test-XXXXXX";
+    path = mkdtemp(name);
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(path); }
+  std::filesystem::path path;
+};
+
+TYPED_TEST(ViewTest, CorruptionLeavesAFileWhenAFolderIsSet) {
+  const TemporaryFolder folder;
+  Vanta::Util::corruptionFolderIs(folder.path);
+  Watched watched(this->table(3));
+  watched.noteCallbacks();
+  watched.handleCorruption();
+  walked(watched.view);
+  Vanta::Util::corruptionFolderIs("");
+  Lines contents;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {
+    std::getline(std::ifstream(entry.path()), contents.emplace_back());
+  }
+  ASSERT_EQ(contents.size(), 1u);
+  EXPECT_NE(contents[0].find(corruptionMessage<TypeParam>()), std::string::npos) << contents[0];
+}
+
+} // namespace
