@@ -23,12 +23,15 @@ typename Family::Route readRoute(const Sorter<Family>& sorter, const typename Fa
   return *sorter.routingStatus()->route.safeLookup(key, found, 0);
 }
 
+/// Whether a route may print by its FEC; one that is not captured does not stand in the way.
+bool forwards(const CachedFec* fec) { return !fec || fec->forwards(); }
+
 template <class Family>
 bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route,
-                 const CachedFec* fec) {
+                 bool fecForwards) {
   if (isNexthopGroup(route.routeType)) return true;
   if (route.fecId.isNull()) return false;
-  return !fec || fec->forwards() || sorter.detail();
+  return fecForwards || sorter.detail();
 }
 
 template <class Family>
@@ -45,13 +48,12 @@ bool isForeignReceiveRoute(const Sorter<Family>& sorter, const typename Family::
 }
 
 template <class Family>
-bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route,
-                 const CachedFec* fec) {
+bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route, bool fecForwards) {
   const auto type = route.routeType;
   if (isInvalid(type) || isAttached(type)) return true;
   if (isReceive(type)) {
     if (isForeignReceiveRoute(sorter, route)) return true;
-  } else if (!isPrintable(sorter, route, fec)) {
+  } else if (!isPrintable(sorter, route, fecForwards)) {
     return true;
   }
   if (isMartian(type) && !sorter.detail()) return true;
@@ -59,13 +61,32 @@ bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route,
   return false;
 }
 
+/// The captures of one selection, and what it asks of each FEC again for every route on it. The
+/// entities lie scattered over more memory than the processor caches; these answers fit.
+template <class Family>
+class Captures {
+ public:
+  explicit Captures(Sorter<Family>& sorter) : sorter_(sorter) {}
+
+  /// Captures the FEC unless that is done. \return whether routes on it may print.
+  bool capture(Vanta::Fib::FecId fecId) {
+    if (const bool* const known = forwards_.find(fecId)) return *known;
+    return forwards_.insertOrAssign(fecId, forwards(copyAdjacency(sorter_, fecId)));
+  }
+
+ private:
+  Sorter<Family>& sorter_;
+  Lumo::HashMap2018<Vanta::Fib::FecId, bool> forwards_;
+};
+
 template <class Family>
 void selectWholeTable(Sorter<Family>& sorter) {
   std::uint32_t steps = 0;
+  Captures captures(sorter);
   for (auto it = routesOf(sorter); it; it.next()) {
     const auto& route = it.value();
-    const CachedFec* const fec = copyAdjacency(sorter, route.fecId);
-    if (!filterRoute(sorter, route, fec)) sorter.sortedRouteIs(route.key, route);
+    const bool fecForwards = captures.capture(route.fecId);
+    if (!filterRoute(sorter, route, fecForwards)) sorter.sortedRouteIs(route.key, route);
     allowWatchdog(steps);
   }
 }
@@ -77,7 +98,7 @@ void selectLongerPrefixes(Sorter<Family>& sorter) {
   for (auto it = routesOf(sorter); it; it.next()) {
     const auto& route = it.value();
     if (!sorter.prefix().contains(route.key)) continue;
-    if (filterRoute(sorter, route, capturedFec(sorter, route))) continue;
+    if (filterRoute(sorter, route)) continue;
     copyAdjacency(sorter, route.fecId);
     sorter.sortedRouteIs(route.key, route);
   }
@@ -88,7 +109,7 @@ template <class Family>
 bool selectExactly(Sorter<Family>& sorter, const typename Family::Prefix& key) {
   const auto route = readRoute(sorter, key);
   if (route.fecId.isNull()) return false;
-  if (filterRoute(sorter, route, copyAdjacency(sorter, route.fecId))) return false;
+  if (filterRoute(sorter, route, forwards(copyAdjacency(sorter, route.fecId)))) return false;
   sorter.sortedRouteIs(key, route);
   return true;
 }
@@ -129,12 +150,12 @@ void filterPrefixes(Sorter<Family>& sorter) {
 
 template <class Family>
 bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route) {
-  return filterRoute(sorter, route, capturedFec(sorter, route));
+  return filterRoute(sorter, route, forwards(capturedFec(sorter, route)));
 }
 
 template <class Family>
 bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route) {
-  return isPrintable(sorter, route, capturedFec(sorter, route));
+  return isPrintable(sorter, route, forwards(capturedFec(sorter, route)));
 }
 
 template <class Family>
