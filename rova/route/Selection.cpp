@@ -1,5 +1,6 @@
 #include "rova/route/Selection.h"
 
+#include "FecAnswers.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/FecCapture.h"
 #include "rova/fec/FecRows.h"
@@ -61,31 +62,14 @@ bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route, bo
   return false;
 }
 
-/// The captures of one selection, and what it asks of each FEC again for every route on it. The
-/// entities lie scattered over more memory than the processor caches; these answers fit.
-template <class Family>
-class Captures {
- public:
-  explicit Captures(Sorter<Family>& sorter) : sorter_(sorter) {}
-
-  /// Captures the FEC unless that is done. \return whether routes on it may print.
-  bool capture(Vanta::Fib::FecId fecId) {
-    if (const bool* const known = forwards_.find(fecId)) return *known;
-    return forwards_.insertOrAssign(fecId, forwards(copyAdjacency(sorter_, fecId)));
-  }
-
- private:
-  Sorter<Family>& sorter_;
-  Lumo::HashMap2018<Vanta::Fib::FecId, bool> forwards_;
-};
-
 template <class Family>
 void selectWholeTable(Sorter<Family>& sorter) {
   std::uint32_t steps = 0;
-  Captures captures(sorter);
+  FecAnswers answers;
   for (auto it = routesOf(sorter); it; it.next()) {
     const auto& route = it.value();
-    const bool fecForwards = captures.capture(route.fecId);
+    const bool fecForwards =
+        answers.answer(route.fecId, [&] { return forwards(copyAdjacency(sorter, route.fecId)); });
     if (!filterRoute(sorter, route, fecForwards)) sorter.sortedRouteIs(route.key, route);
     allowWatchdog(steps);
   }
