@@ -1,10 +1,10 @@
 #include "rova/route/Render.h"
 
+#include "FecLook.h"
 #include "lumo/Assert.h"
 #include "lumo/System.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/FecCapture.h"
-#include "rova/fec/FecRows.h"
 #include "rova/route/RouteLine.h"
 #include "rova/route/Selection.h"
 
@@ -12,7 +12,6 @@ namespace Rova {
 
 namespace {
 
-using Tunnel::TunnelTable::TunnelKind;
 using Vrf::VrfIdMap::VrfId;
 
 /// Above this share of its buffer, in percent, the printer is flushed after a route.
@@ -45,7 +44,7 @@ class Listing {
   using Route = typename Family::Route;
 
   Listing(Sorter<Family>& sorter, scrivo::Printer& printer)
-      : sorter_(sorter), printer_(printer), lines_(printer, lineOptions(sorter)) {}
+      : sorter_(sorter), printer_(printer), lines_(printer, lineOptions(sorter)), looks_(sorter) {}
 
   void print() {
     const double start = Lumo::System::currentTime();
@@ -84,13 +83,12 @@ class Listing {
   bool isKernelProgrammed(const Prefix& prefix) const;
   void printMissingFec(const Route& route);
   void buildGroups(CachedFec& fec);
-  bool printsDirectly(const CachedFec& fec) const;
-  void printDirect(const Route& route, CachedFec& fec, RouteLine& line);
-  const DirectViaText& directText(CachedFec& fec, const CachedVia& via) const;
+  void printDirect(const Route& route, FecLook& look);
 
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
   RouteLinePrinter lines_;
+  FecLooks<Family> looks_;
   bool groupNamesBuilt_ = false;
   VrfId lastSrcVrf_{VrfId::none};
   Lumo::String lastSrcVrfName_;
@@ -213,20 +211,21 @@ template <class Family>
 void Listing<Family>::printRoute(const Route& route) {
   ROVA_TRACE(8, "bool Rova::printRoute(" << Family::sorterTypeName << ", Route, scrivo::Printer)");
   const auto type = route.routeType;
-  if (!isReceive(type) && !isPrintable(sorter_, route)) return;
+  FecLook& look = looks_.look(route.fecId);
+  if (!isReceive(type) && !isPrintable(sorter_, route, look.forwards)) return;
   if (!protocolMatch(route, sorter_.protocol())) return;
-  CachedFec* const fec = sorter_.fec(route.fecId).ptr();
-  if (!fec) return printMissingFec(route);
+  if (!look.fec) return printMissingFec(route);
+  if (look.isDirect && !isNexthopGroup(type)) return printDirect(route, look);
 
-  RouteLine line = lineOf(route);
-  line.fec = fec;
-  if (isNexthopGroup(type) || fec->isNexthopGroup()) {
-    buildGroups(*fec);
-  } else if (!fec->isSrTePolicy() && fec->vias() != 0) {
-    if (printsDirectly(*fec)) return printDirect(route, *fec, line);
-    buildRows(sorter_, *fec, route.key);
-    if (fec->numEntries() == 0 && filtersByInterface(sorter_)) return;
+  CachedFec& fec = *look.fec;
+  if (isNexthopGroup(type) || fec.isNexthopGroup()) {
+    buildGroups(fec);
+  } else if (!fec.isSrTePolicy() && fec.vias() != 0) {
+    buildRows(sorter_, fec, route.key);
+    if (fec.numEntries() == 0 && filtersByInterface(sorter_)) return;
   }
+  RouteLine line = lineOf(route);
+  line.fec = &fec;
   lines_.printFormatRoute(type, line);
 }
 
@@ -288,30 +287,14 @@ void Listing<Family>::buildGroups(CachedFec& fec) {
   if (fec.nhgVias() == 0) buildNexthopGroupRows(sorter_, fec);
 }
 
-/// Whether a FEC's only via is printed without a row.
+/// Prints straight from the FEC's look. The line needs no more of the FEC: there are no rows.
 template <class Family>
-bool Listing<Family>::printsDirectly(const CachedFec& fec) const {
-  if (fec.vias() != 1) return false;
-  const auto tunnel = fec.viaMap().begin()->first.tunnelId();
-  return tunnel.isNull() || tunnel.kind() == TunnelKind::staticInterface ||
-         (Family::printsSingleEvpnViaDirectly && tunnel.kind() == TunnelKind::evpnVxlan);
-}
-
-template <class Family>
-const DirectViaText& Listing<Family>::directText(CachedFec& fec, const CachedVia& via) const {
-  if (!fec.directVia) fec.directVia = std::make_unique<DirectViaText>(viaTexts(sorter_, via));
-  return *fec.directVia;
-}
-
-template <class Family>
-void Listing<Family>::printDirect(const Route& route, CachedFec& fec, RouteLine& line) {
-  const CachedVia& via = fec.viaMap().begin()->first;
-  const bool isEvpn = via.tunnelId().kind() == TunnelKind::evpnVxlan;
-  const DirectViaText& text = directText(fec, via);
-  if (isEvpn && !text.evpnEntry.isSet()) return;
-  if (isOtherInterface(sorter_, isEvpn ? Kesh::IntfId() : via.intfId())) return;
-  line.via = &text;
-  if (isReceive(route.routeType) && text.interface.empty()) {
+void Listing<Family>::printDirect(const Route& route, FecLook& look) {
+  looks_.makeText(look);
+  if (look.isHidden) return;
+  RouteLine line = lineOf(route);
+  line.via = &look.text;
+  if (isReceive(route.routeType) && look.text.interface.empty()) {
     ownInterfaceText_ = ownInterface(route).stringValue();
     line.ownInterface = ownInterfaceText_.c_str();
   }

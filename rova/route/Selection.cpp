@@ -28,14 +28,6 @@ typename Family::Route readRoute(const Sorter<Family>& sorter, const typename Fa
 bool forwards(const CachedFec* fec) { return !fec || fec->forwards(); }
 
 template <class Family>
-bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route,
-                 bool fecForwards) {
-  if (isNexthopGroup(route.routeType)) return true;
-  if (route.fecId.isNull()) return false;
-  return fecForwards || sorter.detail();
-}
-
-template <class Family>
 const CachedFec* capturedFec(const Sorter<Family>& sorter, const typename Family::Route& route) {
   return sorter.fec(route.fecId).ptr();
 }
