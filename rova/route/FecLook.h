@@ -29,6 +29,9 @@ class FecLooks {
     return looks_.insertOrAssign(fecId, makeLook(sorter_.fec(fecId).ptr()));
   }
 
+  /// Tells that the FEC will be looked at soon.
+  [[gnu::always_inline]] void expect(Vanta::Fib::FecId fecId) const { looks_.prefetch(fecId); }
+
   /// Makes the text of a direct look, unless that is done.
   void makeText(FecLook& look) const {
     if (look.hasText) return;
