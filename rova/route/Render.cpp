@@ -280,8 +280,8 @@ bool Listing<Family>::isKernelProgrammed(const Prefix& prefix) const {
   const auto& status = sorter_.kernelUnprogrammedRoute();
   if (!status) return true;
   bool found = false;
-  return *Family::kernelErrors(*status).safeLookup(prefix, found, 0) ==
-         typename Family::KernelError();
+  const auto* const error = Family::kernelErrors(*status).safeLookup(prefix, found, 0);
+  return !found || *error == typename Family::KernelError();
 }
 
 template <class Family>
