@@ -19,13 +19,10 @@ String::String(std::string_view text) {
   body_->text()[text.size()] = '\0';
 }
 
-void String::retain() const noexcept {
-  if (body_) countUp(body_->references);
-}
+void String::retain() const noexcept { countUp(body_->references); }
 
 void String::release() noexcept {
-  if (body_ && countDown(body_->references) == 0) ::operator delete(body_);
-  body_ = nullptr;
+  if (countDown(body_->references) == 0) ::operator delete(body_);
 }
 
 String quoted(std::string_view text) {

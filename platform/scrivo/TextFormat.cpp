@@ -74,6 +74,7 @@ class FormatPrinter {
 
   /// \return the place behind the slot.
   const char* printSlot(const char* at) {
+    if (next_ != end_ && printBareSlot(*at, *next_)) return ++next_, at + 1;
     Slot slot;
     const char* const behind = readSlot(at, slot);
     if (!behind) fail();
@@ -82,6 +83,28 @@ class FormatPrinter {
     if (next_ == end_ || !fits(slot, next_->tag())) fail();
     printWord(slot, *next_++);
     return behind;
+  }
+
+  /// Most slots are "%s", "%d" or "%u" over a word of just that kind: they pass by the reading of
+  /// flags and the layout of fields, which cost more than the printing. \return false for another.
+  bool printBareSlot(char conversion, const AttrWord& word) {
+    if (conversion == 's' && word.tag() == Tag::text) {
+      out_.put(textOf(word, Slot::none));
+    } else if (conversion == 'u' && word.tag() == Tag::uint32) {
+      printBareInteger(false, static_cast<std::uint32_t>(word.bits()));
+    } else if (conversion == 'd' && word.tag() == Tag::int32) {
+      const std::int64_t number = static_cast<std::int32_t>(word.bits());
+      printBareInteger(number < 0, static_cast<std::uint64_t>(number < 0 ? -number : number));
+    } else {
+      return false;
+    }
+    return true;
+  }
+
+  void printBareInteger(bool isNegative, std::uint64_t magnitude) {
+    char* const at = out_.reserve(integerRoom);
+    *at = '-';
+    out_.commit(std::to_chars(at + isNegative, at + integerRoom, magnitude).ptr);
   }
 
   /// A negative width is a width with the flag `-`; a negative precision is none.
@@ -114,11 +137,6 @@ class FormatPrinter {
     }
   }
 
-  // Most slots are bare, "%s" or "%d": they pass by the layout of fields.
-  void printText(const Slot& slot, std::string_view text) {
-    slot.width == Slot::none ? out_.put(text) : printField(slot, {.body = text});
-  }
-
   void printCharacter(const Slot& slot, char character) {
     printField(slot, {.body = std::string_view(&character, 1)});
   }
@@ -136,9 +154,7 @@ class FormatPrinter {
 
   void printInteger(const Slot& slot, bool isNegative, std::uint64_t magnitude) {
     if (slot.isBare() && (slot.conversion == 'd' || slot.conversion == 'u')) {
-      char* const at = out_.reserve(integerRoom);
-      *at = '-';
-      return out_.commit(std::to_chars(at + isNegative, at + integerRoom, magnitude).ptr);
+      return printBareInteger(isNegative, magnitude);
     }
     char digits[integerRoom];
     const bool isHex = (slot.conversion | 0x20) == 'x';

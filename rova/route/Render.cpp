@@ -1,10 +1,10 @@
 #include "rova/route/Render.h"
 
+#include "FecLook.h"
 #include "lumo/Assert.h"
 #include "lumo/System.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/FecCapture.h"
-#include "rova/fec/FecRows.h"
 #include "rova/route/RouteLine.h"
 #include "rova/route/Selection.h"
 
@@ -12,7 +12,6 @@ namespace Rova {
 
 namespace {
 
-using Tunnel::TunnelTable::TunnelKind;
 using Vrf::VrfIdMap::VrfId;
 
 /// Above this share of its buffer, in percent, the printer is flushed after a route.
@@ -45,7 +44,7 @@ class Listing {
   using Route = typename Family::Route;
 
   Listing(Sorter<Family>& sorter, scrivo::Printer& printer)
-      : sorter_(sorter), printer_(printer), lines_(printer, lineOptions(sorter)) {}
+      : sorter_(sorter), printer_(printer), lines_(printer, lineOptions(sorter)), looks_(sorter) {}
 
   void print() {
     const double start = Lumo::System::currentTime();
@@ -54,11 +53,7 @@ class Listing {
     printer_.addFrills("%s\n", sorter_.legend());
     printDefaultRoute();
     printer_.ioflush();
-    for (auto at = sorter_.sortedRouteMap().cursor(); at; at.next()) {
-      const Route* const route = at.value();
-      printRoute(route ? *route : Route());
-      if (printer_.fullness() > flushAbove) printer_.ioflush();
-    }
+    printRoutes();
     printer_.endDict();
     printer_.addFrills("\n");
     if (sorter_.quantify() != 0.0) printTiming(start);
@@ -76,6 +71,7 @@ class Listing {
   void printGateway(std::string_view state, const Route& route);
   void printDefaultRoute();
 
+  void printRoutes();
   void printRoute(const Route& route);
   Kesh::IntfId ownInterface(const Route& route) const;
   RouteLine lineOf(const Route& route);
@@ -84,13 +80,12 @@ class Listing {
   bool isKernelProgrammed(const Prefix& prefix) const;
   void printMissingFec(const Route& route);
   void buildGroups(CachedFec& fec);
-  bool printsDirectly(const CachedFec& fec) const;
-  void printDirect(const Route& route, CachedFec& fec, RouteLine& line);
-  const DirectViaText& directText(CachedFec& fec, const CachedVia& via) const;
+  void printDirect(const Route& route, FecLook& look);
 
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
   RouteLinePrinter lines_;
+  FecLooks<Family> looks_;
   bool groupNamesBuilt_ = false;
   VrfId lastSrcVrf_{VrfId::none};
   Lumo::String lastSrcVrfName_;
@@ -209,24 +204,39 @@ void Listing<Family>::printDefaultRoute() {
   sorter_.sortedRouteDel(defaultPrefix<Family>());
 }
 
+/// The second place runs one route ahead, so that the FEC of the next route is on its way from
+/// memory while this one prints.
+template <class Family>
+void Listing<Family>::printRoutes() {
+  auto ahead = sorter_.sortedRouteMap().cursor();
+  for (auto at = sorter_.sortedRouteMap().cursor(); at; at.next()) {
+    if (ahead) ahead.next();
+    if (ahead && ahead.value()) looks_.expect(ahead.value()->fecId);
+    const Route* const route = at.value();
+    printRoute(route ? *route : Route());
+    if (printer_.fullness() > flushAbove) printer_.ioflush();
+  }
+}
+
 template <class Family>
 void Listing<Family>::printRoute(const Route& route) {
   ROVA_TRACE(8, "bool Rova::printRoute(" << Family::sorterTypeName << ", Route, scrivo::Printer)");
   const auto type = route.routeType;
-  if (!isReceive(type) && !isPrintable(sorter_, route)) return;
+  FecLook& look = looks_.look(route.fecId);
+  if (!isReceive(type) && !isPrintable(sorter_, route, look.forwards)) return;
   if (!protocolMatch(route, sorter_.protocol())) return;
-  CachedFec* const fec = sorter_.fec(route.fecId).ptr();
-  if (!fec) return printMissingFec(route);
+  if (!look.fec) return printMissingFec(route);
+  if (look.isDirect && !isNexthopGroup(type)) return printDirect(route, look);
 
-  RouteLine line = lineOf(route);
-  line.fec = fec;
-  if (isNexthopGroup(type) || fec->isNexthopGroup()) {
-    buildGroups(*fec);
-  } else if (!fec->isSrTePolicy() && fec->vias() != 0) {
-    if (printsDirectly(*fec)) return printDirect(route, *fec, line);
-    buildRows(sorter_, *fec, route.key);
-    if (fec->numEntries() == 0 && filtersByInterface(sorter_)) return;
+  CachedFec& fec = *look.fec;
+  if (isNexthopGroup(type) || fec.isNexthopGroup()) {
+    buildGroups(fec);
+  } else if (!fec.isSrTePolicy() && fec.vias() != 0) {
+    buildRows(sorter_, fec, route.key);
+    if (fec.numEntries() == 0 && filtersByInterface(sorter_)) return;
   }
+  RouteLine line = lineOf(route);
+  line.fec = &fec;
   lines_.printFormatRoute(type, line);
 }
 
@@ -270,8 +280,8 @@ bool Listing<Family>::isKernelProgrammed(const Prefix& prefix) const {
   const auto& status = sorter_.kernelUnprogrammedRoute();
   if (!status) return true;
   bool found = false;
-  return *Family::kernelErrors(*status).safeLookup(prefix, found, 0) ==
-         typename Family::KernelError();
+  const auto* const error = Family::kernelErrors(*status).safeLookup(prefix, found, 0);
+  return !found || *error == typename Family::KernelError();
 }
 
 template <class Family>
@@ -288,30 +298,14 @@ void Listing<Family>::buildGroups(CachedFec& fec) {
   if (fec.nhgVias() == 0) buildNexthopGroupRows(sorter_, fec);
 }
 
-/// Whether a FEC's only via is printed without a row.
+/// Prints straight from the FEC's look. The line needs no more of the FEC: there are no rows.
 template <class Family>
-bool Listing<Family>::printsDirectly(const CachedFec& fec) const {
-  if (fec.vias() != 1) return false;
-  const auto tunnel = fec.viaMap().begin()->first.tunnelId();
-  return tunnel.isNull() || tunnel.kind() == TunnelKind::staticInterface ||
-         (Family::printsSingleEvpnViaDirectly && tunnel.kind() == TunnelKind::evpnVxlan);
-}
-
-template <class Family>
-const DirectViaText& Listing<Family>::directText(CachedFec& fec, const CachedVia& via) const {
-  if (!fec.directVia) fec.directVia = std::make_unique<DirectViaText>(viaTexts(sorter_, via));
-  return *fec.directVia;
-}
-
-template <class Family>
-void Listing<Family>::printDirect(const Route& route, CachedFec& fec, RouteLine& line) {
-  const CachedVia& via = fec.viaMap().begin()->first;
-  const bool isEvpn = via.tunnelId().kind() == TunnelKind::evpnVxlan;
-  const DirectViaText& text = directText(fec, via);
-  if (isEvpn && !text.evpnEntry.isSet()) return;
-  if (isOtherInterface(sorter_, isEvpn ? Kesh::IntfId() : via.intfId())) return;
-  line.via = &text;
-  if (isReceive(route.routeType) && text.interface.empty()) {
+void Listing<Family>::printDirect(const Route& route, FecLook& look) {
+  looks_.makeText(look);
+  if (look.isHidden) return;
+  RouteLine line = lineOf(route);
+  line.via = &look.text;
+  if (isReceive(route.routeType) && look.text.interface.empty()) {
     ownInterfaceText_ = ownInterface(route).stringValue();
     line.ownInterface = ownInterfaceText_.c_str();
   }

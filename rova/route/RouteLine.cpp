@@ -12,6 +12,7 @@ namespace {
 /// Columns of the head: a mark, the code with its blanks, a mark.
 constexpr unsigned headColumns = 10;
 constexpr unsigned codeColumns = 8;
+constexpr char blanks[codeColumns + 1] = "        ";
 constexpr unsigned leakMarkColumns = 2;
 /// Where the vias of the IPv6 form stand.
 constexpr const char* ownLineVia = "\n           via";
@@ -153,11 +154,10 @@ void RouteLinePrinter::printHead(const Subject& route) {
   kernelProgrammed_.setValue(line.kernelProgrammed);
   routeLeaked_.setValue(line.routeLeaked);
   printer_.startDictEntry(prefix_);
-  printer_.addAttributes("%s%s", 2, hardwareProgrammed_.getArg(), routeType_.getArg());
-  printer_.addAttributes("%s", 1, routeLeaked_.getArg());
-  printer_.addAttributes("%s", 1, kernelProgrammed_.getArg());
+  printer_.addAttributes("%s%s%s%s", 4, hardwareProgrammed_.getArg(), routeType_.getArg(),
+                         routeLeaked_.getArg(), kernelProgrammed_.getArg());
   const auto columns = codeColumns - (line.routeLeaked ? leakMarkColumns : 0) - route.code.size();
-  printer_.addFrills("%*s%s", static_cast<int>(columns), "", route.prefixText);
+  printer_.addFrills("%s%s", std::string_view(blanks, columns), route.prefixText);
 }
 
 /// The note on a leaked route, without the blank that each form puts before or behind it.

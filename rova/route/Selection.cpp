@@ -1,5 +1,6 @@
 #include "rova/route/Selection.h"
 
+#include "FecAnswers.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/FecCapture.h"
 #include "rova/fec/FecRows.h"
@@ -23,13 +24,8 @@ typename Family::Route readRoute(const Sorter<Family>& sorter, const typename Fa
   return *sorter.routingStatus()->route.safeLookup(key, found, 0);
 }
 
-template <class Family>
-bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route,
-                 const CachedFec* fec) {
-  if (isNexthopGroup(route.routeType)) return true;
-  if (route.fecId.isNull()) return false;
-  return !fec || fec->forwards() || sorter.detail();
-}
+/// Whether a route may print by its FEC; one that is not captured does not stand in the way.
+bool forwards(const CachedFec* fec) { return !fec || fec->forwards(); }
 
 template <class Family>
 const CachedFec* capturedFec(const Sorter<Family>& sorter, const typename Family::Route& route) {
@@ -45,13 +41,12 @@ bool isForeignReceiveRoute(const Sorter<Family>& sorter, const typename Family::
 }
 
 template <class Family>
-bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route,
-                 const CachedFec* fec) {
+bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route, bool fecForwards) {
   const auto type = route.routeType;
   if (isInvalid(type) || isAttached(type)) return true;
   if (isReceive(type)) {
     if (isForeignReceiveRoute(sorter, route)) return true;
-  } else if (!isPrintable(sorter, route, fec)) {
+  } else if (!isPrintable(sorter, route, fecForwards)) {
     return true;
   }
   if (isMartian(type) && !sorter.detail()) return true;
@@ -62,10 +57,12 @@ bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route,
 template <class Family>
 void selectWholeTable(Sorter<Family>& sorter) {
   std::uint32_t steps = 0;
+  FecAnswers answers;
   for (auto it = routesOf(sorter); it; it.next()) {
     const auto& route = it.value();
-    const CachedFec* const fec = copyAdjacency(sorter, route.fecId);
-    if (!filterRoute(sorter, route, fec)) sorter.sortedRouteIs(route.key, route);
+    const bool fecForwards =
+        answers.answer(route.fecId, [&] { return forwards(copyAdjacency(sorter, route.fecId)); });
+    if (!filterRoute(sorter, route, fecForwards)) sorter.sortedRouteIs(route.key, route);
     allowWatchdog(steps);
   }
 }
@@ -77,7 +74,7 @@ void selectLongerPrefixes(Sorter<Family>& sorter) {
   for (auto it = routesOf(sorter); it; it.next()) {
     const auto& route = it.value();
     if (!sorter.prefix().contains(route.key)) continue;
-    if (filterRoute(sorter, route, capturedFec(sorter, route))) continue;
+    if (filterRoute(sorter, route)) continue;
     copyAdjacency(sorter, route.fecId);
     sorter.sortedRouteIs(route.key, route);
   }
@@ -88,7 +85,7 @@ template <class Family>
 bool selectExactly(Sorter<Family>& sorter, const typename Family::Prefix& key) {
   const auto route = readRoute(sorter, key);
   if (route.fecId.isNull()) return false;
-  if (filterRoute(sorter, route, copyAdjacency(sorter, route.fecId))) return false;
+  if (filterRoute(sorter, route, forwards(copyAdjacency(sorter, route.fecId)))) return false;
   sorter.sortedRouteIs(key, route);
   return true;
 }
@@ -129,12 +126,12 @@ void filterPrefixes(Sorter<Family>& sorter) {
 
 template <class Family>
 bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route) {
-  return filterRoute(sorter, route, capturedFec(sorter, route));
+  return filterRoute(sorter, route, forwards(capturedFec(sorter, route)));
 }
 
 template <class Family>
 bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route) {
-  return isPrintable(sorter, route, capturedFec(sorter, route));
+  return isPrintable(sorter, route, forwards(capturedFec(sorter, route)));
 }
 
 template <class Family>

@@ -62,6 +62,17 @@ class HashMap2018 {
   }
   Value* find(const Key& key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
 
+  /// Has the processor fetch the key's member ahead of a `find`. No effect but on time; as a call
+  /// without effect g++ would drop it, were it not inlined.
+  [[gnu::always_inline]] void prefetch(const Key& key) const {
+    if (!body_ || body_->index.empty()) return;
+    const std::uint32_t place = body_->index[slot(key, body_->index.size() - 1)];
+    if (place == 0) return;
+    constexpr std::size_t cacheLine = 64;
+    const auto* const member = reinterpret_cast<const char*>(&body_->members[place - 1]);
+    for (std::size_t at = 0; at < sizeof(Member); at += cacheLine) __builtin_prefetch(member + at);
+  }
+
   Value& insertOrAssign(const Key& key, Value value) {
     if (Value* const present = find(key)) return *present = std::move(value);
     Body& body = this->body();

@@ -20,14 +20,18 @@ class LUMO_EXPORT String {
   String(const char* text) : String(text ? std::string_view(text) : std::string_view()) {}
   String(const std::string& text) : String(std::string_view(text)) {}
   explicit String(std::string_view text);
-  String(const String& other) noexcept : body_(other.body_) { retain(); }
+  String(const String& other) noexcept : body_(other.body_) {
+    if (body_) retain();
+  }
   String(String&& other) noexcept : body_(other.body_) { other.body_ = nullptr; }
   String& operator=(const String& other) noexcept { return *this = String(other); }
   String& operator=(String&& other) noexcept {
     std::swap(body_, other.body_);
     return *this;
   }
-  ~String() { release(); }
+  ~String() {
+    if (body_) release();
+  }
 
   const char* c_str() const { return body_ ? body_->text() : ""; }
   std::size_t bytes() const { return body_ ? body_->length : 0; }
@@ -53,6 +57,7 @@ class LUMO_EXPORT String {
     const char* text() const { return reinterpret_cast<const char*>(this + 1); }
     char* text() { return reinterpret_cast<char*>(this + 1); }
   };
+  // Both are for a string that has a body; most that are copied and dropped have none.
   void retain() const noexcept;
   void release() noexcept;
 

@@ -71,11 +71,14 @@ class LUMO_EXPORT TraceHelper {
 } // namespace Lumo
 
 /// A trace point: `text` is a chain for a stream ("a " << b), not evaluated while the level is off.
+/// The test stands ahead of the buffer, which the compiler clears, all 400 bytes of it.
 #define LUMO_TRACE(handle, level, source, text)                                                   \
   do {                                                                                             \
+    const ::Lumo::TraceHandle& lumoTraceHandle = handle;                                           \
+    if (!lumoTraceHandle.enabled(level)) break;                                                    \
     ::Lumo::TraceHelper::Buffer lumoTraceBuffer;                                                   \
     if (auto* lumoTrace =                                                                          \
-            ::Lumo::TraceHelper::createIfEnabled(handle, level, lumoTraceBuffer)) {                \
+            ::Lumo::TraceHelper::createIfEnabled(lumoTraceHandle, level, lumoTraceBuffer)) {       \
       lumoTrace->stream() << text;                                                                 \
       lumoTrace->trace(source, __LINE__, __func__);                                                \
     }                                                                                              \

@@ -3,18 +3,20 @@
 
 #include "rova/fec/CachedVia.h"
 
-#include <memory>
+#include <string>
 
 namespace Rova {
 
-/// Texts of a FEC's single via, for routes that print straight from it; made at the first of them.
+/// The texts that a via shows. The two that every line has stand inside, so that a line printed
+/// straight from a FEC reads one place in memory; a standard string holds an IPv4 address without
+/// an allocation.
 struct DirectViaText {
-  Lumo::String nexthopAddr;
-  Lumo::String interface;
+  std::string nexthopAddr;
+  std::string interface;
+  Kesh::MplsLabel label;
   Lumo::String interfaceDescription;
   Tunnel::TunnelTable::EvpnVxlanTunnelEntry evpnEntry;
   Tunnel::CliSupport::CachedStaticIntfTunnelInfo staticIntfTunInfo;
-  Kesh::MplsLabel label;
 };
 
 /// A FEC as captured, and the rows that its vias print as. One entity serves all routes on the FEC:
@@ -56,9 +58,6 @@ class ROVA_EXPORT CachedFec : public Lumo::PtrInterface {
   bool isSrTePolicy() const;
   /// Whether some via has an interface, or the FEC has no via at all.
   bool forwards() const;
-
-  /// What the printing of routes keeps beside the attributes; not part of the entity's face.
-  std::unique_ptr<DirectViaText> directVia;
 };
 
 /// A FEC with that identifier and everything else at its default.

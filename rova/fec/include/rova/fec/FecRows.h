@@ -65,10 +65,10 @@ DirectViaText viaTexts(const Sorter& sorter, const CachedVia& via) {
   if (Tunnel::TunnelTable::EvpnVxlanTunnelTable::isValidEvpnIntf(via.intfId())) {
     text.evpnEntry = sorter.evpnVxlanTunnelTable()->entry(tunnel);
   } else {
-    text.interface = via.intfId().stringValue();
+    text.interface = via.intfId().stringValue().view();
   }
   if (tunnel.isNull() || !via.hop().isAddrZero() || staticTunnel) {
-    text.nexthopAddr = via.hop().stringValue();
+    text.nexthopAddr = via.hop().stringValue().view();
   }
   return text;
 }

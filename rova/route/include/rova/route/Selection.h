@@ -19,6 +19,16 @@ bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route);
 template <class Family>
 bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route);
 
+/// The same where it is known whether the FEC is missing, has no via, or has one that leads
+/// somewhere.
+template <class Family>
+bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& route,
+                 bool fecForwards) {
+  if (isNexthopGroup(route.routeType)) return true;
+  if (route.fecId.isNull()) return false;
+  return fecForwards || sorter.detail();
+}
+
 /// Whether the table of routes missing from the kernel holds any entry of the sorter's family.
 template <class Family>
 bool kernelUnprogrammedRoutes(const Sorter<Family>& sorter);

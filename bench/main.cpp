@@ -1,0 +1,77 @@
+// What a listing costs: `bench_listing measure --routes 1000000` prints one JSON object.
+// scripts/bench runs the cases, each in a process of its own, and makes a table of them.
+#include "Case.h"
+#include "Generator.h"
+
+#include <charconv>
+#include <cstring>
+#include <iostream>
+#include <stdexcept>
+
+namespace {
+
+constexpr const char* usage =
+    "usage: bench_listing measure|text|json|snapshot [--ip6] [--routes N] [--repeats N]\n"
+    "                     [--prefixes FILE]\n";
+
+/// Above it a table no longer fits into the memory of common machines.
+constexpr std::size_t mostRoutes = 20000000;
+
+std::size_t number(const std::string& option, const std::string& text, std::size_t most) {
+  std::size_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  if (!whole || value == 0 || value > most) {
+    throw std::runtime_error(option + ": found \"" + text + "\", expected a number from 1 to " +
+                             std::to_string(most));
+  }
+  return value;
+}
+
+bench::CaseOptions parse(const std::vector<std::string>& words) {
+  bench::CaseOptions options;
+  for (std::size_t at = 0; at < words.size(); ++at) {
+    if (words[at] == "--ip6") {
+      options.ip6 = true;
+      continue;
+    }
+    if (at + 1 == words.size())
+      throw std::runtime_error(words[at] + ": expected a value behind it");
+    const std::string& value = words[at + 1];
+    if (words[at] == "--routes") {
+      options.routes = number(words[at], value, mostRoutes);
+    } else if (words[at] == "--repeats") {
+      options.repeats = static_cast<int>(number(words[at], value, 100));
+    } else if (words[at] == "--prefixes") {
+      options.prefixFile = value;
+      options.ip6 = bench::holdsIp6Prefixes(value);
+    } else {
+      throw std::runtime_error(words[at] + ": is no option\n" + usage);
+    }
+    ++at;
+  }
+  return options;
+}
+
+void run(const std::string& what, const bench::CaseOptions& options) {
+  if (what == "measure") {
+    std::cout << bench::toJson(options, bench::measure(options)) << std::endl;
+  } else if (what == "text" || what == "json" || what == "snapshot") {
+    bench::writeOutput(options, what);
+  } else {
+    throw std::runtime_error(what + ": is nothing to do\n" + usage);
+  }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  try {
+    if (argc < 2) throw std::runtime_error(usage);
+    run(argv[1], parse({argv + 2, argv + argc}));
+    return 0;
+  } catch (const std::exception& error) {
+    std::cerr << "bench_listing: " << error.what() << "\n";
+    return 1;
+  }
+}

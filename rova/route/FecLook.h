@@ -1,0 +1,70 @@
+// What a listing works out of a FEC at the first route on it and needs again for every other. The
+// answers and texts of a FEC stand in one place here; the entity with its vias takes six cache
+// misses a route to ask.
+#pragma once
+
+#include "rova/fec/FecRows.h"
+#include "rova/route/Sorter.h"
+
+namespace Rova {
+
+struct FecLook {
+  CachedFec* fec = nullptr; ///< null for one that was not captured
+  bool forwards = true;     ///< whether a route on it may print outside a detail listing
+  bool isDirect = false;    ///< whether its only via prints without a row
+  bool hasText = false;     ///< whether what follows is made, as it is at the first print
+  bool isHidden = false;    ///< whether the query or the tunnel table leaves out its only via
+  DirectViaText text;       ///< of its only via
+};
+
+/// The looks of one listing. The vias of the FECs must not change meanwhile.
+template <class Family>
+class FecLooks {
+ public:
+  explicit FecLooks(const Sorter<Family>& sorter) : sorter_(sorter) {}
+
+  /// Valid until the next call.
+  FecLook& look(Vanta::Fib::FecId fecId) {
+    if (FecLook* const known = looks_.find(fecId)) return *known;
+    return looks_.insertOrAssign(fecId, makeLook(sorter_.fec(fecId).ptr()));
+  }
+
+  /// Tells that the FEC will be looked at soon.
+  [[gnu::always_inline]] void expect(Vanta::Fib::FecId fecId) const { looks_.prefetch(fecId); }
+
+  /// Makes the text of a direct look, unless that is done.
+  void makeText(FecLook& look) const {
+    if (look.hasText) return;
+    const CachedVia& via = look.fec->viaMap().begin()->first;
+    const bool isEvpn = via.tunnelId().kind() == TunnelKind::evpnVxlan;
+    look.text = viaTexts(sorter_, via);
+    look.isHidden = (isEvpn && !look.text.evpnEntry.isSet()) ||
+                    isOtherInterface(sorter_, isEvpn ? Kesh::IntfId() : via.intfId());
+    look.hasText = true;
+  }
+
+ private:
+  using TunnelKind = Tunnel::TunnelTable::TunnelKind;
+
+  static FecLook makeLook(CachedFec* fec) {
+    FecLook look;
+    look.fec = fec;
+    if (!fec) return look;
+    look.forwards = fec->forwards();
+    look.isDirect = fec->numEntries() == 0 && !fec->isNexthopGroup() && !fec->isSrTePolicy() &&
+                    printsDirectly(*fec);
+    return look;
+  }
+
+  static bool printsDirectly(const CachedFec& fec) {
+    if (fec.vias() != 1) return false;
+    const auto tunnel = fec.viaMap().begin()->first.tunnelId();
+    return tunnel.isNull() || tunnel.kind() == TunnelKind::staticInterface ||
+           (Family::printsSingleEvpnViaDirectly && tunnel.kind() == TunnelKind::evpnVxlan);
+  }
+
+  const Sorter<Family>& sorter_;
+  Lumo::HashMap2018<Vanta::Fib::FecId, FecLook> looks_;
+};
+
+} // namespace Rova
