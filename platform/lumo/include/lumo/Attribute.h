@@ -216,11 +216,11 @@ constexpr TypeRecord makeTypeRecord() {
 #define LUMO_DEFINE_TYPE(Type) constinit const ::Lumo::TypeRecord Type::lumoType = ::Lumo::makeTypeRecord<Type>()
 
 #define LUMO_ROW(row)                                                                             \
-  [[gnu::visibility("hidden")]] static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>) { return row; }
+  static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>) { return row; }
 
 /// The row of an attribute that only some instances of a class template have.
 #define LUMO_ROW_IF(condition, row)                                                               \
-  [[gnu::visibility("hidden")]] static constexpr ::Lumo::AttributeRecord lumoRow(                  \
+  static constexpr ::Lumo::AttributeRecord lumoRow(                  \
       ::Lumo::Line<__LINE__>)                                                                      \
     requires(condition)                                                                            \
   {                                                                                                \
