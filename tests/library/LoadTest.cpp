@@ -95,6 +95,8 @@ Section sectionOf(const char* path, std::string_view wanted) {
       result.texts.emplace_back(file.data() + at.sh_offset + offset);
     }
   }
+  // A sanitizer pads the section's one object with zeros.
+  while (!result.texts.empty() && result.texts.back().empty()) result.texts.pop_back();
   return result;
 }
 
