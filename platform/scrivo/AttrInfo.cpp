@@ -32,10 +32,8 @@ Tag Attr32Info::tag() const {
   return kind() == Kind::uint ? Tag::uint32 : Tag::text;
 }
 
-void IntAttrInfo::setValue(int value) { bitsAre(static_cast<std::uint64_t>(value)); }
 IntAttrInfo::~IntAttrInfo() = default;
 
-void UintAttrInfo::setValue(unsigned int value) { bitsAre(value); }
 UintAttrInfo::~UintAttrInfo() = default;
 
 void Uint64AttrInfo::setValue(unsigned long long value) { bitsAre(value); }
@@ -48,7 +46,6 @@ void DoubleAttrInfo::setValue(float value) {
 }
 DoubleAttrInfo::~DoubleAttrInfo() = default;
 
-void StringAttrInfo::setValue(const char* text) { pointAt(text); }
 void StringAttrInfo::setValue(char* text) { copy(text, text ? std::strlen(text) : 0); }
 void StringAttrInfo::setValue(char* text, unsigned int length) { copy(text, length); }
 void StringAttrInfo::setValue(Lumo::String text) { copy(text.c_str(), text.bytes()); }
@@ -76,7 +73,6 @@ void StringAttrInfo::freeOwned() {
   owned_ = false;
 }
 
-void BoolAttrInfo::setValue(bool value) { store(value, value ? "True" : "False"); }
 BoolAttrInfo::~BoolAttrInfo() = default;
 
 } // namespace scrivo

@@ -2,7 +2,7 @@
 // the path from its root to the place of writing.
 #pragma once
 
-#include "scrivo/AttrInfo.h"
+#include "scrivo/Printer.h"
 
 namespace scrivo {
 
@@ -19,14 +19,6 @@ struct LevelRule {
   Holds holds;
   const char* misuse;
 };
-
-extern const LevelRule documentLevel;
-extern const LevelRule dictLevel;
-extern const LevelRule dictEntryLevel;
-extern const LevelRule simpleDictEntryLevel;
-extern const LevelRule listLevel;
-extern const LevelRule listEntryLevel;
-extern const LevelRule submodelLevel;
 
 /// Writes a model call by call. A call that breaks the nesting fails an assertion.
 class JsonWriter {

@@ -32,53 +32,18 @@ bool Printer::isAlive() {
   return false;
 }
 
-void Printer::start() {
-  if (takesModel()) body_->json.openDocument();
+void Printer::open(const LevelRule& rule) {
+  if (!takesModel()) return;
+  &rule == &documentLevel ? body_->json.openDocument() : body_->json.openElement(rule);
 }
-void Printer::end() {
-  if (takesModel()) body_->json.close(documentLevel);
+void Printer::open(const LevelRule& rule, const char* name) {
+  if (takesModel()) body_->json.openNamed(rule, name);
 }
-
-void Printer::startDict(const char* name) {
-  if (takesModel()) body_->json.openNamed(dictLevel, name);
+void Printer::open(const LevelRule& rule, const Attr32Info& key) {
+  if (takesModel()) body_->json.openEntry(rule, key);
 }
-void Printer::endDict() {
-  if (takesModel()) body_->json.close(dictLevel);
-}
-
-void Printer::startDictEntry(const Attr32Info& key) {
-  if (takesModel()) body_->json.openEntry(dictEntryLevel, key);
-}
-void Printer::endDictEntry() {
-  if (takesModel()) body_->json.close(dictEntryLevel);
-}
-
-void Printer::startSimpleDictEntry(const Attr32Info& key) {
-  if (takesModel()) body_->json.openEntry(simpleDictEntryLevel, key);
-}
-void Printer::endSimpleDictEntry() {
-  if (takesModel()) body_->json.close(simpleDictEntryLevel);
-}
-
-void Printer::startList(const char* name) {
-  if (takesModel()) body_->json.openNamed(listLevel, name);
-}
-void Printer::endList() {
-  if (takesModel()) body_->json.close(listLevel);
-}
-
-void Printer::startListEntry() {
-  if (takesModel()) body_->json.openElement(listEntryLevel);
-}
-void Printer::endListEntry() {
-  if (takesModel()) body_->json.close(listEntryLevel);
-}
-
-void Printer::startSubmodel(const char* name) {
-  if (takesModel()) body_->json.openNamed(submodelLevel, name);
-}
-void Printer::endSubmodel() {
-  if (takesModel()) body_->json.close(submodelLevel);
+void Printer::close(const LevelRule& rule) {
+  if (takesModel()) body_->json.close(rule);
 }
 
 void Printer::add(FormatText format, const AttrWord* words, unsigned count) {

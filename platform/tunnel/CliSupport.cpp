@@ -16,9 +16,12 @@ struct Word {
 };
 
 constexpr Word<TunnelKind> tunnelWords[] = {
-    {TunnelKind::direct, "direct"},       {TunnelKind::bgpLu, "BGP-LU"},
-    {TunnelKind::ldp, "LDP"},             {TunnelKind::staticTunnel, "static"},
-    {TunnelKind::evpnVxlan, "EVPN VXLAN"}, {TunnelKind::sr, "SR"},
+    {TunnelKind::direct, "direct"},
+    {TunnelKind::bgpLu, "BGP-LU"},
+    {TunnelKind::ldp, "LDP"},
+    {TunnelKind::staticTunnel, "static"},
+    {TunnelKind::evpnVxlan, "EVPN VXLAN"},
+    {TunnelKind::sr, "SR"},
     {TunnelKind::staticInterface, "static interface"},
 };
 
@@ -51,7 +54,8 @@ void forEachLabel(const Kesh::MplsLabelOperation& operation, Print print) {
   }
 }
 
-void addLabel(scrivo::Printer& printer, scrivo::UintAttrInfo& info, Kesh::MplsLabel label, bool inModel) {
+void addLabel(scrivo::Printer& printer, scrivo::UintAttrInfo& info, Kesh::MplsLabel label,
+              bool inModel) {
   printer.addFrills(" %s", Kesh::labelText(label));
   if (!inModel) return;
   info.setValue(label.value());
@@ -117,13 +121,13 @@ void maybeAddLabelStackToOutput(scrivo::Printer& printer, Kesh::MplsLabel label,
   printer.addFrills(" label");
   if (inModel) printer.startList(key);
   if (!label.isNull()) addLabel(printer, element, label, inModel);
-  forEachLabel(operation, [&](Kesh::MplsLabel inner) { addLabel(printer, element, inner, inModel); });
+  forEachLabel(operation,
+               [&](Kesh::MplsLabel inner) { addLabel(printer, element, inner, inModel); });
   if (inModel) printer.endList();
 }
 
-void maybePrintTunnelEncapInfo(scrivo::Printer& printer, const CachedStaticIntfTunnelInfo& info,
-                               bool inModel) {
-  if (!info) return;
+void printTunnelEncapInfo(scrivo::Printer& printer, const CachedStaticIntfTunnelInfo& info,
+                          bool inModel) {
   printer.addFrills(", %s, destination %s, source %s", info.encapTypeText, info.destinationText,
                     info.sourceText);
   if (!inModel) return;

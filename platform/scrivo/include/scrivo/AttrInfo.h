@@ -119,7 +119,7 @@ class LUMO_EXPORT IntAttrInfo : public Attr32Info {
  public:
   IntAttrInfo(const Printer& printer, const char* key, bool isKey = false)
       : Attr32Info(printer, key, Kind::integer, isKey) {}
-  virtual void setValue(int value);
+  virtual void setValue(int value) { bitsAre(static_cast<std::uint64_t>(value)); }
   virtual ~IntAttrInfo();
   IntWord getArg() const { return IntWord(word(Tag::int32, bits())); }
 };
@@ -129,7 +129,7 @@ class LUMO_EXPORT UintAttrInfo : public Attr32Info {
  public:
   UintAttrInfo(const Printer& printer, const char* key, bool isKey = false)
       : Attr32Info(printer, key, Kind::uint, isKey) {}
-  virtual void setValue(unsigned int value);
+  virtual void setValue(unsigned int value) { bitsAre(value); }
   virtual ~UintAttrInfo();
   UintWord getArg() const { return UintWord(word(Tag::uint32, bits())); }
 };
@@ -162,7 +162,7 @@ class LUMO_EXPORT StringAttrInfo : public Attr32Info {
   StringAttrInfo(const Printer& printer, const char* key, bool isKey = false)
       : Attr32Info(printer, key, Kind::string, isKey) {}
   /// Keeps the pointer alone: for literals and tables that outlive the use of the attribute.
-  virtual void setValue(const char* text);
+  virtual void setValue(const char* text) { pointAt(text); }
   /// Copies the text.
   virtual void setValue(char* text);
   /// Copies `length` bytes of the text.
@@ -197,7 +197,7 @@ class LUMO_EXPORT BoolAttrInfo : public Attr32Info {
   BoolAttrInfo(const Printer& printer, const char* key, bool isKey = false)
       : Attr32Info(printer, key, Kind::boolean, isKey) {}
   /// Shows as "True" or "False".
-  virtual void setValue(bool value);
+  virtual void setValue(bool value) { store(value, value ? "True" : "False"); }
   virtual ~BoolAttrInfo();
   TextWord getArg() const { return TextWord(word(Tag::text, bits())); }
 

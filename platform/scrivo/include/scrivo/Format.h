@@ -91,6 +91,9 @@ struct FormatText {
   explicit constexpr FormatText(const char* format)
       : text(format), literalLength(static_cast<std::uint32_t>(skipLiteral(format) - format)) {}
 
+  /// Whether it prints nothing: the format of a value for the model alone.
+  constexpr bool isEmpty() const { return *text == '\0'; }
+
   const char* text;
   std::uint32_t literalLength;
 };

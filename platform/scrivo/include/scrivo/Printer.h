@@ -41,6 +41,11 @@
 
 namespace scrivo {
 
+/// The kinds of level that a model has.
+struct LevelRule;
+extern const LevelRule documentLevel, dictLevel, dictEntryLevel, simpleDictEntryLevel, listLevel,
+    listEntryLevel, submodelLevel;
+
 /// Output on a descriptor through one buffer of 64 KiB. What is printed never makes it grow. All
 /// calls but those that say so may throw sigintException or WriteException, each once.
 class LUMO_EXPORT Printer {
@@ -57,28 +62,58 @@ class LUMO_EXPORT Printer {
   /// The number that the printer was opened with. Does not throw.
   unsigned format() const { return format_; }
 
-  void start();
-  void end();
-  void startDict(const char* name);
-  void endDict();
+  // Structure is the model's alone: in text each of these costs two tests.
+  void start() {
+    if (hasStructure()) open(documentLevel);
+  }
+  void end() {
+    if (hasStructure()) close(documentLevel);
+  }
+  void startDict(const char* name) {
+    if (hasStructure()) open(dictLevel, name);
+  }
+  void endDict() {
+    if (hasStructure()) close(dictLevel);
+  }
   /// The key is the value of `key`, which must be set; numbers become strings.
-  void startDictEntry(const Attr32Info& key);
-  void endDictEntry();
+  void startDictEntry(const Attr32Info& key) {
+    if (hasStructure()) open(dictEntryLevel, key);
+  }
+  void endDictEntry() {
+    if (hasStructure()) close(dictEntryLevel);
+  }
   /// The entry's value is the one attribute that is added before its end; null without any.
-  void startSimpleDictEntry(const Attr32Info& key);
-  void endSimpleDictEntry();
-  void startList(const char* name);
-  void endList();
-  void startListEntry();
-  void endListEntry();
-  void startSubmodel(const char* name);
-  void endSubmodel();
+  void startSimpleDictEntry(const Attr32Info& key) {
+    if (hasStructure()) open(simpleDictEntryLevel, key);
+  }
+  void endSimpleDictEntry() {
+    if (hasStructure()) close(simpleDictEntryLevel);
+  }
+  void startList(const char* name) {
+    if (hasStructure()) open(listLevel, name);
+  }
+  void endList() {
+    if (hasStructure()) close(listLevel);
+  }
+  void startListEntry() {
+    if (hasStructure()) open(listEntryLevel);
+  }
+  void endListEntry() {
+    if (hasStructure()) close(listEntryLevel);
+  }
+  void startSubmodel(const char* name) {
+    if (hasStructure()) open(submodelLevel, name);
+  }
+  void endSubmodel() {
+    if (hasStructure()) close(submodelLevel);
+  }
 
   /// Adds `count` attributes: through the format in text, each under its key in the model, whether
   /// or not the format shows it.
   template <IsWord... Words>
   void addAttributes(std::type_identity_t<FormatFor<Words...>> format,
                      std::type_identity_t<WordCount<sizeof...(Words)>>, Words... words) {
+    if (format.text().isEmpty() && !hasStructure()) return;
     add(format.text(), std::array<AttrWord, sizeof...(Words)>{words...}.data(), sizeof...(Words));
   }
   /// The same for a format, and maybe a count, that is not known when compiling. Fails an assertion
@@ -91,6 +126,7 @@ class LUMO_EXPORT Printer {
   /// As `addAttributes`, where the number of words is the count.
   template <IsWord... Words>
   void addArgs(std::type_identity_t<FormatFor<Words...>> format, Words... words) {
+    if (format.text().isEmpty() && !hasStructure()) return;
     add(format.text(), std::array<AttrWord, sizeof...(Words)>{words...}.data(), sizeof...(Words));
   }
 
@@ -114,9 +150,15 @@ class LUMO_EXPORT Printer {
  private:
   struct Body;
 
+  /// False in text, where structure and what has no text are nothing; but an interrupt is seen.
+  bool hasStructure() const { return format_ != textFormat || interruptRequested(); }
   bool isAlive();
   bool takesText() { return isAlive() && format_ == textFormat; }
   bool takesModel() { return isAlive() && format_ == modelFormat; }
+  void open(const LevelRule& rule);
+  void open(const LevelRule& rule, const char* name);
+  void open(const LevelRule& rule, const Attr32Info& key);
+  void close(const LevelRule& rule);
   void add(FormatText format, const AttrWord* words, unsigned count);
   void print(FormatText format, const AttrWord* words, unsigned count);
 

@@ -47,8 +47,11 @@ struct CachedStaticIntfTunnelInfo {
   std::uint8_t encapByte0 = 0;
   std::uint8_t encapByte1 = 0;
 
-  friend bool operator==(const CachedStaticIntfTunnelInfo&, const CachedStaticIntfTunnelInfo&) = default;
+  friend bool operator==(const CachedStaticIntfTunnelInfo&,
+                         const CachedStaticIntfTunnelInfo&) = default;
   bool operator!() const { return *this == CachedStaticIntfTunnelInfo(); }
+  /// Whether a tunnel was found for it: every kind of tunnel has a word.
+  bool isSet() const { return !tunnelTypeText.empty(); }
 };
 
 /// One via of a tunnel as a line shows it.
@@ -79,9 +82,15 @@ void maybeAddLabelStackToOutput(scrivo::Printer& printer, Kesh::MplsLabel label,
                                 const char* key);
 
 /// ", GRE, destination 10.9.0.1, source 10.9.0.2" and the like for a static interface tunnel, and
-/// the submodel `tunnelEncap`; nothing for a default one.
-void maybePrintTunnelEncapInfo(scrivo::Printer& printer, const CachedStaticIntfTunnelInfo& info,
-                               bool inModel);
+/// the submodel `tunnelEncap`.
+void printTunnelEncapInfo(scrivo::Printer& printer, const CachedStaticIntfTunnelInfo& info,
+                          bool inModel);
+
+/// The same, but nothing for an info that is not set, which is what almost every route has.
+inline void maybePrintTunnelEncapInfo(scrivo::Printer& printer,
+                                      const CachedStaticIntfTunnelInfo& info, bool inModel) {
+  if (info.isSet()) printTunnelEncapInfo(printer, info, inModel);
+}
 
 /// The words for a tunnel's kind ("LDP", "SR", ...) and an encapsulation's ("GRE", ...); "tunnel"
 /// and "encapsulation" for a number without a word.
