@@ -39,6 +39,12 @@ DeviceBuilder::DeviceBuilder() {
   state.nhEntryStatus =
       makeStatus<NexthopGroup::EntryStatus>(makeTable(nexthopGroups, "nexthopGroupEntry"));
   state.allIntfConfig = Lumo::newEntity<Interface::AllIntfConfigDir>();
+  state.ipConfig = Lumo::newEntity<Ip::Config>();
+  state.ip6Config = Lumo::newEntity<Ip6::Config>();
+  state.routeDistinguisherInputDir = Lumo::newEntity<Lumo::Dir>();
+  state.nhgConfig = Lumo::newEntity<Routing::NexthopGroup::Config>();
+  state.nhgHwStatus = Lumo::newEntity<Routing::Hardware::NexthopGroupStatus>();
+  makeCounters();
   state.ipStatus = Lumo::newEntity<Ip::Status>();
   state.ip6Status = Lumo::newEntity<Ip6::Status>();
   state.routingHardwareStatus = Lumo::newEntity<Routing::Hardware::Status>();
@@ -50,12 +56,25 @@ DeviceBuilder::DeviceBuilder() {
   vrf(L3::defaultVrfName, Vrf::VrfIdMap::VrfId(0));
 }
 
+void DeviceBuilder::makeCounters() {
+  using Gaugex::CounterTable;
+  using Routing::NexthopGroup::NexthopGroupEntryToCounterKeyTable;
+  state.counterKeyTable =
+      makeStatus<NexthopGroupEntryToCounterKeyTable>(makeTable(counterKeys, "counterKeyInfo"));
+  state.counterTable = makeStatus<CounterTable>(makeTable(counters, "counter"));
+  state.snapshotTable = makeStatus<CounterTable>(makeTable(counterSnapshots, "snapshotCounter"));
+  state.entityManager = Lumo::newEntity<Merrow::EntityManager>();
+  state.entityManager->entityIs(NexthopGroupEntryToCounterKeyTable::path, state.counterKeyTable);
+  state.entityManager->entityIs(CounterTable::path, state.counterTable);
+  state.entityManager->entityIs(CounterTable::snapshotPath, state.snapshotTable);
+}
+
 VrfTables& DeviceBuilder::vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
   for (std::size_t i = 0; i < state.vrfs.size(); ++i) {
     if (state.vrfs[i].name == name) return vrfTables_[i];
   }
   VrfTables& tables = vrfTables_.emplace_back();
-  VrfState vrf{name, id, {}, {}, {}, {}, {}};
+  VrfState vrf{name, id, {}, {}, {}, {}, {}, {}, {}};
   vrf.routingConfig = Lumo::newEntity<Routing::ConfigGen>();
   vrf.routing6Config = Lumo::newEntity<Routing::ConfigGen>();
   vrf.routingStatus = makeStatus<Vanta::Fib::RouteStatus>(makeTable(tables.routes, "route"));

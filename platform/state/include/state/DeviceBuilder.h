@@ -31,6 +31,10 @@ class DeviceBuilder {
   Vanta::MemoryTable<Arp::Table::ArpKey, Arp::Table::ArpEntry>* arp;
   Vanta::MemoryTable<Arp::Table::ArpKey, Arp::Table::ArpEntry>* neighbors;
   Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey, NexthopGroup::NexthopGroupEntry>* nexthopGroups;
+  Vanta::MemoryTable<Routing::NexthopGroup::NexthopGroupEntryCounterKey,
+                     Routing::NexthopGroup::NexthopGroupEntryCounterKeyInfo>* counterKeys;
+  Vanta::MemoryTable<Gaugex::CounterIndex, Gaugex::VantaGaugexCounter>* counters;
+  Vanta::MemoryTable<Gaugex::CounterIndex, Gaugex::VantaGaugexCounter>* counterSnapshots;
 
   /// Adds a VRF, or gives the one that has the name. Tables stay where they are when more VRFs come.
   VrfTables& vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
@@ -41,6 +45,8 @@ class DeviceBuilder {
   void hardwareUnprogrammed(const Kesh::Ip6Prefix& prefix, Vrf::VrfIdMap::VrfId vrf);
 
  private:
+  void makeCounters();
+
   template <class PrefixType>
   struct Unprogrammed {
     Vanta::MemoryTable<Vanta::BasicUnprogrammedRouteKey<PrefixType>,

@@ -2,12 +2,18 @@
 #pragma once
 
 #include "lumo/Dir.h"
+#include "state/Counters.h"
+#include "state/EntityManager.h"
 #include "state/Fec.h"
 #include "state/Hardware.h"
 #include "state/Interface.h"
+#include "state/IpConfig.h"
 #include "state/NexthopGroup.h"
+#include "state/NexthopGroupConfig.h"
+#include "state/NexthopGroupHardware.h"
 #include "state/Programming.h"
 #include "state/Route.h"
+#include "state/RouteDistinguisherInput.h"
 #include "state/RoutingConfig.h"
 #include "state/SrTePolicy.h"
 #include "state/Tunnel.h"
@@ -18,6 +24,9 @@
 
 namespace state {
 
+/// The routes that agents hand to routing, by the agent's name; no pointer is null.
+using RouteInputs = Lumo::HashMap2018<Lumo::String, Lumo::Ptr<Routing::RouteInput>>;
+
 /// The state that each VRF has for itself.
 struct VrfState {
   L3::VrfName name;
@@ -27,6 +36,8 @@ struct VrfState {
   Lumo::Ptr<const Vanta::Fib::RouteStatus> routingStatus;
   Lumo::Ptr<const Vanta::Fib6::RouteStatus> routing6Status;
   Lumo::Ptr<const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute> kernelUnprogrammedRoute;
+  RouteInputs routeInput;  ///< IPv4
+  RouteInputs route6Input; ///< IPv6
 };
 
 /// A device. Every handle is set, unless its comment says that it may be null.
@@ -40,11 +51,21 @@ struct DeviceState {
   Lumo::Ptr<const Vrf::VrfIdMap::Status> vrfIdMap;
 
   Lumo::Ptr<Interface::AllIntfConfigDir> allIntfConfig;
+  Lumo::Ptr<Ip::Config> ipConfig;
+  Lumo::Ptr<Ip6::Config> ip6Config;
   Lumo::Ptr<Ip::Status> ipStatus;
   Lumo::Ptr<Ip6::Status> ip6Status;
   Lumo::Ptr<const Arp::Table::Status> arpVanta;
 
+  Lumo::Ptr<Lumo::Dir> routeDistinguisherInputDir; ///< `Ip::RouteDistinguisherInput` by agent
+
+  Lumo::Ptr<Routing::NexthopGroup::Config> nhgConfig;
   Lumo::Ptr<const NexthopGroup::EntryStatus> nhEntryStatus;
+  Lumo::Ptr<Routing::Hardware::NexthopGroupStatus> nhgHwStatus;
+  Lumo::Ptr<Routing::NexthopGroup::NexthopGroupEntryToCounterKeyTable> counterKeyTable;
+  Lumo::Ptr<Gaugex::CounterTable> counterTable;   ///< the counts by now
+  Lumo::Ptr<Gaugex::CounterTable> snapshotTable;  ///< the counts to subtract from them
+  Lumo::Ptr<Merrow::EntityManager> entityManager; ///< the three counter tables by their paths
   Lumo::Ptr<Routing::Hardware::Status> routingHardwareStatus;
   Lumo::Ptr<Routing6::Hardware::Status> routing6HardwareStatus;
 

@@ -1,4 +1,4 @@
-// Configured static routes.
+// Static routes: as they are configured, and as agents hand them to routing.
 #pragma once
 
 #include "kesh/IntfId.h"
@@ -50,13 +50,29 @@ class Route : public Lumo::PtrInterface {
   Lumo::String nexthopGroupName;
   Lumo::HashMap2018<Via, bool> bfdTracked;
   L3::VrfName leakVrf;
+
+  /// Deletes the member at which the cursor stands; the walk goes on with `next()`.
+  void viaDel(const decltype(via)::Cursor& at) { via.erase(at.key()); }
+  void viaNextHopNameDel(const decltype(viaNextHopName)::Cursor& at) {
+    viaNextHopName.erase(at.key());
+  }
+};
+
+class RouteList : public Lumo::PtrInterface {
+ public:
+  Lumo::HashMap2018<RouteKey, Lumo::Ptr<Route>> route;
+
+  /// Deletes the route at which the cursor stands; the walk goes on with `next()`.
+  void routeDel(const decltype(route)::Cursor& at) { route.erase(at.key()); }
 };
 
 /// The configured routes of one family and VRF, and whether routing is on there.
-class ConfigGen : public Lumo::PtrInterface {
+class ConfigGen : public RouteList {
  public:
   bool routing = true;
-  Lumo::HashMap2018<RouteKey, Lumo::Ptr<Route>> route;
 };
+
+/// The routes that one agent, such as the one of the configuration, hands to routing.
+class RouteInput : public RouteList {};
 
 } // namespace Routing

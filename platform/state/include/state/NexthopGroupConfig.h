@@ -1,0 +1,48 @@
+// Nexthop groups as they are configured.
+#pragma once
+
+#include "kesh/Address.h"
+#include "kesh/IntfId.h"
+#include "kesh/Mpls.h"
+#include "lumo/HashMap2018.h"
+#include "lumo/Ptr.h"
+#include "lumo/String.h"
+#include "state/NexthopGroupTypes.h"
+#include "state/SparseArray.h"
+
+#include <cstdint>
+
+namespace Lumo {
+/// A name in a configuration.
+using Name = String;
+} // namespace Lumo
+
+namespace Routing::NexthopGroup {
+
+/// One group. An index of its arrays is that of the group's entry.
+class NexthopGroupConfigEntry : public Lumo::PtrInterface {
+ public:
+  explicit NexthopGroupConfigEntry(Lumo::Name groupName = {}) : name(std::move(groupName)) {}
+
+  const Lumo::Name name;
+  NexthopGroupType type = NexthopGroupType::invalid;
+  std::uint32_t size = 0; ///< number of entries; 0 means that the hardware sizes the group
+  std::uint32_t ttl = 0;
+  Kesh::IntfId sourceIntf; ///< of the tunnels; may be null
+  Kesh::IpGenAddr sourceIp;
+  state::SparseArray<Kesh::IpGenAddr> destinationIp;
+  Kesh::AddressFamily addressFamily = Kesh::AddressFamily::unset;
+  /// The top label of each stack is the last one: a group's stacks are shown from their end.
+  state::SparseArray<Kesh::MplsLabelOperation> mplsLabelStack;
+  EntryCounterType entryCounterType = EntryCounterType::perTunnel;
+  bool hierarchicalFecsEnabled = false; ///< uses a second level of FECs
+  GreKeyType greKeyType = GreKeyType::none;
+};
+
+class Config : public Lumo::PtrInterface {
+ public:
+  /// The groups by name; no pointer is null.
+  Lumo::HashMap2018<Lumo::Name, Lumo::Ptr<const NexthopGroupConfigEntry>> nexthopGroup;
+};
+
+} // namespace Routing::NexthopGroup

@@ -1,0 +1,74 @@
+// The kinds of nexthop groups, of their counters and of their GRE keys, with their names.
+#pragma once
+
+#include "lumo/String.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace state {
+
+/// The name of one value of an enumeration. A table of these is the enumeration's vocabulary.
+template <class Enum>
+struct EnumName {
+  Enum value;
+  std::string_view name;
+};
+
+} // namespace state
+
+namespace Routing {
+
+/// What goes into the key field of a GRE header.
+enum class GreKeyType : std::uint32_t { none = 0, ingressInterface = 1 };
+
+inline constexpr state::EnumName<GreKeyType> greKeyTypeNames[] = {
+    {GreKeyType::none, "none"},
+    {GreKeyType::ingressInterface, "ingressInterface"},
+};
+
+/// The name; for a number without one the number in decimal. So for the two below.
+Lumo::String stringValue(GreKeyType type);
+
+namespace NexthopGroup {
+
+/// What an entry's packets are wrapped in.
+enum class NexthopGroupType : std::uint32_t {
+  invalid = 0,
+  ipInIp = 1,
+  gre = 2,
+  mpls = 3,
+  ip = 4, ///< nothing: packets go on as they are
+  mplsOverGre = 5,
+  mplsOverUdp = 6,
+  vxlan = 7
+};
+
+inline constexpr state::EnumName<NexthopGroupType> nexthopGroupTypeNames[] = {
+    {NexthopGroupType::invalid, "invalid"},
+    {NexthopGroupType::ipInIp, "ipInIp"},
+    {NexthopGroupType::gre, "gre"},
+    {NexthopGroupType::mpls, "mpls"},
+    {NexthopGroupType::ip, "ip"},
+    {NexthopGroupType::mplsOverGre, "mplsOverGre"},
+    {NexthopGroupType::mplsOverUdp, "mplsOverUdp"},
+    {NexthopGroupType::vxlan, "vxlan"},
+};
+
+/// What one counter counts.
+enum class EntryCounterType : std::uint32_t {
+  perTunnel = 0, ///< all entries that use one tunnel share its counter
+  perEntry = 1   ///< each entry has its own
+};
+
+inline constexpr state::EnumName<EntryCounterType> entryCounterTypeNames[] = {
+    {EntryCounterType::perTunnel, "perTunnel"},
+    {EntryCounterType::perEntry, "perEntry"},
+};
+
+Lumo::String stringValue(NexthopGroupType type);
+Lumo::String stringValue(EntryCounterType type);
+
+} // namespace NexthopGroup
+
+} // namespace Routing
