@@ -30,8 +30,9 @@ T parseText(Node& node, std::string_view text) {
   node.fail(found, Text<T>::expected(text));
 }
 
+// Numbers are texts only where they are keys.
 template <HasText T>
-struct Codec<T> {
+requires(!std::is_unsigned_v<T>) struct Codec<T> {
   static T read(Node& node) { return parseText<T>(node, node.text()); }
   static void write(Output& out, const T& value) { out.text(Text<T>::write(value)); }
 };

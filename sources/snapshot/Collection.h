@@ -5,6 +5,7 @@
 #include "Field.h"
 
 #include "lumo/HashMap2018.h"
+#include "lumo/RbTreeMap.h"
 
 #include <algorithm>
 #include <vector>
@@ -66,15 +67,42 @@ std::vector<std::pair<Key, const Value*>> sorted(const Lumo::HashMap2018<Key, Va
   return members;
 }
 
+template <class Key, class Value>
+std::vector<std::pair<Key, const Value*>> sorted(const Lumo::RbTreeMap<Key, Value>& map) {
+  std::vector<std::pair<Key, const Value*>> members;
+  members.reserve(map.size());
+  for (const auto& [key, value] : map) members.emplace_back(key, &value);
+  return members;
+}
+
 /// Writes an object with a line a member; `write(value)` writes what stands under the key.
-template <class Key, class Value, class Write>
-void writeMap(Output& out, const Lumo::HashMap2018<Key, Value>& map, Write&& write) {
+template <class Map, class Write>
+void writeMap(Output& out, const Map& map, Write&& write) {
   const auto scope = out.object(Output::Layout::lines);
   for (const auto& [key, value] : sorted(map)) {
-    out.key(Text<Key>::write(key));
+    out.key(Text<typename Map::KeyType>::write(key));
     write(*value);
   }
 }
+
+template <class Map>
+struct MapCodec {
+  using Value = typename Map::ValueType;
+  static Map read(Node& node) {
+    Map map;
+    readMap<typename Map::KeyType>(node, [&](const auto& key, Node& value) {
+      map.insertOrAssign(key, Codec<Value>::read(value));
+    });
+    return map;
+  }
+  static void write(Output& out, const Map& map) {
+    writeMap(out, map, [&](const Value& value) { Codec<Value>::write(out, value); });
+  }
+};
+template <class Key, class Value>
+struct Codec<Lumo::HashMap2018<Key, Value>> : MapCodec<Lumo::HashMap2018<Key, Value>> {};
+template <class Key, class Value>
+struct Codec<Lumo::RbTreeMap<Key, Value>> : MapCodec<Lumo::RbTreeMap<Key, Value>> {};
 
 /// Reads records by key into a hashed collection.
 template <class Key, class Record, class Fields>
@@ -82,6 +110,7 @@ void readRecords(Node& node, Lumo::HashMap2018<Key, Record>& map, const Fields& 
   readMap<Key>(node, [&](const Key& key, Node& value) {
     Record record;
     if constexpr (requires { record.key = key; }) record.key = key;
+    if constexpr (requires { record.intfId = key; }) record.intfId = key;
     readFields(value, fields, record);
     map.insertOrAssign(key, std::move(record));
   });

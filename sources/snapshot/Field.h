@@ -106,6 +106,17 @@ void writeFields(Output& out, const Fields& fields, const Source& source,
   writeMembers(out, fields, source);
 }
 
+/// The codec of a record that is an object of those fields.
+template <class Record, const auto& Fields>
+struct RecordCodec {
+  static Record read(Node& node) {
+    Record record;
+    readFields(node, Fields, record);
+    return record;
+  }
+  static void write(Output& out, const Record& record) { writeFields(out, Fields, record); }
+};
+
 template <class Fields, class Source>
 bool anyPresent(const Fields& fields, const Source& source) {
   for (const auto& row : fields) {

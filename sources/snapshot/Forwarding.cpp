@@ -102,9 +102,20 @@ constexpr Section fecSection(std::string_view name) {
           }};
 }
 
-template <class Status>
-constexpr Field<Status> hardwareFields[] = {
-    field<Status, &Status::maxUcmpWeight>("maxUcmpWeight"),
+using Hardware = Routing::Hardware::Status;
+using Hardware6 = Routing6::Hardware::Status;
+
+constexpr Field<Hardware> hardwareFields[] = {
+    field<Hardware, &Hardware::maxUcmpWeight>("maxUcmpWeight"),
+    field<Hardware, &Hardware::maxNexthopGroupSize>("maxNexthopGroupSize"),
+    field<Hardware, &Hardware::nexthopGroupEntryCounterSupported>(
+        "nexthopGroupEntryCounterSupported"),
+    property<Hardware, &Hardware::hierarchicalFecSupported, &Hardware::hierarchicalFecSupportedIs>(
+        "hierarchicalFecSupported"),
+};
+
+constexpr Field<Hardware6> hardware6Fields[] = {
+    field<Hardware6, &Hardware6::maxUcmpWeight>("maxUcmpWeight"),
 };
 
 } // namespace
@@ -123,14 +134,12 @@ Section policyForwardingSection() {
 }
 
 Section hardwareSection() {
-  return entitySection<&state::DeviceState::routingHardwareStatus,
-                       hardwareFields<Routing::Hardware::Status>, Output::Layout::row>(
-      "routingHardwareStatus");
+  return entitySection<&state::DeviceState::routingHardwareStatus, hardwareFields,
+                       Output::Layout::row>("routingHardwareStatus");
 }
 Section hardware6Section() {
-  return entitySection<&state::DeviceState::routing6HardwareStatus,
-                       hardwareFields<Routing6::Hardware::Status>, Output::Layout::row>(
-      "routing6HardwareStatus");
+  return entitySection<&state::DeviceState::routing6HardwareStatus, hardware6Fields,
+                       Output::Layout::row>("routing6HardwareStatus");
 }
 
 } // namespace sources::snapshot

@@ -1,8 +1,7 @@
-// Interfaces with their descriptions and addresses, their neighbours, and nexthop group names.
+// Interfaces with their descriptions and addresses, and their neighbours.
 #include "Sections.h"
 
 #include "state/Interface.h"
-#include "state/NexthopGroup.h"
 
 namespace sources::snapshot {
 
@@ -91,39 +90,6 @@ void writeAllNeighbors(Output& out, const state::DeviceState& device) {
   writeNeighbors(out, device.arpVanta->neighborEntry);
 }
 
-using NexthopGroup::NexthopGroupEntryKey;
-
-} // namespace
-
-// The key keeps names up to its room and up to a NUL: others would come back as another name.
-template <>
-struct Text<NexthopGroupEntryKey> {
-  static std::optional<NexthopGroupEntryKey> parse(std::string_view text) {
-    const bool fits = !text.empty() && text.size() <= NexthopGroupEntryKey::maxBytes;
-    if (!fits || text.find('\0') != text.npos) return {};
-    return NexthopGroupEntryKey(Lumo::String(text));
-  }
-  static std::string expected(std::string_view) { return "a nexthop group name of 1 to 128 bytes"; }
-  static Lumo::String write(const NexthopGroupEntryKey& key) { return key.nhgName(); }
-};
-
-namespace {
-
-void readGroups(Node& node, state::DeviceBuilder& builder) {
-  Unique<std::uint32_t> ids;
-  readMap<NexthopGroupEntryKey>(node, [&](const NexthopGroupEntryKey& key, Node& value) {
-    const auto id = Codec<std::uint32_t>::read(value);
-    ids.add(id);
-    builder.nexthopGroups->insert({key, id});
-  });
-  ids.check(node, [](std::uint32_t id) { return "the identifier " + std::to_string(id); });
-}
-
-void writeGroups(Output& out, const state::DeviceState& device) {
-  writeTable(out, device.nhEntryStatus->nexthopGroupEntry,
-             [&](const auto& entry) { out.number(std::uint64_t{entry.nhgId}); });
-}
-
 } // namespace
 
 Section intfConfigSection() {
@@ -149,14 +115,6 @@ Section arpSection() {
             return arp.arpEntry.members() + arp.neighborEntry.members() > 0;
           },
           writeAllNeighbors};
-}
-
-Section nhEntrySection() {
-  return {"nhEntryStatus", readGroups,
-          [](const state::DeviceState& device) {
-            return device.nhEntryStatus->nexthopGroupEntry.members() > 0;
-          },
-          writeGroups};
 }
 
 } // namespace sources::snapshot

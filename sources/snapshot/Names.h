@@ -4,6 +4,8 @@
 #include "Codec.h"
 #include "Field.h"
 
+#include "kesh/Address.h"
+#include "state/NexthopGroupTypes.h"
 #include "state/RouteType.h"
 
 namespace sources::snapshot {
@@ -14,7 +16,8 @@ struct Name {
   std::string_view name;
 };
 
-/// The names of an enumeration; what has no name here is a default and is never written.
+/// The names of an enumeration. What has no name here is a default and is never written, or, with
+/// `orNumber` set, is written as its number.
 template <class Enum>
 struct NamesOf;
 
@@ -36,10 +39,40 @@ struct NamesOf<Kesh::LabelAction> {
   };
 };
 
+template <>
+struct NamesOf<Kesh::AddressFamily> {
+  static constexpr bool orNumber = true;
+  static constexpr Name<Kesh::AddressFamily> rows[] = {
+      {Kesh::AddressFamily::ip4, "ipv4"},
+      {Kesh::AddressFamily::ip6, "ipv6"},
+  };
+};
+
+template <>
+struct NamesOf<Routing::GreKeyType> {
+  static constexpr bool orNumber = true;
+  static constexpr const auto& rows = Routing::greKeyTypeNames;
+};
+
+template <>
+struct NamesOf<Routing::NexthopGroup::NexthopGroupType> {
+  static constexpr bool orNumber = true;
+  static constexpr const auto& rows = Routing::NexthopGroup::nexthopGroupTypeNames;
+};
+
+template <>
+struct NamesOf<Routing::NexthopGroup::EntryCounterType> {
+  static constexpr bool orNumber = true;
+  static constexpr const auto& rows = Routing::NexthopGroup::entryCounterTypeNames;
+};
+
 template <class Enum>
 requires requires { NamesOf<Enum>::rows; }
 struct Codec<Enum> {
+  static constexpr bool orNumber = requires { NamesOf<Enum>::orNumber; };
+
   static Enum read(Node& node) {
+    if (orNumber && !node.isText()) return static_cast<Enum>(Codec<std::uint32_t>::read(node));
     const auto& rows = NamesOf<Enum>::rows;
     const std::size_t place = placeOf(rows, node.text());
     if (place == std::size(rows)) node.refuse(namesOf(rows));
@@ -49,7 +82,8 @@ struct Codec<Enum> {
     for (const auto& row : NamesOf<Enum>::rows) {
       if (row.value == value) return out.text(row.name);
     }
-    out.null();
+    if (!orNumber) return out.null();
+    Codec<std::uint32_t>::write(out, static_cast<std::uint32_t>(value));
   }
 };
 

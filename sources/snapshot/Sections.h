@@ -18,8 +18,16 @@ Section policyForwardingSection();
 Section intfConfigSection();
 Section ipSection();
 Section ip6Section();
+Section ipConfigSection();
+Section ip6ConfigSection();
 Section arpSection();
+Section routeDistinguisherSection();
+Section nhgConfigSection();
 Section nhEntrySection();
+Section nhgHwSection();
+Section counterKeySection();
+Section counterSection();
+Section counterSnapshotSection();
 Section hardwareSection();
 Section hardware6Section();
 Section tunnelFibSection();
@@ -38,6 +46,21 @@ constexpr Section recordSection(std::string_view name) {
           [](Output& out, const state::DeviceState& device) {
             writeMap(out, (*(device.*Handle)).*Member,
                      [&](const auto& record) { writeFields(out, Fields, record); });
+          }};
+}
+
+/// A section that is one hashed collection of an entity, of values that have a codec.
+template <auto Handle, auto Member>
+constexpr Section mapSection(std::string_view name) {
+  return {name,
+          [](Node& node, state::DeviceBuilder& builder) {
+            auto& map = (*(builder.state.*Handle)).*Member;
+            map = Codec<std::decay_t<decltype(map)>>::read(node);
+          },
+          [](const state::DeviceState& device) { return !((*(device.*Handle)).*Member).empty(); },
+          [](Output& out, const state::DeviceState& device) {
+            const auto& map = (*(device.*Handle)).*Member;
+            Codec<std::decay_t<decltype(map)>>::write(out, map);
           }};
 }
 

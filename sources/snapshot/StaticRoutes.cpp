@@ -137,23 +137,23 @@ ConfiguredRoute configuredOf(const Routing::Route& route) {
 }
 
 template <class PrefixType>
-void readRoutes(Node& node, Routing::ConfigGen& config) {
+void readRoutes(Node& node, Routing::RouteList& list) {
   node.elements([&](Node& element) {
     ConfiguredRoute configured;
     readFields(element, routeFields<PrefixType>, configured);
     const auto route = makeRoute(element, configured);
-    if (config.route.find(route->key)) {
+    if (list.route.find(route->key)) {
       element.fail("a second route to " + configured.prefix.stringValue().str() +
                        " of preference " + std::to_string(configured.preference),
                    "one");
     }
-    config.route.insertOrAssign(route->key, route);
+    list.route.insertOrAssign(route->key, route);
   });
 }
 
-void writeRoutes(Output& out, const Routing::ConfigGen& config) {
+void writeRoutes(Output& out, const Routing::RouteList& list) {
   const auto scope = out.array(Output::Layout::lines);
-  for (const auto& [key, route] : sorted(config.route)) {
+  for (const auto& [key, route] : sorted(list.route)) {
     // The rows of both families write alike.
     writeFields(out, routeFields<Kesh::Prefix>, configuredOf(**route));
   }
@@ -162,8 +162,9 @@ void writeRoutes(Output& out, const Routing::ConfigGen& config) {
 template <class PrefixType>
 constexpr Field<Routing::ConfigGen> configFields[] = {
     field<Routing::ConfigGen, &Routing::ConfigGen::routing>("routing"),
-    {"routes", readRoutes<PrefixType>,
-     [](const Routing::ConfigGen& config) { return !config.route.empty(); }, writeRoutes},
+    {"routes", [](Node& node, Routing::ConfigGen& config) { readRoutes<PrefixType>(node, config); },
+     [](const Routing::ConfigGen& config) { return !config.route.empty(); },
+     [](Output& out, const Routing::ConfigGen& config) { writeRoutes(out, config); }},
 };
 
 } // namespace
@@ -186,6 +187,21 @@ bool configPresent(const ConfigPtr& config) {
 void writeConfig(Output& out, const ConfigPtr& config) {
   if (!config) return out.null();
   writeFields(out, configFields<Kesh::Prefix>, *config, Output::Layout::lines);
+}
+
+template <class PrefixType>
+void readInputs(Node& node, state::RouteInputs& inputs) {
+  readMap<Lumo::String>(node, [&](const Lumo::String& agent, Node& value) {
+    const auto input = Lumo::newEntity<Routing::RouteInput>();
+    readRoutes<PrefixType>(value, *input);
+    inputs.insertOrAssign(agent, input);
+  });
+}
+template void readInputs<Kesh::Prefix>(Node& node, state::RouteInputs& inputs);
+template void readInputs<Kesh::Ip6Prefix>(Node& node, state::RouteInputs& inputs);
+
+void writeInputs(Output& out, const state::RouteInputs& inputs) {
+  writeMap(out, inputs, [&](const auto& input) { writeRoutes(out, *input); });
 }
 
 } // namespace sources::snapshot

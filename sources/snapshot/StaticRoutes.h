@@ -1,9 +1,9 @@
-// The configured routes of one family and VRF.
+// The static routes of one family and VRF: configured, and as agents hand them to routing.
 #pragma once
 
 #include "Field.h"
 
-#include "state/RoutingConfig.h"
+#include "state/DeviceState.h"
 
 namespace sources::snapshot {
 
@@ -18,5 +18,13 @@ extern template void readConfig<Kesh::Ip6Prefix>(Node& node, ConfigPtr& config);
 /// Whether the configuration is another than that of a fresh VRF.
 bool configPresent(const ConfigPtr& config);
 void writeConfig(Output& out, const ConfigPtr& config);
+
+/// Reads an array of routes to `PrefixType` prefixes for each agent.
+template <class PrefixType>
+void readInputs(Node& node, state::RouteInputs& inputs);
+extern template void readInputs<Kesh::Prefix>(Node& node, state::RouteInputs& inputs);
+extern template void readInputs<Kesh::Ip6Prefix>(Node& node, state::RouteInputs& inputs);
+
+void writeInputs(Output& out, const state::RouteInputs& inputs);
 
 } // namespace sources::snapshot

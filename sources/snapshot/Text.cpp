@@ -6,6 +6,15 @@
 
 namespace sources::snapshot {
 
+std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t max) {
+  std::uint64_t value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || stop != end || value > max) return {};
+  if (text.size() > 1 && text[0] == '0') return {};
+  return value;
+}
+
 namespace {
 
 /// Two numbers with a point between, packed as "high above `lowBits` bits of low".
@@ -21,16 +30,7 @@ constexpr PairForm fecForm = {Vanta::Fib::adjTypeMax() - 1, Vanta::Fib::adjTypeP
                               "a FEC as TYPE.NUMBER", true};
 constexpr PairForm tunnelForm = {15, 44, "a tunnel as KIND.INDEX", true};
 constexpr PairForm encapForm = {15, 28, "an encapsulation as KIND.NUMBER", false};
-
-/// A decimal number in its one form: no sign, no leading zeros.
-std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t max) {
-  std::uint64_t value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end || value > max) return {};
-  if (text.size() > 1 && text[0] == '0') return {};
-  return value;
-}
+constexpr PairForm counterKeyForm = {0xffffffff, 32, "an entry as GROUP.ENTRY", false};
 
 std::optional<std::uint64_t> parsePair(const PairForm& form, std::string_view text) {
   const auto point = text.find('.');
@@ -122,6 +122,25 @@ std::optional<EncapId> Text<EncapId>::parse(std::string_view text) {
 }
 std::string Text<EncapId>::expected(std::string_view) { return pairExpected(encapForm); }
 Lumo::String Text<EncapId>::write(const EncapId& id) { return pairText(encapForm, id.value()); }
+
+using Gaugex::CounterIndex;
+
+std::optional<CounterIndex> Text<CounterIndex>::parse(std::string_view text) {
+  const auto index = Text<std::uint64_t>::parse(text);
+  return index ? std::optional(CounterIndex(*index)) : std::nullopt;
+}
+
+using CounterKey = Routing::NexthopGroup::NexthopGroupEntryCounterKey;
+
+std::optional<CounterKey> Text<CounterKey>::parse(std::string_view text) {
+  const auto value = parsePair(counterKeyForm, text);
+  if (!value) return {};
+  return CounterKey{static_cast<std::uint32_t>(*value >> 32), static_cast<std::uint32_t>(*value)};
+}
+std::string Text<CounterKey>::expected(std::string_view) { return pairExpected(counterKeyForm); }
+Lumo::String Text<CounterKey>::write(const CounterKey& key) {
+  return pairText(counterKeyForm, std::uint64_t{key.nhgId} << 32 | key.entryIndex);
+}
 
 std::optional<L3::VrfName> Text<L3::VrfName>::parse(std::string_view text) {
   if (text.empty() || text.size() > L3::VrfName::maxLength) return {};

@@ -5,14 +5,18 @@
 #include "kesh/Address.h"
 #include "kesh/IntfId.h"
 #include "kesh/Prefix.h"
+#include "kesh/RouteDistinguisher.h"
 #include "lumo/String.h"
+#include "state/Counters.h"
 #include "state/FecId.h"
 #include "state/TunnelId.h"
 #include "state/Vrf.h"
 
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace sources::snapshot {
 
@@ -115,6 +119,57 @@ struct Text<Tunnel::TunnelTable::EncapId> {
   static std::optional<Tunnel::TunnelTable::EncapId> parse(std::string_view text);
   static std::string expected(std::string_view text);
   static Lumo::String write(const Tunnel::TunnelTable::EncapId& id);
+};
+
+template <>
+struct Text<Kesh::RouteDistinguisher> : OwnText<Kesh::RouteDistinguisher> {
+  static std::string expected(std::string_view) {
+    return "a route distinguisher as ASN:N or A.B.C.D:N";
+  }
+};
+
+/// A decimal number in its one form, no sign, no leading zeros; nothing for one above `max`.
+std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t max);
+
+/// A number as a key.
+template <class T>
+requires(std::is_unsigned_v<T> && !std::is_same_v<T, bool>) struct Text<T> {
+  static constexpr T max = std::numeric_limits<T>::max();
+  static std::optional<T> parse(std::string_view text) {
+    const auto value = parseNumber(text, max);
+    return value ? std::optional(static_cast<T>(*value)) : std::nullopt;
+  }
+  static std::string expected(std::string_view) {
+    return "a number from 0 to " + std::to_string(max);
+  }
+  static Lumo::String write(T value) { return std::to_string(value); }
+};
+
+/// A group's identifier as a key.
+template <>
+struct Text<Routing::NexthopGroup::NexthopGroupId> {
+  using Id = Routing::NexthopGroup::NexthopGroupId;
+  static std::optional<Id> parse(std::string_view text) { return Text<std::uint32_t>::parse(text); }
+  static std::string expected(std::string_view text) { return Text<std::uint32_t>::expected(text); }
+  static Lumo::String write(Id id) { return Text<std::uint32_t>::write(id); }
+};
+
+template <>
+struct Text<Gaugex::CounterIndex> {
+  static std::optional<Gaugex::CounterIndex> parse(std::string_view text);
+  static std::string expected(std::string_view text) { return Text<std::uint64_t>::expected(text); }
+  static Lumo::String write(const Gaugex::CounterIndex& counter) {
+    return std::to_string(counter.index());
+  }
+};
+
+/// "GROUP.ENTRY".
+template <>
+struct Text<Routing::NexthopGroup::NexthopGroupEntryCounterKey> {
+  using Key = Routing::NexthopGroup::NexthopGroupEntryCounterKey;
+  static std::optional<Key> parse(std::string_view text);
+  static std::string expected(std::string_view text);
+  static Lumo::String write(const Key& key);
 };
 
 template <>

@@ -1,4 +1,5 @@
 // Tunnels with their encapsulations, and SR-TE policies.
+#include "LabelStack.h"
 #include "Names.h"
 #include "Sections.h"
 
@@ -12,7 +13,6 @@ namespace sources::snapshot {
 namespace {
 
 using namespace Tunnel;
-using Kesh::MplsLabelOperation;
 using Tunnel::TunnelFib::TunnelFibEntry;
 using TunnelTable::EncapId;
 using TunnelTable::EvpnVxlanTunnelEntry;
@@ -29,14 +29,7 @@ constexpr Field<TunnelVia> viaFields[] = {
 } // namespace
 
 template <>
-struct Codec<TunnelVia> {
-  static TunnelVia read(Node& node) {
-    TunnelVia via;
-    readFields(node, viaFields, via);
-    return via;
-  }
-  static void write(Output& out, const TunnelVia& via) { writeFields(out, viaFields, via); }
-};
+struct Codec<TunnelVia> : RecordCodec<TunnelVia, viaFields> {};
 
 namespace {
 
@@ -65,35 +58,15 @@ constexpr auto ipsecGreFields = l3Fields<IpsecGreTunnelInfo>(
     field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::greKey>("greKey"),
     field<IpsecGreTunnelInfo, &IpsecGreTunnelInfo::profile>("profile"));
 
-constexpr std::uint8_t maxLabels = Kesh::MplsStackEntryIndex::max + 1;
-
-void readLabels(Node& node, MplsLabelOperation& operation) {
-  node.elements([&](Node& element) {
-    if (operation.stackSize() == maxLabels) element.fail("one label more", "at most 7 labels");
-    operation.labelAppend(Codec<Kesh::MplsLabel>::read(element));
-  });
-}
-
-void writeLabels(Output& out, const MplsLabelOperation& operation) {
-  const auto scope = out.array(Output::Layout::row);
-  for (std::uint8_t i = 0; i < operation.stackSize(); ++i) {
-    Codec<Kesh::MplsLabel>::write(out, operation.label(Kesh::MplsStackEntryIndex(i)));
-  }
-}
-
-constexpr Field<MplsLabelOperation> labelStackFields[] = {
-    property<MplsLabelOperation, &MplsLabelOperation::operation, &MplsLabelOperation::operationIs>(
-        "operation"),
-    {"labels", readLabels,
-     [](const MplsLabelOperation& operation) { return operation.stackSize() > 0; }, writeLabels},
-};
+// The record's first label is the one that a tunnel's text shows first.
+constexpr const auto& tunnelStackFields = labelStackFields<TopLabel::first>;
 
 constexpr Field<TheTunnelFib> tunnelFibFields[] = {
     recordMap<TheTunnelFib, &TheTunnelFib::entries, entryFields>("entries"),
     recordMap<TheTunnelFib, &TheTunnelFib::greEncaps, greFields>("greEncaps"),
     recordMap<TheTunnelFib, &TheTunnelFib::ipsecVtiEncaps, ipsecVtiFields>("ipsecVtiEncaps"),
     recordMap<TheTunnelFib, &TheTunnelFib::ipsecGreEncaps, ipsecGreFields>("ipsecGreEncaps"),
-    recordMap<TheTunnelFib, &TheTunnelFib::labelStacks, labelStackFields>("labelStacks"),
+    recordMap<TheTunnelFib, &TheTunnelFib::labelStacks, tunnelStackFields>("labelStacks"),
 };
 
 constexpr Field<EvpnVxlanTunnelEntry> evpnFields[] = {

@@ -45,6 +45,7 @@ struct Ip4 {
   using Route = Vanta::Fib::Route;
   using KernelError = Vanta::KernelUnprogrammedRoute::Error;
   static constexpr auto config = &VrfState::routingConfig;
+  static constexpr auto inputs = &VrfState::routeInput;
   static constexpr auto routes = &VrfTables::routes;
   static constexpr auto routeStatus = &VrfState::routingStatus;
   static constexpr auto missing = &Missing::routes;
@@ -56,6 +57,7 @@ struct Ip6 {
   using Route = Vanta::Fib6::Route;
   using KernelError = Vanta::KernelUnprogrammedRoute::Error6;
   static constexpr auto config = &VrfState::routing6Config;
+  static constexpr auto inputs = &VrfState::route6Input;
   static constexpr auto routes = &VrfTables::routes6;
   static constexpr auto routeStatus = &VrfState::routing6Status;
   static constexpr auto missing = &Missing::routes6;
@@ -71,6 +73,16 @@ constexpr VrfField configField(std::string_view name) {
           },
           [](const VrfWriter& vrf) { return configPresent(vrf.state.*Family::config); },
           [](Output& out, const VrfWriter& vrf) { writeConfig(out, vrf.state.*Family::config); }};
+}
+
+template <class Family>
+constexpr VrfField inputsField(std::string_view name) {
+  return {name,
+          [](Node& node, VrfReader& vrf) {
+            readInputs<typename Family::Prefix>(node, vrf.state.*Family::inputs);
+          },
+          [](const VrfWriter& vrf) { return !(vrf.state.*Family::inputs).empty(); },
+          [](Output& out, const VrfWriter& vrf) { writeInputs(out, vrf.state.*Family::inputs); }};
 }
 
 template <class Route>
@@ -193,6 +205,8 @@ constexpr VrfField vrfFields[] = {
     idField,
     configField<Ip4>("routingConfig"),
     configField<Ip6>("routing6Config"),
+    inputsField<Ip4>("routeInput"),
+    inputsField<Ip6>("route6Input"),
     routesField<Ip4>("routingStatus"),
     routesField<Ip6>("routing6Status"),
     missingField<Ip4>("unprogrammedRouteStatus"),

@@ -40,6 +40,12 @@ std::string configured(const std::string& fields) {
 std::string fec(const std::string& fields) {
   return snapshot(R"("forwardingStatus": {"0.1": {)" + fields + "}}");
 }
+std::string group(const std::string& fields) {
+  return snapshot(R"("nhgConfig": {"edge": {)" + fields + "}}");
+}
+std::string groupVia(const std::string& fields) {
+  return snapshot(R"("nhgHwStatus": {"default": {"7": {"via": {"0": {)" + fields + "}}}}}");
+}
 std::string times(int count, const std::string& element) {
   std::string text = element;
   for (int i = 1; i < count; ++i) text += ", " + element;
@@ -97,7 +103,10 @@ INSTANTIATE_TEST_SUITE_P(
         {snapshot(R"("counters": {})"),
          "$.counters: found an unknown key, expected one of \"rovaSnapshot\", \"vrfs\", "
          "\"forwardingStatus\", \"forwarding6Status\", \"policyForwardingStatus\", "
-         "\"allIntfConfig\", \"ipStatus\", \"ip6Status\", \"arpVanta\", \"nhEntryStatus\", "
+         "\"allIntfConfig\", \"ipStatus\", \"ip6Status\", \"ipConfig\", \"ip6Config\", "
+         "\"arpVanta\", "
+         "\"routeDistinguisherInputDir\", \"nhgConfig\", \"nhEntryStatus\", \"nhgHwStatus\", "
+         "\"counterKeyTable\", \"counterTable\", \"snapshotTable\", "
          "\"routingHardwareStatus\", \"routing6HardwareStatus\", \"tunnelFib\", "
          "\"evpnVxlanTunnelTable\", \"tunnelTableDir\", \"srTePolicyStatus\""},
         {route(R"("via": [])"), routePath + ".via: found an unknown key, expected one of \"type\", "
@@ -263,6 +272,108 @@ INSTANTIATE_TEST_SUITE_P(
          "prefix"},
         {vrf(R"("routingConfig": nul)"),
          "$.vrfs.default.routingConfig: found nul, expected an object"},
+    }));
+
+const std::string viaPath = "$.nhgHwStatus.default.7.via.0";
+
+INSTANTIATE_TEST_SUITE_P(
+    NexthopGroups, BadSnapshot,
+    testing::ValuesIn(std::vector<Bad>{
+        {group(R"("type": "tunnel")"),
+         "$.nhgConfig.edge.type: found \"tunnel\", expected one of \"invalid\", \"ipInIp\", "
+         "\"gre\", "
+         "\"mpls\", \"ip\", \"mplsOverGre\", \"mplsOverUdp\", \"vxlan\""},
+        {group(R"("type": -1)"),
+         "$.nhgConfig.edge.type: found -1, expected a number from 0 to 4294967295"},
+        {group(R"("type": {})"),
+         "$.nhgConfig.edge.type: found an object, expected a number from 0 to 4294967295"},
+        {group(R"("entryCounterType": "shared")"),
+         "$.nhgConfig.edge.entryCounterType: found \"shared\", expected one of \"perTunnel\", "
+         "\"perEntry\""},
+        {group(R"("greKeyType": "vlan")"),
+         "$.nhgConfig.edge.greKeyType: found \"vlan\", expected one of \"none\", "
+         "\"ingressInterface\""},
+        {group(R"("addressFamily": "ip4")"),
+         "$.nhgConfig.edge.addressFamily: found \"ip4\", expected one of \"ipv4\", \"ipv6\""},
+        {group(R"("destinationIp": ["10.0.0.1"])"),
+         "$.nhgConfig.edge.destinationIp: found an array, expected an object"},
+        {group(R"("destinationIp": {"65536": "10.0.0.1"})"),
+         "$.nhgConfig.edge.destinationIp.65536: found \"65536\", expected a number from 0 to "
+         "65535"},
+        {group(R"("destinationIp": {"01": "10.0.0.1"})"),
+         "$.nhgConfig.edge.destinationIp.01: found \"01\", expected a number from 0 to 65535"},
+        {group(R"("destinationIp": {"1": "10.0.0.1", "1": "10.0.0.2"})"),
+         "$.nhgConfig.edge.destinationIp: found \"1\" twice, expected each key once"},
+        {group(R"("destinationIp": {"1": "10.0.0.0/8"})"),
+         "$.nhgConfig.edge.destinationIp.1: found \"10.0.0.0/8\", expected an IPv4 or IPv6 "
+         "address"},
+        {group(R"("mplsLabelStack": {"0": {"labels": [1,2,3,4,5,6,7,8]}})"),
+         "$.nhgConfig.edge.mplsLabelStack.0.labels[7]: found one label more, expected at most 7 "
+         "labels"},
+        {snapshot(R"("nhgConfig": {"edge": {}, "edge": {}})"),
+         "$.nhgConfig: found \"edge\" twice, expected each key once"},
+        {snapshot(R"("nhgHwStatus": {"": {}})"),
+         "$.nhgHwStatus[\"\"]: found \"\", expected a VRF name of 1 to 100 bytes"},
+        {snapshot(R"("nhgHwStatus": {"default": {"edge": {}}})"),
+         "$.nhgHwStatus.default.edge: found \"edge\", expected a number from 0 to 4294967295"},
+        {snapshot(R"("nhgHwStatus": {"default": {"4294967296": {}}})"),
+         "$.nhgHwStatus.default.4294967296: found \"4294967296\", expected a number from 0 to "
+         "4294967295"},
+        {groupVia(R"("route": "10.0.0.1/8")"),
+         viaPath + ".route: found \"10.0.0.1/8\", expected \"10.0.0.0/8\""},
+        {groupVia(R"("tunnelId": 18446744073709551616)"),
+         viaPath + ".tunnelId: found 18446744073709551616, expected a number from 0 to "
+                   "18446744073709551615"},
+        {groupVia(R"("l3Intf": "")"), viaPath + ".l3Intf: found \"\", expected an interface name"},
+        {groupVia(R"("interface": "Vlan1")"),
+         viaPath + ".interface: found an unknown key, expected one of \"route\", \"hop\", "
+                   "\"l3Intf\", \"vlanId\", \"l2Intf\", \"macAddr\", \"tunnelId\", \"fecId\""},
+        {snapshot(R"("counterKeyTable": {"7": {}})"),
+         "$.counterKeyTable.7: found \"7\", expected an entry as GROUP.ENTRY, from 0.0 to "
+         "4294967295.4294967295"},
+        {snapshot(R"("counterKeyTable": {"7.4294967296": {}})"),
+         "$.counterKeyTable[\"7.4294967296\"]: found \"7.4294967296\", expected an entry as "
+         "GROUP.ENTRY, from 0.0 to 4294967295.4294967295"},
+        {snapshot(R"("counterTable": {"18446744073709551616": {}})"),
+         "$.counterTable.18446744073709551616: found \"18446744073709551616\", expected a number "
+         "from 0 to 18446744073709551615"},
+        {snapshot(R"("snapshotTable": {"1": {"packets": -1}})"),
+         "$.snapshotTable.1.packets: found -1, expected a number from 0 to 18446744073709551615"},
+        {snapshot(R"("routingHardwareStatus": {"hierarchicalFecSupported": 1})"),
+         "$.routingHardwareStatus.hierarchicalFecSupported: found 1, expected true or false"},
+        {snapshot(R"("routing6HardwareStatus": {"maxNexthopGroupSize": 1})"),
+         "$.routing6HardwareStatus.maxNexthopGroupSize: found an unknown key, expected one of "
+         "\"maxUcmpWeight\""},
+    }));
+
+INSTANTIATE_TEST_SUITE_P(
+    Configuration, BadSnapshot,
+    testing::ValuesIn(std::vector<Bad>{
+        {snapshot(R"("ipConfig": {"Vlan1": {"addrWithMask": "2001:db8::1/64"}})"),
+         "$.ipConfig.Vlan1.addrWithMask: found \"2001:db8::1/64\", expected an IPv4 address with a "
+         "mask length"},
+        {snapshot(R"("ipConfig": {"Vlan1": {"secondaryWithMask": ["10.0.0.1/8", "10.0.0.1/8"]}})"),
+         "$.ipConfig.Vlan1.secondaryWithMask: found \"10.0.0.1/8\" twice, expected each key once"},
+        {snapshot(R"("ipConfig": {"Vlan1": {"vrf": ""}})"),
+         "$.ipConfig.Vlan1.vrf: found \"\", expected a VRF name of 1 to 100 bytes"},
+        {snapshot(R"("ip6Config": {"Vlan1": {"addr": ["2001:DB8::1/64", "2001:db8::1/64"]}})"),
+         "$.ip6Config.Vlan1.addr: found \"2001:db8::1/64\" twice, expected each key once"},
+        {snapshot(R"("ip6Config": {"Vlan1": {"addr": ["2001:db8::1/129"]}})"),
+         "$.ip6Config.Vlan1.addr[0]: found \"2001:db8::1/129\", expected an IPv6 address with a "
+         "mask "
+         "length"},
+        {snapshot(R"("routeDistinguisherInputDir": {"bgp": {"red": "65536:65536"}})"),
+         "$.routeDistinguisherInputDir.bgp.red: found \"65536:65536\", expected a route "
+         "distinguisher as ASN:N or A.B.C.D:N"},
+        {snapshot(R"("routeDistinguisherInputDir": {"bgp": {"red": "1:1", "red": "1:2"}})"),
+         "$.routeDistinguisherInputDir.bgp: found \"red\" twice, expected each key once"},
+        {vrf(R"("routeInput": {"config": [{"prefix": "::/0"}]})"),
+         "$.vrfs.default.routeInput.config[0].prefix: found \"::/0\", expected an IPv4 prefix"},
+        {vrf(R"("route6Input": {"config": [{"prefix": "::/0"}, {"prefix": "::/0"}]})"),
+         "$.vrfs.default.route6Input.config[1]: found a second route to ::/0 of preference 1, "
+         "expected one"},
+        {vrf(R"("routeInput": {"config": {}})"),
+         "$.vrfs.default.routeInput.config: found an object, expected an array"},
     }));
 
 } // namespace

@@ -244,6 +244,7 @@ class RandomDevice {
     some([this] { return addInterface(); });
     some([this] { return addConfigured(); });
     some([this] { return addTunnel(); });
+    some([this] { return addGroup(); });
     for (const auto& step : steps_) step();
   }
   const state::DeviceState& state() const { return builder_.state; }
@@ -303,6 +304,8 @@ class RandomDevice {
           id, Lumo::newEntity<Interface::IntfConfig>(id, description));
       builder_.state.ip6Status->ip6IntfStatus.insertOrAssign(id, {L3::VrfName("red"), {{}, {}}});
       const Vrf::VrfIdMap::VrfId vrf(static_cast<std::uint32_t>(id.hash() % 3));
+      builder_.state.ipConfig->ipIntfConfig.insertOrAssign(id, {id, {}, {}, {}, {}, {}});
+      builder_.state.ip6Config->intf.insertOrAssign(id, {id, {}, {}});
       builder_.arp->insert({{vrf, id, Kesh::IpAddr::fromHost(1)}, {}});
       builder_.neighbors->insert({{vrf, id, Kesh::Ip6Addr()}, {}});
     };
@@ -319,6 +322,33 @@ class RandomDevice {
         route->via.insertOrAssign(via, true);
       }
       builder_.state.vrfs[1].routingConfig->route.insertOrAssign(key, route);
+      const auto input = Lumo::newEntity<Routing::RouteInput>();
+      input->route.insertOrAssign(key, route);
+      const Lumo::String agent(key.prefix.stringValue().str() + std::to_string(key.preference));
+      builder_.state.vrfs[1].routeInput.insertOrAssign(agent, input);
+    };
+  }
+  Step addGroup() {
+    const auto id = number(1, 1000);
+    return [=, this] {
+      const auto entry =
+          Lumo::newEntity<Routing::NexthopGroup::NexthopGroupConfigEntry>(std::to_string(id));
+      const auto first = order_() % 3;
+      for (std::uint32_t i = 0; i < 3; ++i) {
+        const auto index = static_cast<std::uint16_t>((first + i) % 3);
+        entry->destinationIp.set(index, Kesh::IpAddr::fromHost(index));
+      }
+      builder_.state.nhgConfig->nexthopGroup.insertOrAssign(entry->name, entry);
+      Routing::Hardware::NexthopGroupVrfStatus status;
+      status.nexthopGroupAdj.insertOrAssign(id, {{}, id, {}});
+      const L3::VrfName vrf(Lumo::String(std::to_string(id)));
+      builder_.state.nhgHwStatus->vrfStatus.insertOrAssign(vrf, status);
+      const auto input = Lumo::newEntity<Ip::RouteDistinguisherInput>();
+      input->routeDistinguisher.insertOrAssign(vrf, *Kesh::RouteDistinguisher::parse("65000:1"));
+      builder_.state.routeDistinguisherInputDir->entityIs(entry->name, input);
+      builder_.counterKeys->insert({{id, id % 3}, id, id});
+      builder_.counters->insert({Gaugex::CounterIndex(id), id, 0});
+      builder_.counterSnapshots->insert({Gaugex::CounterIndex(id), 0, id});
     };
   }
   Step addTunnel() {
