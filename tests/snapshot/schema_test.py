@@ -33,6 +33,20 @@ BAD = [
     {"rovaSnapshot": 1, "forwardingStatus": {"0.5": {"vias": [{"label": 0x800001}]}}},
     {"rovaSnapshot": 1, "arpVanta": [{"interface": "Vlan1"}]},
     {"rovaSnapshot": 1, "tunnelFib": {"labelStacks": {"3.1": {"labels": [16] * 8}}}},
+    {"rovaSnapshot": 1, "vrfs": {"default": {"routeInput": {"config": [{"prefix": "::/0"}]}}}},
+    {"rovaSnapshot": 1, "vrfs": {"default": {"route6Input": {"config": [{"prefix": "10.0.0.0/8"}]}}}},
+    {"rovaSnapshot": 1, "ipConfig": {"Vlan1": {"addrWithMask": "2001:db8::1/64"}}},
+    {"rovaSnapshot": 1, "ip6Config": {"Vlan1": {"addr": ["10.0.0.1/8"]}}},
+    {"rovaSnapshot": 1, "routeDistinguisherInputDir": {"bgp": {"red": "65000"}}},
+    {"rovaSnapshot": 1, "nhgConfig": {"edge": {"type": "tunnel"}}},
+    {"rovaSnapshot": 1, "nhgConfig": {"edge": {"destinationIp": {"01": "10.0.0.1"}}}},
+    {"rovaSnapshot": 1, "nhgConfig": {"edge": {"mplsLabelStack": {"0": {"labels": [16] * 8}}}}},
+    {"rovaSnapshot": 1, "nhgHwStatus": {"default": {"edge": {}}}},
+    {"rovaSnapshot": 1, "nhgHwStatus": {"default": {"7": {"via": {"0": {"tunnelId": 2**64}}}}}},
+    {"rovaSnapshot": 1, "counterKeyTable": {"7": {}}},
+    {"rovaSnapshot": 1, "counterTable": {"-1": {}}},
+    {"rovaSnapshot": 1, "snapshotTable": {"1": {"packets": -1}}},
+    {"rovaSnapshot": 1, "routing6HardwareStatus": {"maxNexthopGroupSize": 1}},
 ]
 
 
