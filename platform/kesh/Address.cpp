@@ -131,9 +131,12 @@ std::optional<IpGenAddr> IpGenAddr::parse(std::string_view text) {
 
 std::size_t IpGenAddr::writeText(char* out) const {
   switch (af_) {
-  case AddressFamily::ip4: return v4Addr().writeText(out);
-  case AddressFamily::ip6: return bytes_.writeText(out);
-  case AddressFamily::unset: break;
+  case AddressFamily::ip4:
+    return v4Addr().writeText(out);
+  case AddressFamily::ip6:
+    return bytes_.writeText(out);
+  case AddressFamily::unset:
+    break;
   }
   return 0;
 }

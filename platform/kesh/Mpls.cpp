@@ -10,8 +10,12 @@ struct NamedLabel {
 };
 // RFC 3032, section 2.1, and the values beside the label space.
 constexpr NamedLabel namedLabels[] = {
-    {0, "exp-null-v4(0)"},      {1, "router-alert(1)"}, {2, "exp-null-v6(2)"},
-    {3, "imp-null(3)"},         {MplsLabel::null, "N/A"}, {MplsLabel::any, "(any)"},
+    {0, "exp-null-v4(0)"},
+    {1, "router-alert(1)"},
+    {2, "exp-null-v6(2)"},
+    {3, "imp-null(3)"},
+    {MplsLabel::null, "N/A"},
+    {MplsLabel::any, "(any)"},
     {MplsLabel::luWithdraw, "(lu-withdraw)"},
 };
 

@@ -11,7 +11,8 @@ namespace Lumo {
 
 String::String(std::string_view text) {
   if (text.empty()) return;
-  if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw RangeException("String too long");
+  if (text.size() > std::numeric_limits<std::uint32_t>::max())
+    throw RangeException("String too long");
   body_ = static_cast<Body*>(::operator new(sizeof(Body) + text.size() + 1));
   body_->references = 1;
   body_->length = static_cast<std::uint32_t>(text.size());

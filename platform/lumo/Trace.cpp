@@ -55,8 +55,8 @@ void TraceHelper::trace(const char* file, int line, const char* function) {
   const std::string text = text_.str();
   const TraceLine record{handle_.name(), level_, text, file, line, function};
   if (state().sink) return state().sink(state().context, record);
-  std::fprintf(stderr, "%s(%u) %s:%d %s: %s\n", handle_.name().c_str(), level_, file, line, function,
-               text.c_str());
+  std::fprintf(stderr, "%s(%u) %s:%d %s: %s\n", handle_.name().c_str(), level_, file, line,
+               function, text.c_str());
 }
 
 } // namespace Lumo

@@ -35,7 +35,8 @@ DeviceBuilder::DeviceBuilder() {
       makeTable(unprogrammed6_.routes, "unprogrammedRoute6"),
       makeTable(unprogrammed6_.counts, "unprogrammedRouteCount6"));
   state.vrfIdMap = makeStatus<Vrf::VrfIdMap::Status>(makeTable(vrfEntries_, "vrfEntry"));
-  state.arpVanta = makeStatus<Arp::Table::Status>(makeTable(arp, "arp"), makeTable(neighbors, "neighbor"));
+  state.arpVanta =
+      makeStatus<Arp::Table::Status>(makeTable(arp, "arp"), makeTable(neighbors, "neighbor"));
   state.nhEntryStatus =
       makeStatus<NexthopGroup::EntryStatus>(makeTable(nexthopGroups, "nexthopGroupEntry"));
   state.allIntfConfig = Lumo::newEntity<Interface::AllIntfConfigDir>();
@@ -80,14 +81,16 @@ VrfTables& DeviceBuilder::vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) 
   vrf.routingStatus = makeStatus<Vanta::Fib::RouteStatus>(makeTable(tables.routes, "route"));
   vrf.routing6Status = makeStatus<Vanta::Fib6::RouteStatus>(makeTable(tables.routes6, "route6"));
   vrf.kernelUnprogrammedRoute = makeStatus<Vanta::KernelUnprogrammedRoute::UnprogrammedRoute>(
-      makeTable(tables.kernelErrors, "kernelError"), makeTable(tables.kernelErrors6, "kernelError6"));
+      makeTable(tables.kernelErrors, "kernelError"),
+      makeTable(tables.kernelErrors6, "kernelError6"));
   state.vrfs.push_back(std::move(vrf));
   vrfEntries_->insert({id, name.stringValue()});
   return tables;
 }
 
 template <class PrefixType>
-void DeviceBuilder::Unprogrammed<PrefixType>::add(const PrefixType& prefix, Vrf::VrfIdMap::VrfId vrf) {
+void DeviceBuilder::Unprogrammed<PrefixType>::add(const PrefixType& prefix,
+                                                  Vrf::VrfIdMap::VrfId vrf) {
   routes->insert({{prefix, vrf}});
   bool found = false;
   const auto* const count = counts->lookup(vrf, found, 0);

@@ -273,9 +273,14 @@ TYPED_TEST(ByNameTest, LoadingAgainByNameCountsAgain) {
 
 TYPED_TEST(ByNameTest, ANullFecIsRefused) {
   const auto sorter = openSorter<TypeParam>(this->device);
-  EXPECT_EQ(messageOf<Lumo::RangeException>([&] { sorter->fecIs(nullptr); }),
-            "null _fec parameter to mutator for " + std::string(TypeParam::sorterTypeName) +
-                "::fec not allowed\"");
+  const std::string refusal = "null _fec parameter to mutator for " +
+                              std::string(TypeParam::sorterTypeName) + "::fec not allowed\"";
+  EXPECT_EQ(messageOf<Lumo::RangeException>([&] { sorter->fecIs(nullptr); }), refusal);
+  const auto key = Lumo::wrapAttrValue(Vanta::Fib::FecId(7));
+  const auto null = Lumo::wrapAttrValue(Lumo::Ptr<Rova::CachedFec>());
+  EXPECT_EQ(messageOf<Lumo::RangeException>(
+                [&] { this->row("fec").writeMember(sorter.ptr(), key, null); }),
+            refusal);
   EXPECT_EQ(sorter->fecs(), 0u);
 }
 

@@ -25,7 +25,8 @@ class IpAddr {
   /// From a number in host byte order: 0x0a000001 is 10.0.0.1.
   static constexpr IpAddr fromHost(std::uint32_t value) {
     IpAddr address;
-    for (int i = 0; i < 4; ++i) address.bytes_[i] = static_cast<std::uint8_t>(value >> (24 - 8 * i));
+    for (int i = 0; i < 4; ++i)
+      address.bytes_[i] = static_cast<std::uint8_t>(value >> (24 - 8 * i));
     return address;
   }
   static IpAddr fromBytes(const void* bytes) {

@@ -14,9 +14,10 @@ namespace Kesh {
 /// `luWithdraw` raises "MplsLabel::value < MplsLabel::min or > MplsLabel::luWithdraw not allowed".
 class MplsLabel {
  public:
-  static constexpr std::uint32_t null = 0x100000;       ///< no label
-  static constexpr std::uint32_t any = 0x100001;        ///< every label
-  static constexpr std::uint32_t luWithdraw = 0x800000; ///< withdrawal of a labelled route, RFC 8277
+  static constexpr std::uint32_t null = 0x100000; ///< no label
+  static constexpr std::uint32_t any = 0x100001;  ///< every label
+  static constexpr std::uint32_t luWithdraw =
+      0x800000; ///< withdrawal of a labelled route, RFC 8277
 
   constexpr MplsLabel() = default;
   constexpr explicit MplsLabel(std::uint32_t value) : value_(value) {
@@ -40,7 +41,8 @@ enum class LabelAction : std::uint8_t { unset = 0xff, push = 0, swap = 1, pop = 
 struct MplsStackEntryIndex {
   static constexpr std::uint8_t min = 0;
   static constexpr std::uint8_t max = 6;
-  constexpr explicit MplsStackEntryIndex(std::uint32_t index) : value(static_cast<std::uint8_t>(index)) {
+  constexpr explicit MplsStackEntryIndex(std::uint32_t index)
+      : value(static_cast<std::uint8_t>(index)) {
     if (index > max) {
       throw Lumo::RangeException("MplsStackEntryIndex::value < MplsStackEntryIndex::min or > "
                                  "MplsStackEntryIndex::max not allowed");

@@ -21,7 +21,9 @@ class AddrWithMask {
   const Address& address() const { return address_; }
   std::int32_t len() const { return length_; }
   Lumo::String stringValue() const;
-  std::size_t hash() const { return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_)); }
+  std::size_t hash() const {
+    return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_));
+  }
 
   friend bool operator==(const AddrWithMask&, const AddrWithMask&) = default;
   friend auto operator<=>(const AddrWithMask&, const AddrWithMask&) = default;
@@ -57,7 +59,9 @@ class BasicPrefix {
   bool contains(const BasicPrefix& other) const;
   std::size_t writeText(char* out) const;
   Lumo::String stringValue() const;
-  std::size_t hash() const { return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_)); }
+  std::size_t hash() const {
+    return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_));
+  }
 
   friend bool operator==(const BasicPrefix&, const BasicPrefix&) = default;
   friend bool operator<(const BasicPrefix& a, const BasicPrefix& b) {
@@ -115,7 +119,9 @@ class IpGenPrefix {
   Ip6Prefix v6Prefix() const { return {address_.v6Addr(), length_}; }
   std::size_t writeText(char* out) const;
   Lumo::String stringValue() const;
-  std::size_t hash() const { return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_)); }
+  std::size_t hash() const {
+    return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_));
+  }
 
   friend bool operator==(const IpGenPrefix&, const IpGenPrefix&) = default;
   friend auto operator<=>(const IpGenPrefix&, const IpGenPrefix&) = default;

@@ -12,7 +12,7 @@ namespace Lumo {
 
 /// Ends the process with `text` unless `condition` holds. The text is given apart from the
 /// condition because it is an interface: scripts and test beds look for it to the letter.
-#define LUMO_ASSERT(condition, text)                                                              \
+#define LUMO_ASSERT(condition, text)                                                               \
   do {                                                                                             \
     if (__builtin_expect(!(condition), 0)) ::Lumo::assertionFailed(text);                          \
   } while (false)

@@ -7,8 +7,8 @@
 //     LUMO_END
 //   };
 //
-// A line makes the attribute's field `hop_`, its accessors, and its row of the attribute table, from
-// which access by name and strep text follow. Rows stand in the order of the lines: each is an
+// A line makes the attribute's field `hop_`, its accessors, and its row of the attribute table,
+// from which access by name and strep text follow. Rows stand in the order of the lines: each is an
 // overload chosen by its line number, so one line may declare one attribute only. LUMO_DEFINE_TYPE
 // in one source file makes the table.
 //
@@ -70,8 +70,10 @@ const Value& memberOrDefault(const Value* member) {
   return member ? *member : absent;
 }
 
-template <auto field>
-constexpr AttributeRecord collectionRow(const char* name, AttributeKind kind, const char* internalKey) {
+/// `Insert` is the class's own mutator, so that access by name refuses what it refuses.
+template <auto field, class Insert>
+constexpr AttributeRecord collectionRow(const char* name, AttributeKind kind,
+                                        const char* internalKey, Insert) {
   using Owner = OwnerOf<field>;
   using Key = typename FieldOf<field>::KeyType;
   using Value = typename FieldOf<field>::ValueType;
@@ -86,7 +88,7 @@ constexpr AttributeRecord collectionRow(const char* name, AttributeKind kind, co
     return wrapAttrValue(memberOrDefault<Value, Key>(member));
   };
   row.writeMember = [](void* object, const Ptr<GenericIf>& key, const Ptr<GenericIf>& value) {
-    (static_cast<Owner*>(object)->*field).insertOrAssign(unwrap<Key>(key), unwrap<Value>(value));
+    Insert()(*static_cast<Owner*>(object), unwrap<Key>(key), unwrap<Value>(value));
   };
   row.deleteMember = [](void* object, const Ptr<GenericIf>& key) {
     Value old{};
@@ -96,7 +98,9 @@ constexpr AttributeRecord collectionRow(const char* name, AttributeKind kind, co
   row.hasMember = [](const void* object, const Ptr<GenericIf>& key) {
     return (static_cast<const Owner*>(object)->*field).find(unwrap<Key>(key)) != nullptr;
   };
-  row.members = [](const void* object) { return (static_cast<const Owner*>(object)->*field).size(); };
+  row.members = [](const void* object) {
+    return (static_cast<const Owner*>(object)->*field).size();
+  };
   return row;
 }
 
@@ -113,7 +117,8 @@ struct Callable {
       throw RangeException("expected " + std::to_string(sizeof...(Args)) + " arguments, found " +
                            std::to_string(arguments.size()));
     }
-    return invoke<method>(static_cast<Owner*>(object), arguments, std::index_sequence_for<Args...>());
+    return invoke<method>(static_cast<Owner*>(object), arguments,
+                          std::index_sequence_for<Args...>());
   }
 
  private:
@@ -158,18 +163,23 @@ constexpr AttributeRecord computedRow(const char* name, Read) {
   row.name = name;
   row.kind = AttributeKind::computed;
   row.valueType = TypeName<Value>::value;
-  row.read = [](const void* object) { return wrapAttrValue(Read()(*static_cast<const Owner*>(object))); };
+  row.read = [](const void* object) {
+    return wrapAttrValue(Read()(*static_cast<const Owner*>(object)));
+  };
   return row;
 }
 
 /// The rows of `T` in the order of their lines, indexes filled in.
 template <class T, std::uint32_t firstIndex>
 constexpr auto makeAttributeTable() {
-  constexpr auto hasRow = []<int line>(Line<line> at) { return requires { T::lumoRow(at); }; };
+  constexpr auto hasRow = []<int line>(Line<line> at) {
+    return requires { T::lumoRow(at); };
+  };
   constexpr int lines = T::lumoEnd - T::lumoBegin;
   constexpr auto count = [=]<int... at>(std::integer_sequence<int, at...>) {
     return (std::size_t{hasRow(Line<T::lumoBegin + at>())} + ... + 0);
-  }(std::make_integer_sequence<int, lines>());
+  }
+  (std::make_integer_sequence<int, lines>());
   std::array<AttributeRecord, count> table{};
   std::size_t filled = 0;
   const auto fill = [&]<int line>(Line<line> at) {
@@ -179,15 +189,15 @@ constexpr auto makeAttributeTable() {
       ++filled;
     }
   };
-  [&]<int... at>(std::integer_sequence<int, at...>) {
-    (fill(Line<T::lumoBegin + at>()), ...);
-  }(std::make_integer_sequence<int, lines>());
+  [&]<int... at>(std::integer_sequence<int, at...>) { (fill(Line<T::lumoBegin + at>()), ...); }
+  (std::make_integer_sequence<int, lines>());
   return table;
 }
 
 template <class T>
-inline constexpr std::uint32_t firstIndexOf =
-    firstAttributeIndex + (std::is_base_of_v<PtrInterface, T> ? attributeIndexLevel : 0);
+inline constexpr std::uint32_t
+    firstIndexOf = firstAttributeIndex +
+                   (std::is_base_of_v<PtrInterface, T> ? attributeIndexLevel : 0);
 
 template <class T>
 inline constexpr auto attributeTable = makeAttributeTable<T, firstIndexOf<T>>();
@@ -200,7 +210,7 @@ constexpr TypeRecord makeTypeRecord() {
 } // namespace Lumo
 
 /// Opens the attribute declarations of a class.
-#define LUMO_TYPE(Self, text)                                                                     \
+#define LUMO_TYPE(Self, text)                                                                      \
  public:                                                                                           \
   using LumoSelf = Self;                                                                           \
   static constexpr const char* lumoName = text;                                                    \
@@ -208,98 +218,83 @@ constexpr TypeRecord makeTypeRecord() {
   static constexpr int lumoBegin = __LINE__;
 
 /// Closes them; what follows is public.
-#define LUMO_END                                                                                  \
+#define LUMO_END                                                                                   \
  public:                                                                                           \
   static constexpr int lumoEnd = __LINE__;
 
 /// In one source file, outside every function.
-#define LUMO_DEFINE_TYPE(Type) constinit const ::Lumo::TypeRecord Type::lumoType = ::Lumo::makeTypeRecord<Type>()
+#define LUMO_DEFINE_TYPE(Type)                                                                     \
+  constinit const ::Lumo::TypeRecord Type::lumoType = ::Lumo::makeTypeRecord<Type>()
 
-#define LUMO_ROW(row)                                                                             \
+#define LUMO_ROW(row)                                                                              \
   static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>) { return row; }
 
 /// The row of an attribute that only some instances of a class template have.
-#define LUMO_ROW_IF(condition, row)                                                               \
-  static constexpr ::Lumo::AttributeRecord lumoRow(                  \
-      ::Lumo::Line<__LINE__>)                                                                      \
-    requires(condition)                                                                            \
-  {                                                                                                \
+#define LUMO_ROW_IF(condition, row)                                                                \
+  static constexpr ::Lumo::AttributeRecord lumoRow(::Lumo::Line<__LINE__>) requires(condition) {   \
     if constexpr (condition) return row; /* clang looks at it even where the row is not */         \
     return {};                                                                                     \
   }
 
-#define LUMO_READ(Type, x)                                                                        \
+#define LUMO_READ(Type, x)                                                                         \
  public:                                                                                           \
   const Type& x() const { return x##_; }
 
-#define LUMO_FIELD(Type, x)                                                                       \
+#define LUMO_FIELD(Type, x)                                                                        \
  protected:                                                                                        \
   Type x##_{};
 
 /// A constructor argument: readable, fixed for the object's life.
-#define LUMO_CTOR(Type, x)                                                                        \
+#define LUMO_CTOR(Type, x)                                                                         \
   LUMO_READ(Type, x)                                                                               \
   LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))   \
   LUMO_FIELD(Type, x)
 
 /// A constructor argument that the class template has only where `condition` holds.
-#define LUMO_CTOR_IF(condition, Type, x)                                                          \
+#define LUMO_CTOR_IF(condition, Type, x)                                                           \
  public:                                                                                           \
-  const Type& x() const                                                                            \
-    requires(condition)                                                                            \
-  {                                                                                                \
-    return x##_;                                                                                   \
-  }                                                                                                \
+  const Type& x() const requires(condition) { return x##_; }                                       \
   LUMO_ROW_IF(condition, (::Lumo::scalarRow<&LumoSelf::x##_>(                                      \
                              #x, ::Lumo::AttributeKind::constructorArgument)))                     \
   LUMO_FIELD(Type, x)
 
 /// A readable and writable attribute that starts at the default of its type.
-#define LUMO_ATTR(Type, x)                                                                        \
+#define LUMO_ATTR(Type, x)                                                                         \
   LUMO_READ(Type, x)                                                                               \
   void x##Is(Type value) { x##_ = std::move(value); }                                              \
   LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::plain)))                 \
   LUMO_FIELD(Type, x)
 
 /// A plain attribute that the class template has only where `condition` holds.
-#define LUMO_ATTR_IF(condition, Type, x)                                                          \
+#define LUMO_ATTR_IF(condition, Type, x)                                                           \
  public:                                                                                           \
-  const Type& x() const                                                                            \
-    requires(condition)                                                                            \
-  {                                                                                                \
-    return x##_;                                                                                   \
-  }                                                                                                \
-  void x##Is(Type value)                                                                           \
-    requires(condition)                                                                            \
-  {                                                                                                \
-    x##_ = std::move(value);                                                                       \
-  }                                                                                                \
-  LUMO_ROW_IF(condition,                                                                           \
-              (::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::plain)))              \
+  const Type& x() const requires(condition) { return x##_; }                                       \
+  void x##Is(Type value) requires(condition) { x##_ = std::move(value); }                          \
+  LUMO_ROW_IF(condition, (::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::plain)))   \
   LUMO_FIELD(Type, x)
 
 /// An attribute without a field; its accessor x() is written by hand.
-#define LUMO_COMPUTED(Type, x)                                                                    \
+#define LUMO_COMPUTED(Type, x)                                                                     \
  public:                                                                                           \
   LUMO_ROW((::Lumo::computedRow<LumoSelf, Type>(#x, [](const LumoSelf& self) { return self.x(); })))
 
 /// A method that can be called by name; the names of its arguments follow as texts.
-#define LUMO_METHOD(x, ...)                                                                       \
+#define LUMO_METHOD(x, ...)                                                                        \
  public:                                                                                           \
   LUMO_ROW((::Lumo::methodRow<&LumoSelf::x>(#x __VA_OPT__(, ) __VA_ARGS__)))
 
 /// A method that the class template has only where `condition` holds.
-#define LUMO_METHOD_IF(condition, x, ...)                                                         \
+#define LUMO_METHOD_IF(condition, x, ...)                                                          \
  public:                                                                                           \
   LUMO_ROW_IF(condition, (::Lumo::methodRow<&LumoSelf::x>(#x __VA_OPT__(, ) __VA_ARGS__)))
 
-#define LUMO_COLLECTION(Family, tag, Key, Value, x, X, internal)                                     \
+#define LUMO_COLLECTION(Family, tag, Key, Value, x, X, internal, insert)                           \
  public:                                                                                           \
   const Value& x(const Key& key) const {                                                           \
     return ::Lumo::memberOrDefault<Value, Key>(x##_.find(key));                                    \
   }                                                                                                \
   std::size_t x##s() const { return x##_.size(); }                                                 \
-  const Family<Key, Value>& x##Map() const { return x##_; }                                           \
+  const Family<Key, Value>& x##Map() const { return x##_; }                                        \
   Value& new##X(const Key& key, Value value = {}) {                                                \
     return x##_.insertOrAssign(key, std::move(value));                                             \
   }                                                                                                \
@@ -312,27 +307,29 @@ constexpr TypeRecord makeTypeRecord() {
     for (auto at = x##_.cursor(); at; at.next()) x##Del(at.key());                                 \
   }                                                                                                \
   void x##Notify(const Key&) {}                                                                    \
-  LUMO_ROW((::Lumo::collectionRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::tag, internal)))     \
+  LUMO_ROW((::Lumo::collectionRow<&LumoSelf::x##_>(                                                \
+      #x, ::Lumo::AttributeKind::tag, internal,                                                    \
+      [](LumoSelf& self, const Key& key, const Value& value) { insert; })))                        \
  protected:                                                                                        \
   Family<Key, Value> x##_;
 
-#define LUMO_INSERT(Key, Value, x)                                                                \
+#define LUMO_INSERT(Key, Value, x)                                                                 \
  public:                                                                                           \
   void x##Is(const Key& key, Value value) { x##_.insertOrAssign(key, std::move(value)); }
 
 /// A collection walked in the order of its keys.
-#define LUMO_ORDERED(Key, Value, x, X)                                                            \
+#define LUMO_ORDERED(Key, Value, x, X)                                                             \
   LUMO_INSERT(Key, Value, x)                                                                       \
-  LUMO_COLLECTION(::Lumo::RbTreeMap, ordered, Key, Value, x, X, nullptr)
+  LUMO_COLLECTION(::Lumo::RbTreeMap, ordered, Key, Value, x, X, nullptr, self.x##Is(key, value))
 
 /// A collection without an order.
-#define LUMO_HASHED(Key, Value, x, X)                                                             \
+#define LUMO_HASHED(Key, Value, x, X)                                                              \
   LUMO_INSERT(Key, Value, x)                                                                       \
-  LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, Value, x, X, nullptr)
+  LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, Value, x, X, nullptr, self.x##Is(key, value))
 
 /// A hashed collection of entities, keyed by the entity's attribute `internal`. A null entity is
 /// refused; the message's closing quote has no opening one, and tools match it as it is.
-#define LUMO_HASHED_ENTITIES(Key, Entity, x, X, internal)                                         \
+#define LUMO_HASHED_ENTITIES(Key, Entity, x, X, internal)                                          \
  public:                                                                                           \
   void x##Is(::Lumo::Ptr<Entity> entity) {                                                         \
     if (!entity) {                                                                                 \
@@ -342,4 +339,5 @@ constexpr TypeRecord makeTypeRecord() {
     const Key key = entity->internal();                                                            \
     x##_.insertOrAssign(key, std::move(entity));                                                   \
   }                                                                                                \
-  LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, ::Lumo::Ptr<Entity>, x, X, #internal)
+  LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, ::Lumo::Ptr<Entity>, x, X, #internal,          \
+                  (static_cast<void>(key), self.x##Is(value)))

@@ -46,7 +46,8 @@ class HashMap2018 {
   using ValueType = Value;
 
   HashMap2018() = default;
-  HashMap2018(const HashMap2018& other) : body_(other.body_ ? std::make_unique<Body>(*other.body_) : nullptr) {}
+  HashMap2018(const HashMap2018& other)
+      : body_(other.body_ ? std::make_unique<Body>(*other.body_) : nullptr) {}
   HashMap2018(HashMap2018&&) noexcept = default;
   HashMap2018& operator=(HashMap2018 other) noexcept {
     body_.swap(other.body_);
@@ -164,7 +165,7 @@ class HashMap2018 {
 
   // The multiplication spreads hashes that differ in their high bits alone.
   static std::size_t slot(const Key& key, std::size_t mask) {
-    const std::uint64_t spread = HashOf<Key>{}(key) * 0x9e3779b97f4a7c15ull;
+    const std::uint64_t spread = HashOf<Key>{}(key)*0x9e3779b97f4a7c15ull;
     return (spread >> 32) & mask;
   }
 

@@ -78,8 +78,7 @@ class Ptr {
   Ptr(const Ptr& other) : Ptr(other.object_) {}
   Ptr(Ptr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   template <class U>
-    requires std::is_convertible_v<U*, T*>
-  Ptr(const Ptr<U>& other) : Ptr(other.ptr()) {}
+  requires std::is_convertible_v<U*, T*> Ptr(const Ptr<U>& other) : Ptr(other.ptr()) {}
   Ptr& operator=(Ptr other) noexcept {
     std::swap(object_, other.object_);
     return *this;

@@ -49,8 +49,8 @@ class RbTreeMap {
 
   Value& insertOrAssign(const Key& key, Value value) {
     Tree& tree = body().tree;
-    const auto hint = !tree.empty() && !(std::prev(tree.end())->first < key) ? tree.lower_bound(key)
-                                                                             : tree.end();
+    const auto hint =
+        !tree.empty() && !(std::prev(tree.end())->first < key) ? tree.lower_bound(key) : tree.end();
     return tree.insert_or_assign(hint, key, std::move(value))->second;
   }
 

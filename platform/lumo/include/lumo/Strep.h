@@ -29,11 +29,14 @@ String valueToStrep(const T& value) {
     return quoted(value);
   } else if constexpr (std::is_arithmetic_v<T>) {
     char digits[32];
-    return String(std::string_view(digits, std::to_chars(digits, digits + sizeof digits, value).ptr));
+    return String(
+        std::string_view(digits, std::to_chars(digits, digits + sizeof digits, value).ptr));
   } else if constexpr (requires { value.stringValue(); }) {
-    return "Value('" + std::string(TypeName<T>::value) + "', " + quoted(value.stringValue()).str() + ")";
+    return "Value('" + std::string(TypeName<T>::value) + "', " + quoted(value.stringValue()).str() +
+           ")";
   } else if constexpr (requires { valueToStrep(value.value()); }) {
-    return "Value('" + std::string(TypeName<T>::value) + "', " + valueToStrep(value.value()).str() + ")";
+    return "Value('" + std::string(TypeName<T>::value) + "', " + valueToStrep(value.value()).str() +
+           ")";
   } else {
     return "Value('" + std::string(TypeName<T>::value) + "')";
   }

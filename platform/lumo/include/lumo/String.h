@@ -47,7 +47,9 @@ class LUMO_EXPORT String {
   friend bool operator==(const String& a, std::string_view b) { return a.view() == b; }
   /// Byte order.
   friend bool operator<(const String& a, const String& b) { return a.view() < b.view(); }
-  friend std::ostream& operator<<(std::ostream& out, const String& text) { return out << text.view(); }
+  friend std::ostream& operator<<(std::ostream& out, const String& text) {
+    return out << text.view();
+  }
   std::size_t hash() const { return std::hash<std::string_view>{}(view()); }
 
  private:

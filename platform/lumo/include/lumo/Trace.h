@@ -72,7 +72,7 @@ class LUMO_EXPORT TraceHelper {
 
 /// A trace point: `text` is a chain for a stream ("a " << b), not evaluated while the level is off.
 /// The test stands ahead of the buffer, which the compiler clears, all 400 bytes of it.
-#define LUMO_TRACE(handle, level, source, text)                                                   \
+#define LUMO_TRACE(handle, level, source, text)                                                    \
   do {                                                                                             \
     const ::Lumo::TraceHandle& lumoTraceHandle = handle;                                           \
     if (!lumoTraceHandle.enabled(level)) break;                                                    \

@@ -47,7 +47,8 @@ struct AttributeRecord {
   Ptr<GenericIf> (*read)(const void* object) = nullptr;
   void (*write)(void* object, const Ptr<GenericIf>& value) = nullptr;
   Ptr<GenericIf> (*readMember)(const void* object, const Ptr<GenericIf>& key) = nullptr;
-  void (*writeMember)(void* object, const Ptr<GenericIf>& key, const Ptr<GenericIf>& value) = nullptr;
+  void (*writeMember)(void* object, const Ptr<GenericIf>& key,
+                      const Ptr<GenericIf>& value) = nullptr;
   Ptr<GenericIf> (*deleteMember)(void* object, const Ptr<GenericIf>& key) = nullptr;
   bool (*hasMember)(const void* object, const Ptr<GenericIf>& key) = nullptr;
   std::size_t (*members)(const void* object) = nullptr;

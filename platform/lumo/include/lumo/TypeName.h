@@ -25,7 +25,7 @@ struct TypeName<Ptr<T>> : TypeName<T> {};
 } // namespace Lumo
 
 /// Names a type for attribute tables. Stands outside every namespace.
-#define LUMO_TYPE_NAME_AS(Type, text)                                                             \
+#define LUMO_TYPE_NAME_AS(Type, text)                                                              \
   template <>                                                                                      \
   struct Lumo::TypeName<Type> {                                                                    \
     static constexpr const char* value = text;                                                     \

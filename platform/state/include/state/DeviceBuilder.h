@@ -30,13 +30,15 @@ class DeviceBuilder {
   Vanta::MemoryTable<Vanta::Fib::FecId, Vanta::Fib::Fec>* policyFecs;
   Vanta::MemoryTable<Arp::Table::ArpKey, Arp::Table::ArpEntry>* arp;
   Vanta::MemoryTable<Arp::Table::ArpKey, Arp::Table::ArpEntry>* neighbors;
-  Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey, NexthopGroup::NexthopGroupEntry>* nexthopGroups;
+  Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey, NexthopGroup::NexthopGroupEntry>*
+      nexthopGroups;
   Vanta::MemoryTable<Routing::NexthopGroup::NexthopGroupEntryCounterKey,
                      Routing::NexthopGroup::NexthopGroupEntryCounterKeyInfo>* counterKeys;
   Vanta::MemoryTable<Gaugex::CounterIndex, Gaugex::VantaGaugexCounter>* counters;
   Vanta::MemoryTable<Gaugex::CounterIndex, Gaugex::VantaGaugexCounter>* counterSnapshots;
 
-  /// Adds a VRF, or gives the one that has the name. Tables stay where they are when more VRFs come.
+  /// Adds a VRF, or gives the one that has the name. Tables stay where they are when more VRFs
+  /// come.
   VrfTables& vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
   VrfTables& defaultVrf() { return vrfTables_.front(); }
 

@@ -89,11 +89,16 @@ class BasicFec {
     ++viaCount;
   }
 
-  std::size_t serializeLen() const { return sizeof(BasicFec) - sizeof vias_ + usedVias() * sizeof(Via); }
-  void serialize(void* out) const { std::memcpy(out, static_cast<const void*>(this), serializeLen()); }
+  std::size_t serializeLen() const {
+    return sizeof(BasicFec) - sizeof vias_ + usedVias() * sizeof(Via);
+  }
+  void serialize(void* out) const {
+    std::memcpy(out, static_cast<const void*>(this), serializeLen());
+  }
   void deserialize(const void* in) {
     std::memcpy(static_cast<void*>(this), in, sizeof(BasicFec) - sizeof vias_);
-    std::memcpy(static_cast<void*>(vias_), static_cast<const char*>(in) + sizeof(BasicFec) - sizeof vias_,
+    std::memcpy(static_cast<void*>(vias_),
+                static_cast<const char*>(in) + sizeof(BasicFec) - sizeof vias_,
                 usedVias() * sizeof(Via));
   }
 

@@ -12,8 +12,8 @@ namespace Vanta::Fib {
 /// The kind of adjacency behind a FEC, in the top byte of its identifier.
 enum class AdjType : std::uint8_t {
   fib = 0,
-  fib6 = 1,       ///< the FEC lives in the IPv6 forwarding table
-  attached = 4,   ///< made up for a neighbour; in no table
+  fib6 = 1,     ///< the FEC lives in the IPv6 forwarding table
+  attached = 4, ///< made up for a neighbour; in no table
   srTePolicy = 15,
   tunnelFib = 16, ///< a FEC of the IPv4 table as a tunnel names it
   tunnelFib6 = 17 ///< a FEC of the IPv6 table as a tunnel names it
@@ -44,7 +44,9 @@ class FecId {
   /// Jenkins one-at-a-time over the 8 bytes, lowest first.
   std::uint32_t hash() const;
 
-  static Kesh::IntfId fecIdToHierarchicalIntfId(FecId id) { return Kesh::FecIdIntfId::intfId(id.value()); }
+  static Kesh::IntfId fecIdToHierarchicalIntfId(FecId id) {
+    return Kesh::FecIdIntfId::intfId(id.value());
+  }
   static FecId hierarchicalIntfIdToFecId(const Kesh::IntfId& id) {
     return FecId(Kesh::FecIdIntfId::fecId(id));
   }

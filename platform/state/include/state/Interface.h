@@ -16,7 +16,8 @@ namespace Interface {
 
 class IntfConfig : public Lumo::PtrInterface {
  public:
-  IntfConfig(const Kesh::IntfId& id, Lumo::String text) : intfId(id), description(std::move(text)) {}
+  IntfConfig(const Kesh::IntfId& id, Lumo::String text)
+      : intfId(id), description(std::move(text)) {}
   Kesh::IntfId intfId;
   Lumo::String description;
 };

@@ -17,7 +17,8 @@ template <class PrefixType>
 struct BasicUnprogrammedRouteKey {
   PrefixType prefix;
   Vrf::VrfIdMap::VrfId vrfId;
-  friend bool operator==(const BasicUnprogrammedRouteKey&, const BasicUnprogrammedRouteKey&) = default;
+  friend bool operator==(const BasicUnprogrammedRouteKey&,
+                         const BasicUnprogrammedRouteKey&) = default;
   friend bool operator<(const BasicUnprogrammedRouteKey& a, const BasicUnprogrammedRouteKey& b) {
     return a.prefix == b.prefix ? a.vrfId < b.vrfId : a.prefix < b.prefix;
   }

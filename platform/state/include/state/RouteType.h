@@ -85,7 +85,8 @@ enum class RouteType : std::uint32_t { forward = 0, drop = 1, nexthopGroup = 2 }
 
 namespace state {
 
-/// The name of a route type as state files write it ("bgpExternal"); empty for a number without one.
+/// The name of a route type as state files write it ("bgpExternal"); empty for a number without
+/// one.
 std::string_view routeTypeName(Routing::Fib::RouteType type);
 std::string_view routeTypeName(Routing6::Fib::RouteType type);
 

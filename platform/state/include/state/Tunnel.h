@@ -122,9 +122,15 @@ class TunnelFib : public Lumo::PtrInterface {
  public:
   TunnelFibEntry entry(TunnelTable::TunnelId id) const { return read(entries, id); }
   GreTunnelInfo greEncap(TunnelTable::EncapId id) const { return read(greEncaps, id); }
-  IpsecVtiTunnelInfo ipsecVtiEncap(TunnelTable::EncapId id) const { return read(ipsecVtiEncaps, id); }
-  IpsecGreTunnelInfo ipsecGreEncap(TunnelTable::EncapId id) const { return read(ipsecGreEncaps, id); }
-  Kesh::MplsLabelOperation labelStack(TunnelTable::EncapId id) const { return read(labelStacks, id); }
+  IpsecVtiTunnelInfo ipsecVtiEncap(TunnelTable::EncapId id) const {
+    return read(ipsecVtiEncaps, id);
+  }
+  IpsecGreTunnelInfo ipsecGreEncap(TunnelTable::EncapId id) const {
+    return read(ipsecGreEncaps, id);
+  }
+  Kesh::MplsLabelOperation labelStack(TunnelTable::EncapId id) const {
+    return read(labelStacks, id);
+  }
 
   Lumo::HashMap2018<TunnelTable::TunnelId, TunnelFibEntry> entries;
   Lumo::HashMap2018<TunnelTable::EncapId, GreTunnelInfo> greEncaps;

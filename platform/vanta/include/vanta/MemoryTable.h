@@ -28,9 +28,9 @@ class FixedRecords {
   void sort() {
     std::stable_sort(records_.begin(), records_.end(),
                      [](const Value& a, const Value& b) { return keyOf(a) < keyOf(b); });
-    const auto kept = std::unique(records_.rbegin(), records_.rend(), [](const auto& a, const auto& b) {
-      return keyOf(a) == keyOf(b);
-    });
+    const auto kept =
+        std::unique(records_.rbegin(), records_.rend(),
+                    [](const auto& a, const auto& b) { return keyOf(a) == keyOf(b); });
     records_.erase(records_.begin(), kept.base());
   }
 

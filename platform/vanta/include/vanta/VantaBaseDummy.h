@@ -14,7 +14,9 @@ class VantaBaseDummy final : public VantaBase<Key, Value> {
 
   VantaBaseDummy(const Tembra::Debuggable& debug, std::string name, const Value& defaultValue,
                  std::unique_ptr<Base> replaced)
-      : debug_(debug), rootPath_(debug.name(), std::move(name)), default_(defaultValue),
+      : debug_(debug),
+        rootPath_(debug.name(), std::move(name)),
+        default_(defaultValue),
         replaced_(std::move(replaced)) {}
 
   int initialize() override { return trace("initialize"), 1; }
@@ -44,7 +46,9 @@ class VantaBaseDummy final : public VantaBase<Key, Value> {
   std::size_t maxSize() const override { return trace("maxSize"), 0; }
   std::size_t capacity() const override { return trace("capacity"), 0; }
   int type() const override { return trace("type"), 2; }
-  ReaderCounters readerCounters() const override { return trace("readerCounters"), ReaderCounters(); }
+  ReaderCounters readerCounters() const override {
+    return trace("readerCounters"), ReaderCounters();
+  }
   RootPath rootPath() const override { return rootPath_; }
   int mountStatus() const override { return trace("mountStatus"), 0; }
 

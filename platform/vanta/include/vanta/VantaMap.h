@@ -39,8 +39,10 @@ class VantaMap {
 
   explicit VantaMap(std::unique_ptr<Base> implementation, std::string name = {},
                     Value defaultValue = {})
-      : implementation_(std::move(implementation)), name_(std::move(name)),
-        default_(std::move(defaultValue)), debug_("Vanta") {}
+      : implementation_(std::move(implementation)),
+        name_(std::move(name)),
+        default_(std::move(defaultValue)),
+        debug_("Vanta") {}
   VantaMap(const VantaMap&) = delete;
   VantaMap& operator=(const VantaMap&) = delete;
 
