@@ -58,8 +58,10 @@ template <class Family>
 void selectWholeTable(Sorter<Family>& sorter) {
   std::uint32_t steps = 0;
   FecAnswers answers;
-  for (auto it = routesOf(sorter); it; it.next()) {
-    const auto& route = it.value();
+  for (auto it = routesOf(sorter); it;) {
+    const auto route = it.value();
+    it.next();
+    answers.expect(it.value().fecId); // on its way while this route is entered
     const bool fecForwards =
         answers.answer(route.fecId, [&] { return forwards(copyAdjacency(sorter, route.fecId)); });
     if (!filterRoute(sorter, route, fecForwards)) sorter.sortedRouteIs(route.key, route);
