@@ -116,6 +116,15 @@ TYPED_TEST(ViewTest, ACorruptLookupGivesTheDefaultAndLeavesFoundAlone) {
   }
 }
 
+TYPED_TEST(ViewTest, DebugLinesSayWhetherTheViewWasNotifying) {
+  Watched watched(this->table());
+  watched.noteCallbacks();
+  watched.view.notifyingIs(true);
+  watched.view.debug().enabledIs(5, true);
+  watched.view.detach();
+  EXPECT_EQ(watched.events.front(), "VantaMap::collectionReadyIs() ready:0 notifying:1");
+}
+
 TYPED_TEST(ViewTest, DetachingWithoutACallbackIsABadFunctionCall) {
   Watched watched(this->table(2)), corrupt(this->table(1));
   EXPECT_THROW(watched.view.detach(), std::bad_function_call);
