@@ -8,8 +8,6 @@ namespace {
 
 using namespace support;
 
-Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
-
 template <class Family>
 struct AttachedRouteTest : testing::Test {
   Device device;

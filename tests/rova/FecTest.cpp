@@ -4,7 +4,6 @@
 
 #include "rova/fec/FecCapture.h"
 
-#include <algorithm>
 #include <map>
 
 namespace {
@@ -13,8 +12,6 @@ using namespace support;
 using Rova::CachedVia;
 using Tunnel::TunnelTable::TunnelId;
 using Lines = std::vector<std::string>;
-
-Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
 
 /// A via that the fields given differ in from the default one.
 struct Fields {
@@ -147,7 +144,6 @@ template <class FormType>
 struct CaptureTest : testing::Test {
   using Family = typename FormType::Family;
   static constexpr const char* hop = FormType::HopTexts::hop;
-  static constexpr const char* hop2 = FormType::HopTexts::hop2;
 
   FecId newId() const { return {FormType::adjType, 77}; }
 

@@ -43,86 +43,6 @@ TYPED_TEST(SelectionTest, ListsTheTableOrTheInsideOfAPrefixInOrder) {
   EXPECT_EQ(longer(T::otherHost), Lines());
 }
 
-TYPED_TEST(SelectionTest, TypesDecideWhatIsListed) {
-  using T = Texts<TypeParam>;
-  using Type = typename T::Type;
-  const struct {
-    Type type;
-    bool normally;
-    bool inDetail;
-  } cases[] = {
-      {Type::invalid, false, false},  {Type::attached, false, false},
-      {Type::receive, false, false},  {Type::martian, false, true},
-      {Type::connected, true, true},  {Type::drop, true, true},
-      {Type::unresolved, true, true}, {Type::nexthopGroup, true, true},
-      {Type::reserved, true, true},
-  };
-  const auto fec = this->ethernetFec();
-  for (const auto& [type, normally, inDetail] : cases) {
-    this->device.route(T::wide, type, fec);
-    for (const bool detail : {false, true}) {
-      const bool kept = detail ? inDetail : normally;
-      const auto sorter = this->open({.detail = detail});
-      EXPECT_EQ(sorter->sortedRoutes(), kept ? 1u : 0u) << static_cast<int>(type) << detail;
-      EXPECT_EQ(sorter->printCount(), kept ? 1 : 0);
-    }
-  }
-}
-
-TYPED_TEST(SelectionTest, AReceiveRouteIsKeptForALocalAddressOfItsLength) {
-  using T = Texts<TypeParam>;
-  const auto fec = this->device.fec({});
-  this->device.route(T::host, T::Type::receive, fec);
-  this->device.route(T::otherHost, T::Type::receive, fec);
-  EXPECT_EQ(this->listed(), Lines());
-  this->device.interface("Ethernet1", T::hostWithMask);
-  EXPECT_EQ(this->listed(), Lines()) << "the mask is another";
-  this->device.interface("Loopback0", T::host);
-  EXPECT_EQ(this->listed(), Lines{T::host});
-  EXPECT_EQ(this->listed({.detail = true}), Lines{T::host});
-}
-
-TEST(ReceiveRouteTest, TheLinkLocalBlockShowsInDetail) {
-  using Type = Rova::Ip6Family::RouteType;
-  Device device;
-  const auto fec = device.fec({});
-  device.route("fe80::/10", Type::receive, fec);
-  device.route("fe80::/64", Type::receive, fec);
-  device.route("::1/128", Type::receiveAll, fec);
-  EXPECT_EQ(selected(openSorter<Rova::Ip6Family>(device)), Lines());
-  EXPECT_EQ(selected(openSorter<Rova::Ip6Family>(device, {.detail = true})), Lines{"fe80::/10"});
-}
-
-TYPED_TEST(SelectionTest, FecsDecideWhatIsPrintable) {
-  using T = Texts<TypeParam>;
-  using Type = typename T::Type;
-  const struct {
-    const char* what;
-    FecId fec;
-    Type type;
-    bool normally;
-    bool inDetail;
-  } cases[] = {
-      {"a via", this->ethernetFec(), Type::staticRoute, true, true},
-      {"no via", this->device.fec({}), Type::staticRoute, true, true},
-      {"no FEC of that identifier", FecId(AdjType::fib, 4711), Type::staticRoute, true, true},
-      {"a null identifier", FecId(), Type::staticRoute, false, false},
-      {"dead vias", this->deadFec(), Type::staticRoute, false, true},
-      {"a live via behind a dead one",
-       this->device.fec({via(T::hop, ""), via(T::hop, "Ethernet1")}), Type::staticRoute, true,
-       true},
-      {"a tunnel", this->device.fec({via(T::zero, "DynamicTunnel7.1")}), Type::staticRoute, true,
-       true},
-      {"a group and a null identifier", FecId(), Type::nexthopGroup, true, true},
-      {"a group and dead vias", this->deadFec(), Type::nexthopGroup, true, true},
-  };
-  for (const auto& [what, fec, type, normally, inDetail] : cases) {
-    this->device.route(T::wide, type, fec);
-    EXPECT_EQ(this->listed().size(), normally ? 1u : 0u) << what;
-    EXPECT_EQ(this->listed({.detail = true}).size(), inDetail ? 1u : 0u) << what << " in detail";
-  }
-}
-
 TYPED_TEST(SelectionTest, TheWholeTableCapturesTheFecsOfRoutesThatItLeavesOut) {
   using T = Texts<TypeParam>;
   const auto fec = this->ethernetFec();
@@ -142,30 +62,6 @@ TYPED_TEST(SelectionTest, LongerPrefixesKeepTheFirstRouteOnADeadFec) {
   EXPECT_EQ(this->listed({.prefix = T::wide, .longerPrefixes = true}), Lines{T::host});
 }
 
-TYPED_TEST(SelectionTest, AnAddressResolvesToTheLongestPrefix) {
-  using T = Texts<TypeParam>;
-  const auto resolved = [this](const char* prefix) {
-    const auto sorter = this->open({.prefix = prefix});
-    EXPECT_LE(sorter->sortedRoutes(), 1u);
-    return sorter->longestPrefixMatch();
-  };
-  const auto prefix = [](const char* text) { return prefixOf<TypeParam>(text); };
-  EXPECT_TRUE(resolved(T::host).isNullPrefix());
-  this->staticRoutes({T::wide});
-  EXPECT_EQ(resolved(T::host), prefix(T::wide));
-  EXPECT_TRUE(resolved(T::otherHost).isNullPrefix());
-  EXPECT_TRUE(resolved(T::everything).isNullPrefix());
-  this->staticRoutes({T::inside, T::everything});
-  EXPECT_EQ(resolved(T::host), prefix(T::inside));
-  EXPECT_EQ(resolved(T::inside), prefix(T::inside));
-  EXPECT_EQ(resolved(T::wide), prefix(T::wide));
-  EXPECT_EQ(resolved(T::otherHost), prefix(T::everything));
-  this->device.route(T::host, T::Type::attached, this->ethernetFec()); // is passed over
-  EXPECT_EQ(resolved(T::host), prefix(T::inside));
-  this->staticRoutes({T::host});
-  EXPECT_EQ(resolved(T::host), prefix(T::host));
-}
-
 TYPED_TEST(SelectionTest, LongestPrefixMatchIsForSingleQueriesOnly) {
   using T = Texts<TypeParam>;
   this->staticRoutes({T::wide});
@@ -177,17 +73,6 @@ TYPED_TEST(SelectionTest, LongestPrefixMatchIsForSingleQueriesOnly) {
   const auto single = this->open({.prefix = T::wide});
   single->newSortedRoute(prefixOf<TypeParam>(T::other));
   EXPECT_DEATH(single->longestPrefixMatch(), assertion(text));
-}
-
-TYPED_TEST(SelectionTest, AnyEntryOfTheFamilysKernelTableCounts) {
-  using T = Texts<TypeParam>;
-  EXPECT_FALSE(Rova::kernelUnprogrammedRoutes(*this->open()));
-  EXPECT_FALSE(Rova::kernelUnprogrammedRoutes(*this->open({.withoutKernelStatus = true})));
-  this->device.template kernelUnprogrammed<TypeParam>(T::other);
-  EXPECT_TRUE(Rova::kernelUnprogrammedRoutes(*this->open({.prefix = T::host})));
-  using Other = std::conditional_t<std::is_same_v<TypeParam, Rova::Ip4Family>, Rova::Ip6Family,
-                                   Rova::Ip4Family>;
-  EXPECT_FALSE(Rova::kernelUnprogrammedRoutes(*openSorter<Other>(this->device)));
 }
 
 TYPED_TEST(SelectionTest, ATableThatTurnsCorruptRaisesAtEveryRead) {

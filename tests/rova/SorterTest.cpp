@@ -6,7 +6,6 @@
 #include "scrivo/Interrupt.h"
 
 #include <atomic>
-#include <cmath>
 #include <csignal>
 #include <fcntl.h>
 #include <thread>
@@ -16,17 +15,11 @@ namespace {
 using namespace support;
 using Lines = std::vector<std::string>;
 
-Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
-
 template <class Family>
 struct SorterTest : testing::Test {
   using Sorter = Rova::Sorter<Family>;
 
   auto open(const Query& query = {}) { return openSorter<Family>(device, query); }
-  /// The interface that owns an address, as the sorter has it.
-  std::string owner(const Lumo::Ptr<Sorter>& sorter, const char* address) {
-    return sorter->addrToIntfId(parsed<typename Family::AddrWithMask>(address)).stringValue().str();
-  }
   void staticRoutes(std::uint32_t count) {
     const auto fec = device.fec({});
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -47,28 +40,6 @@ struct SorterTest : testing::Test {
   Device device;
 };
 TYPED_TEST_SUITE(SorterTest, Families, FamilyNames);
-
-TYPED_TEST(SorterTest, KnowsTheLocalAddressesByAddressAndMask) {
-  using T = Texts<TypeParam>;
-  this->device.interface("Ethernet1", T::hostWithMask);
-  this->device.interface("Ethernet1", T::otherHost);
-  const auto sorter = this->open();
-  EXPECT_EQ(this->owner(sorter, T::hostWithMask), "Ethernet1");
-  EXPECT_EQ(this->owner(sorter, T::otherHost), "Ethernet1");
-  EXPECT_EQ(this->owner(sorter, T::host), "") << "another mask";
-  EXPECT_EQ(sorter->addrToIntfIds(), 2u);
-}
-
-TYPED_TEST(SorterTest, AddressesOfOtherVrfsAreForIp6Alone) {
-  using T = Texts<TypeParam>;
-  constexpr bool ip6 = std::is_same_v<TypeParam, Rova::Ip6Family>;
-  this->device.vrf("red", 5);
-  this->device.interface("Ethernet1", T::hostWithMask, "red");
-  this->device.interface("Ethernet2", T::otherHost);
-  EXPECT_EQ(this->owner(this->open(), T::hostWithMask), ip6 ? "Ethernet1" : "");
-  EXPECT_EQ(this->owner(this->open({.vrf = "red"}), T::hostWithMask), "Ethernet1");
-  EXPECT_EQ(this->owner(this->open({.vrf = "red"}), T::otherHost), ip6 ? "Ethernet2" : "");
-}
 
 TEST(LocalAddressTest, AnInterfaceWithoutConfigurationIsOfTheVrfWithoutName) {
   Device device;

@@ -3,8 +3,9 @@
 #include "support/Device.h"
 #include "support/Expect.h"
 
-#include <algorithm>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -202,7 +203,7 @@ TYPED_TEST_SUITE(ByNameTest, Families, FamilyNames);
 TYPED_TEST(ByNameTest, ASorterIsReadAndCalledByName) {
   using T = Texts<TypeParam>;
   const auto fec = this->device.fec({via(T::hop, "Ethernet1")});
-  this->device.route(T::inside, T::Type::staticRoute, fec, {.metric = 20});
+  this->device.route(T::inside, T::Type::staticRoute, fec, 20);
   const auto sorter = openSorter<TypeParam>(this->device, {.prefix = T::host});
   EXPECT_EQ(sorter->fwkType(), &Rova::Sorter<TypeParam>::lumoType);
   const auto key = prefixOf<TypeParam>(T::inside);

@@ -122,29 +122,6 @@ TYPED_TEST(VocabularyTest, NumbersOutsideItStopTheProcess) {
   }
 }
 
-template <class RouteType>
-std::set<std::uint32_t> numbersFor(bool (*test)(RouteType)) {
-  std::set<std::uint32_t> numbers;
-  for (std::uint32_t number = 0; number < 64; ++number) {
-    if (test(static_cast<RouteType>(number))) numbers.insert(number);
-  }
-  return numbers;
-}
-
-TEST(RouteTypeTestsTest, HoldForTheirNumbersAlone) {
-  using Numbers = std::set<std::uint32_t>;
-  EXPECT_EQ(numbersFor<V4>(Rova::isInvalid), Numbers({0}));
-  EXPECT_EQ(numbersFor<V6>(Rova::isInvalid), Numbers({0}));
-  EXPECT_EQ(numbersFor<V4>(Rova::isAttached), Numbers({5}));
-  EXPECT_EQ(numbersFor<V6>(Rova::isAttached), Numbers({3}));
-  EXPECT_EQ(numbersFor<V4>(Rova::isReceive), Numbers({1, 2, 3, 4}));
-  EXPECT_EQ(numbersFor<V6>(Rova::isReceive), Numbers({1, 2}));
-  EXPECT_EQ(numbersFor<V4>(Rova::isNexthopGroup), Numbers({25}));
-  EXPECT_EQ(numbersFor<V6>(Rova::isNexthopGroup), Numbers({15}));
-  EXPECT_EQ(numbersFor<V4>(Rova::isMartian), Numbers({33}));
-  EXPECT_EQ(numbersFor<V6>(Rova::isMartian), Numbers({18}));
-}
-
 TEST(HostCodeTest, EveryNumberHasACodeAndAWord) {
   struct Code {
     char code;
