@@ -43,6 +43,36 @@ TYPED_TEST(SelectionTest, ListsTheTableOrTheInsideOfAPrefixInOrder) {
   EXPECT_EQ(longer(T::otherHost), Lines());
 }
 
+TEST(ReceiveRouteTest, OfTheLinkLocalBlocksTheWideOneShowsInDetail) {
+  using Type = Rova::Ip6Family::RouteType;
+  Device device;
+  const auto fec = device.fec({});
+  device.route("fe80::/10", Type::receive, fec);
+  device.route("fe80::/64", Type::receive, fec);
+  device.route("::1/128", Type::receiveAll, fec);
+  EXPECT_EQ(selected(openSorter<Rova::Ip6Family>(device)), Lines());
+  EXPECT_EQ(selected(openSorter<Rova::Ip6Family>(device, {.detail = true})), Lines{"fe80::/10"});
+}
+
+TYPED_TEST(SelectionTest, ADeadFecHidesAllButGroups) {
+  using T = Texts<TypeParam>;
+  const auto dead = this->deadFec();
+  this->device.route(T::host, T::Type::staticRoute, dead);
+  this->device.route(T::wide, T::Type::nexthopGroup, dead);
+  EXPECT_EQ(this->listed(), Lines{T::wide});
+  EXPECT_EQ(this->listed({.detail = true}), (Lines{T::host, T::wide}));
+}
+
+TYPED_TEST(SelectionTest, AnyEntryOfTheFamilysKernelTableCounts) {
+  using T = Texts<TypeParam>;
+  using Other = std::conditional_t<std::is_same_v<TypeParam, Rova::Ip4Family>, Rova::Ip6Family,
+                                   Rova::Ip4Family>;
+  EXPECT_FALSE(Rova::kernelUnprogrammedRoutes(*this->open({.withoutKernelStatus = true})));
+  this->device.template kernelUnprogrammed<TypeParam>(T::other);
+  EXPECT_TRUE(Rova::kernelUnprogrammedRoutes(*this->open({.prefix = T::host})));
+  EXPECT_FALSE(Rova::kernelUnprogrammedRoutes(*openSorter<Other>(this->device)));
+}
+
 TYPED_TEST(SelectionTest, TheWholeTableCapturesTheFecsOfRoutesThatItLeavesOut) {
   using T = Texts<TypeParam>;
   const auto fec = this->ethernetFec();
