@@ -2,7 +2,7 @@
 #include "lumo/String.h"
 
 #include <gtest/gtest.h>
-#include <sstream>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -36,23 +36,14 @@ TEST(StringTest, CopiesShareTheirBodyAndOutliveTheOriginal) {
   EXPECT_EQ(copy.c_str(), original->c_str());
   original.reset();
   EXPECT_EQ(copy.str(), "default");
-}
-
-TEST(StringTest, AssignsToItself) {
-  String text("red");
+  String text = copy;
   String& alias = text;
   text = alias;
-  EXPECT_EQ(text.str(), "red");
   text = std::move(alias);
-  EXPECT_EQ(text.str(), "red");
-}
-
-TEST(StringTest, AMovedFromTextCanBeAssigned) {
-  String from("red");
-  String to(std::move(from));
-  from = "blue";
-  EXPECT_EQ(to.str(), "red");
-  EXPECT_EQ(from.str(), "blue");
+  EXPECT_EQ(text.str(), "default") << "assigned to itself";
+  const String moved(std::move(text));
+  text = "blue";
+  EXPECT_EQ(moved.str() + text.str(), "defaultblue");
 }
 
 TEST(StringTest, OrdersByBytes) {
@@ -62,19 +53,9 @@ TEST(StringTest, OrdersByBytes) {
     for (std::size_t j = 0; j < std::size(ascending); ++j) {
       EXPECT_EQ(String(ascending[i]) < String(ascending[j]), i < j) << i << " " << j;
       EXPECT_EQ(String(ascending[i]) == String(ascending[j]), i == j) << i << " " << j;
+      EXPECT_EQ(String(ascending[i]).hash() == String(std::string(ascending[j])).hash(), i == j);
     }
   }
-}
-
-TEST(StringTest, EqualTextsHashAlike) {
-  EXPECT_EQ(String("vrf1").hash(), String(std::string("vrf1")).hash());
-  EXPECT_NE(String("vrf1").hash(), String("vrf2").hash());
-}
-
-TEST(StringTest, GoesToStreams) {
-  std::ostringstream out;
-  out << String("a") << String() << String("b");
-  EXPECT_EQ(out.str(), "ab");
 }
 
 } // namespace

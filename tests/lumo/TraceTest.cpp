@@ -3,6 +3,7 @@
 #include "lumo/ActivityLock.h"
 #include "lumo/Assert.h"
 #include "lumo/Exception.h"
+#include "support/Expect.h"
 
 #include <cerrno>
 #include <gtest/gtest.h>
@@ -46,16 +47,11 @@ TEST(TraceTest, EvaluatesNothingWhileTheLevelIsOff) {
   tracePoint(handle, 2);
   EXPECT_EQ(evaluations, 0);
   EXPECT_TRUE(collector.texts.empty());
-}
-
-TEST(TraceTest, GivesTheSinkTextAndPlace) {
-  Collector collector;
-  Lumo::TraceHandle handle("Loud");
   handle.enabledIs(8, true);
-  evaluations = 0;
   tracePoint(handle, 8);
   EXPECT_EQ(collector.texts, std::vector<std::string>{"value 1."});
-  EXPECT_EQ(collector.place, "Loud 8 TestSource:" + std::to_string(tracePointLine) + " tracePoint");
+  EXPECT_EQ(collector.place,
+            "Quiet 8 TestSource:" + std::to_string(tracePointLine) + " tracePoint");
 }
 
 TEST(TraceTest, LevelsAreSetByNameForHandlesPresentAndToCome) {
@@ -68,13 +64,8 @@ TEST(TraceTest, LevelsAreSetByNameForHandlesPresentAndToCome) {
   Lumo::traceLevelIs("Named", 1, false);
   EXPECT_FALSE(present.enabled(1));
   EXPECT_FALSE(later.enabled(1));
-}
-
-TEST(TraceTest, LevelsOutsideTheRangeAreNone) {
-  Lumo::TraceHandle handle("Range");
-  handle.enabledIs(32, true);
-  handle.enabledIs(40, true);
-  for (unsigned level = 0; level < 32; ++level) EXPECT_FALSE(handle.enabled(level)) << level;
+  present.enabledIs(32, true); // no such level
+  for (unsigned level = 0; level < 32; ++level) EXPECT_FALSE(present.enabled(level)) << level;
 }
 
 TEST(AssertDeathTest, EndsTheProcessWithItsText) {
@@ -91,65 +82,40 @@ TEST(ErrnoExceptionTest, KeepsNumberAndText) {
   EXPECT_EQ(Lumo::errorString(EPERM), "Operation not permitted");
 }
 
-TEST(UnlockAnchorTest, GivesUpForItsLifeAndTakesAgain) {
+TEST(UnlockAnchorTest, GivesUpForItsLifeAndTakesAgainEvenWhenAnExceptionPasses) {
   Lumo::Lock lock;
   ASSERT_EQ(lock.take(), 0);
-  {
+  try {
     const Lumo::UnlockAnchor anchor(lock);
     EXPECT_EQ(lock.giveUp(), EPERM) << "it was not given up";
+    throw 1;
+  } catch (int) {
   }
   EXPECT_EQ(lock.take(), EDEADLK) << "it was not taken again";
   EXPECT_EQ(lock.giveUp(), 0);
 }
 
-TEST(UnlockAnchorTest, TakesAgainWhenAnExceptionPasses) {
+TEST(UnlockAnchorTest, RefusesALockThatIsNotToBeGivenUp) {
+  using support::messageOf;
   Lumo::Lock lock;
-  lock.take();
+  const auto anchorOn = [&] { const Lumo::UnlockAnchor anchor(lock); };
   try {
-    const Lumo::UnlockAnchor anchor(lock);
-    throw 1;
-  } catch (int) {
-  }
-  EXPECT_EQ(lock.giveUp(), 0);
-}
-
-TEST(UnlockAnchorTest, RefusesAnUnreleasableLock) {
-  Lumo::Lock lock;
-  lock.take();
-  lock.releasableIs(false);
-  try {
-    const Lumo::UnlockAnchor anchor(lock);
-    FAIL() << "no exception";
-  } catch (const Lumo::InternalException& error) {
-    EXPECT_STREQ(error.what(), "Lock Protocol exception -- unlocking an unreleasable lock");
-  }
-  EXPECT_EQ(lock.giveUp(), 0) << "the lock changed";
-}
-
-TEST(UnlockAnchorTest, ReportsALockThatIsNotHeld) {
-  Lumo::Lock lock;
-  try {
-    const Lumo::UnlockAnchor anchor(lock);
-    FAIL() << "no exception";
+    anchorOn();
+    FAIL() << "it is not held";
   } catch (const Lumo::ErrnoException& error) {
     EXPECT_EQ(error.number(), EPERM);
     EXPECT_EQ(error.text(), "Failed to release the lock");
   }
-}
-
-TEST(UnlockAnchorTest, ReportsALockTakenMeanwhile) {
-  Lumo::Lock lock;
   lock.take();
-  try {
-    {
-      const Lumo::UnlockAnchor anchor(lock);
-      lock.take();
-    }
-    FAIL() << "no exception";
-  } catch (const Lumo::InternalException& error) {
-    EXPECT_STREQ(error.what(), "Lock was already grabbed in UnlockAnchor destructor!");
-  }
-  lock.giveUp();
+  EXPECT_EQ(messageOf<Lumo::InternalException>([&] {
+              const Lumo::UnlockAnchor anchor(lock);
+              lock.take();
+            }),
+            "Lock was already grabbed in UnlockAnchor destructor!");
+  lock.releasableIs(false);
+  EXPECT_EQ(messageOf<Lumo::InternalException>(anchorOn),
+            "Lock Protocol exception -- unlocking an unreleasable lock");
+  EXPECT_EQ(lock.giveUp(), 0) << "the lock changed";
 }
 
 TEST(ActivityLockHoldTest, HoldsTheLockOfTheProcess) {

@@ -8,22 +8,15 @@ namespace {
 
 using namespace support;
 
-Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
-
 template <class Family>
 struct AttachedRouteTest : testing::Test {
-  auto open(const Query& query = {}) { return openSorter<Family>(device, query); }
-  void staticRoute(const char* prefix, FecId fec) {
-    device.route(prefix, Texts<Family>::Type::staticRoute, fec);
-  }
-
   Device device;
 };
 TYPED_TEST_SUITE(AttachedRouteTest, Families, FamilyNames);
 
 TYPED_TEST(AttachedRouteTest, ANeighbourGetsAHostRouteWithAFecOfItsOwn) {
   using T = Texts<TypeParam>;
-  const auto sorter = this->open();
+  const auto sorter = openSorter<TypeParam>(this->device);
   const auto route = sorter->createAttachedRoute(addr(T::hostAddress), intf("Vlan10"));
   EXPECT_EQ(route.key.stringValue().str(), T::host);
   EXPECT_EQ(route.metric, 0u);
@@ -42,27 +35,18 @@ TYPED_TEST(AttachedRouteTest, ANeighbourGetsAHostRouteWithAFecOfItsOwn) {
   EXPECT_EQ(via.viaWeight().str(), "");
 }
 
-TYPED_TEST(AttachedRouteTest, ASecondInterfaceAddsAVia) {
-  using T = Texts<TypeParam>;
-  const auto sorter = this->open();
-  const auto first = sorter->createAttachedRoute(addr(T::hostAddress), intf("Vlan10"));
-  sorter->sortedRouteIs(first.key, first);
-  const auto second = sorter->createAttachedRoute(addr(T::hostAddress), intf("Vlan9"));
-  EXPECT_EQ(second, first);
-  EXPECT_EQ(sorter->fecs(), 1u);
-  EXPECT_EQ(sorter->fec(first.fecId)->vias(), 2u);
-  EXPECT_EQ(sorter->fec(first.fecId)->weight(), 1u);
-}
-
-TYPED_TEST(AttachedRouteTest, ANeighbourWithATableRouteAddsAViaToIt) {
+TYPED_TEST(AttachedRouteTest, AKnownNeighbourGetsAFurtherVia) {
   using T = Texts<TypeParam>;
   const auto fec = this->device.fec({via(T::hop, "Ethernet1")});
-  this->staticRoute(T::host, fec);
-  const auto sorter = this->open();
-  const auto route = sorter->createAttachedRoute(addr(T::hostAddress), intf("Vlan10"));
-  EXPECT_EQ(route.routeType, T::Type::staticRoute);
-  EXPECT_EQ(route.fecId, fec);
+  this->device.route(T::host, T::Type::staticRoute, fec);
+  const auto sorter = openSorter<TypeParam>(this->device);
+  EXPECT_EQ(sorter->createAttachedRoute(addr(T::hostAddress), intf("Vlan10")).fecId, fec);
   EXPECT_EQ(sorter->fec(fec)->vias(), 2u);
+  const auto first = sorter->createAttachedRoute(addr(T::hop), intf("Vlan10"));
+  sorter->sortedRouteIs(first.key, first);
+  EXPECT_EQ(sorter->createAttachedRoute(addr(T::hop), intf("Vlan9")), first);
+  EXPECT_EQ(sorter->fec(first.fecId)->vias(), 2u);
+  EXPECT_EQ(sorter->fec(first.fecId)->weight(), 1u);
 }
 
 TYPED_TEST(AttachedRouteTest, NumbersGoOnInOneClassAndAreApartFromTheOther) {
@@ -72,9 +56,9 @@ TYPED_TEST(AttachedRouteTest, NumbersGoOnInOneClassAndAreApartFromTheOther) {
   const auto numberOf = [](const auto& sorter, const char* address) {
     return sorter->createAttachedRoute(addr(address), intf("Vlan1")).fecId.value();
   };
-  const auto first = numberOf(this->open(), T::hostAddress);
+  const auto first = numberOf(openSorter<TypeParam>(this->device), T::hostAddress);
   EXPECT_GT(first & 0x00ffffffffffffff, 0u);
-  const auto sorter = this->open();
+  const auto sorter = openSorter<TypeParam>(this->device);
   EXPECT_EQ(numberOf(sorter, T::hostAddress), first + 1)
       << "the sorters of a class share the count";
   numberOf(openSorter<OtherFamily>(this->device), Texts<OtherFamily>::hostAddress);
@@ -118,33 +102,12 @@ TYPED_TEST(ProtocolStringTest, MarksWhatIsNotProgrammed) {
   EXPECT_EQ(protocolString<TypeParam>({Type::nexthopGroup, false, false, ""}, FecId()), "     ");
 }
 
-TYPED_TEST(ProtocolStringTest, HardwareMarksAreOfTheVrf) {
-  using T = Texts<TypeParam>;
-  Device device;
-  device.vrf("red", 5);
-  device.route(T::wide, T::Type::staticRoute, FecId(7));
-  device.hardwareUnprogrammed<TypeParam>(T::wide, 1);
-  const auto prefix = prefixOf<TypeParam>(T::wide);
-  EXPECT_EQ(openSorter<TypeParam>(device)->protocolString(prefix).str(), " S   ");
-  device.hardwareUnprogrammed<TypeParam>(T::wide);
-  EXPECT_EQ(openSorter<TypeParam>(device)->protocolString(prefix).str(), "*S   ");
-  EXPECT_EQ(
-      openSorter<TypeParam>(device, {.withoutHardwareStatus = true})->protocolString(prefix).str(),
-      " S   ");
-}
-
-TYPED_TEST(ProtocolStringTest, IsBlankForAnUnknownPrefix) {
-  using T = Texts<TypeParam>;
-  Device device;
-  const auto sorter = openSorter<TypeParam>(device, {.withoutKernelStatus = true});
-  EXPECT_EQ(sorter->protocolString(prefixOf<TypeParam>(T::wide)).str(), "     ");
-}
-
-TYPED_TEST(ProtocolStringTest, NeedsTheKernelsTable) {
+TYPED_TEST(ProtocolStringTest, IsBlankForAnUnknownPrefixAndNeedsTheKernelsTable) {
   using T = Texts<TypeParam>;
   Device device;
   device.route(T::wide, T::Type::staticRoute, FecId(7));
   const auto sorter = openSorter<TypeParam>(device, {.withoutKernelStatus = true});
+  EXPECT_EQ(sorter->protocolString(prefixOf<TypeParam>(T::other)).str(), "     ");
   EXPECT_DEATH(sorter->protocolString(prefixOf<TypeParam>(T::wide)),
                assertion("kernelUnprogrammedRoute()"));
 }
@@ -154,27 +117,16 @@ TEST(ViasForPrefixTest, GivesACopyOfTheViasAlone) {
   const auto fec = device.fec({via("10.0.0.1", "Ethernet1", {.weight = 2}),
                                via("10.0.0.2", "Ethernet2"), via("10.0.0.3", "Ethernet3")});
   device.route("10.0.0.0/8", Routing::Fib::RouteType::staticRoute, fec);
+  device.route("11.0.0.0/8", Routing::Fib::RouteType::nexthopGroup, FecId());
   const auto sorter = openSorter<Rova::Ip4Family>(device);
   const auto copy = sorter->viasForPrefix(Kesh::pfx(0x0a000000, 8));
-  ASSERT_TRUE(copy);
-  EXPECT_EQ(copy->fecId(), fec);
   EXPECT_TRUE(copy->viaMap() == sorter->fec(fec)->viaMap());
   EXPECT_EQ(copy->weight(), 0u);
   EXPECT_FALSE(copy == sorter->fec(fec)) << "a caller must not reach the sorter's own";
-}
-
-TEST(ViasForPrefixTest, IsNullWithoutRouteOrFecAndEmptyWithoutEntity) {
-  Device device;
-  device.route("10.0.0.0/8", Routing::Fib::RouteType::nexthopGroup, FecId());
-  device.route("11.0.0.0/8", Routing::Fib::RouteType::staticRoute, FecId(7));
-  const auto sorter = openSorter<Rova::Ip4Family>(device);
-  ASSERT_EQ(sorter->sortedRoutes(), 2u);
-  EXPECT_FALSE(sorter->viasForPrefix(Kesh::pfx(0x0a000000, 8)));
-  EXPECT_FALSE(sorter->viasForPrefix(Kesh::pfx(0x0c000000, 8)));
-  sorter->fecDel(FecId(7));
-  const auto empty = sorter->viasForPrefix(Kesh::pfx(0x0b000000, 8));
-  ASSERT_TRUE(empty);
-  EXPECT_EQ(empty->vias(), 0u);
+  EXPECT_FALSE(sorter->viasForPrefix(Kesh::pfx(0x0b000000, 8))) << "without a FEC";
+  EXPECT_FALSE(sorter->viasForPrefix(Kesh::pfx(0x0c000000, 8))) << "without a route";
+  sorter->fecDel(fec);
+  EXPECT_EQ(sorter->viasForPrefix(Kesh::pfx(0x0a000000, 8))->vias(), 0u);
 }
 
 TEST(IsDirectlyConnectedTest, ComparesTexts) {
@@ -184,10 +136,7 @@ TEST(IsDirectlyConnectedTest, ComparesTexts) {
     bool connected;
   } cases[] = {
       {"10.0.0.0/8", "0.0.0.0", true},
-      {"10.0.0.0/8", "::", true},
       {"2001:db8::/32", "::", true},
-      {"2001:db8::/32", "0.0.0.0", true},
-      {"", "0.0.0.0", true},
       {"", "::", true},
       {"10.0.0.1/32", "10.0.0.1", true},
       {"10.0.0.1/32", "10.0.0.2", false},
@@ -195,12 +144,8 @@ TEST(IsDirectlyConnectedTest, ComparesTexts) {
       {"10.0.0.0/8", "10.0.0.0", false},
       {"2001:db8::1/128", "2001:db8::1", true},
       {"2001:db8::1/128", "2001:DB8::1", false},
-      {"2001:db8::1/128", "2001:db8::2", false},
       {"2001:db8::/127", "2001:db8::", false},
-      {"10.0.0.1/32", "", false},
-      {"10.0.0.1/32", "10.0.0.1/32", false},
       {"", "", false},
-      {"", "10.0.0.1", false},
       {"::a00:1/128", "10.0.0.1", false},
   };
   for (const auto& [prefix, nexthop, connected] : cases) {

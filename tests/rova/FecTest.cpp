@@ -4,7 +4,6 @@
 
 #include "rova/fec/FecCapture.h"
 
-#include <algorithm>
 #include <map>
 
 namespace {
@@ -13,8 +12,6 @@ using namespace support;
 using Rova::CachedVia;
 using Tunnel::TunnelTable::TunnelId;
 using Lines = std::vector<std::string>;
-
-Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
 
 /// A via that the fields given differ in from the default one.
 struct Fields {
@@ -79,13 +76,6 @@ TEST(CachedViaTest, TunnelsAndFecsStandInTheInterfacesPlace) {
   via.fecIdIs(FecId(AdjType::srTePolicy, 4));
   EXPECT_EQ(via.fecId(), FecId(AdjType::srTePolicy, 4));
   EXPECT_TRUE(via.tunnelId().isNull());
-}
-
-TEST(CachedViaTest, AStaticTunnelInterfaceKeepsItsIdentifier) {
-  CachedVia via = cachedVia({.interface = "Tunnel5"});
-  EXPECT_EQ(via.tunnelId().value(), 0x900000000005u);
-  via.tunnelIdIs(via.tunnelId());
-  EXPECT_EQ(via.intfId(), intf("Tunnel5"));
   EXPECT_EQ(cachedVia({.interface = "Tunnel65541"}).tunnelId().value(), 0x900000000005u);
 }
 
@@ -136,36 +126,8 @@ TEST(PredicateTest, AnSrTePolicyFecIsOneOrLeadsToOne) {
       fecWith(plain, {{.interface = "Ethernet1"}, {.interface = "Fec15.7"}})));
   EXPECT_FALSE(
       Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Fec0.7"}, {.interface = "Fec200.7"}})));
-}
-
-TEST(PredicateDeathTest, TheFecsOwnTypeIsAsserted) {
-  const auto broken = fecWith(FecId(std::uint64_t{20} << 56), {});
-  EXPECT_DEATH(Rova::isSrTePolicyFec(broken),
+  EXPECT_DEATH(Rova::isSrTePolicyFec(fecWith(FecId(std::uint64_t{20} << 56), {})),
                assertion("(value_ >> Fib::adjTypePos()) < Fib::adjTypeMax()"));
-}
-
-TEST(CachedFecFactoryTest, MakesAFecWithDefaults) {
-  const auto fec = Rova::cachedFecFactory(FecId(AdjType::fib6, 3));
-  EXPECT_EQ(fec->references(), 1u);
-  EXPECT_EQ(fec->fecId(), FecId(AdjType::fib6, 3));
-  EXPECT_EQ(fec->numEntries() + fec->connected() + fec->hasBackup() + fec->hierarchicalVia(), 0);
-  EXPECT_EQ(fec->weight() + fec->backupViaIndex().value() + fec->vias(), 0u);
-  EXPECT_EQ(fec->labelDel(3), Kesh::MplsLabel(0x100000));
-  EXPECT_EQ(fec->label(3).value(), 0x100000u);
-  EXPECT_EQ(fec->nexthopAddr(3).str(), "");
-  EXPECT_FALSE(fec->hostToCpu(3));
-  EXPECT_FALSE(fec->viaEvpnEntry(3).isSet());
-}
-
-TEST(CachedFecTest, ViaHoldsAValueOnce) {
-  const auto fec = fecWith(FecId(1), {{.interface = "Ethernet1"}, {.interface = "Ethernet1"}});
-  EXPECT_EQ(fec->vias(), 1u);
-  EXPECT_TRUE(fec->via(cachedVia({.interface = "Ethernet1"})));
-  EXPECT_FALSE(fec->via(cachedVia({.interface = "Ethernet2"})));
-  fec->viaIs(cachedVia({.interface = "Ethernet1"}), false);
-  EXPECT_EQ(fec->vias(), 1u);
-  EXPECT_TRUE(fec->viaDel(cachedVia({.interface = "Ethernet1"})) == false);
-  EXPECT_EQ(fec->vias(), 0u);
 }
 
 /// The four forms of capture: each sorter with each kind of record.
@@ -182,7 +144,6 @@ template <class FormType>
 struct CaptureTest : testing::Test {
   using Family = typename FormType::Family;
   static constexpr const char* hop = FormType::HopTexts::hop;
-  static constexpr const char* hop2 = FormType::HopTexts::hop2;
 
   FecId newId() const { return {FormType::adjType, 77}; }
 
@@ -210,74 +171,55 @@ struct CaptureTest : testing::Test {
 };
 TYPED_TEST_SUITE(CaptureTest, Forms);
 
-TYPED_TEST(CaptureTest, EqualWeightsShowNone) {
-  const auto fec = this->capture(
-      {via(this->hop, "Ethernet2"), via(this->hop, "Ethernet1"), via(this->hop, "Ethernet10")});
-  EXPECT_EQ(fec->weight(), 3u);
-  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 ", "Ethernet2 ", "Ethernet10 "}));
-  EXPECT_FALSE(fec->hasBackup());
-  EXPECT_EQ(fec->numEntries(), 0);
-  EXPECT_EQ(fec->viaMap().begin()->first.hop(), addr(this->hop));
-  EXPECT_FALSE(fec->isUnequalCost());
-}
-
-TYPED_TEST(CaptureTest, UnequalWeightsAreKeptAsText) {
-  const auto fec = this->capture({via(this->hop, "Ethernet1", {.weight = 1}),
-                                  via(this->hop, "Ethernet2", {.weight = 2}),
-                                  via(this->hop, "Ethernet3", {.weight = 1})});
-  EXPECT_EQ(fec->weight(), 4u);
-  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 1", "Ethernet2 2", "Ethernet3 1"}));
-  EXPECT_TRUE(fec->isUnequalCost());
-}
-
-TYPED_TEST(CaptureTest, WeightsOrderAsText) {
-  const auto fec = this->capture(
-      {via(this->hop, "Ethernet1", {.weight = 9}), via(this->hop, "Ethernet1", {.weight = 10})});
-  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 10", "Ethernet1 9"}));
-}
-
-TYPED_TEST(CaptureTest, EqualViasCollapseAndLookUnequal) {
-  const auto fec = this->capture({via(this->hop, "Ethernet1"), via(this->hop, "Ethernet1")});
-  EXPECT_EQ(this->linesOf(fec), Lines{"Ethernet1 "});
-  EXPECT_EQ(fec->weight(), 2u);
-  EXPECT_TRUE(fec->isUnequalCost());
-}
-
-TYPED_TEST(CaptureTest, BackupViasComeLastAndHaveNoWeights) {
-  const auto fec = this->capture({via(this->hop, "Ethernet8", {.weight = 5}),
-                                  via(this->hop, "Ethernet9", {.weight = 6}),
-                                  via(this->hop, "Ethernet1", {.weight = 7})},
-                                 2);
-  EXPECT_TRUE(fec->hasBackup());
-  EXPECT_EQ(fec->weight(), 0u);
-  EXPECT_EQ(fec->backupViaIndex().value(), 2u);
-  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet8 ", "Ethernet9 ", "Ethernet1 backup"}));
-}
-
-TYPED_TEST(CaptureTest, ABackupIndexNotBelowTheCountIsNone) {
-  for (const std::uint32_t index : {2u, 3u, 600u}) {
-    const auto fec =
-        this->capture({via(this->hop, "Ethernet1"), via(this->hop, "Ethernet2")}, index);
-    ASSERT_TRUE(fec);
-    EXPECT_FALSE(fec->hasBackup()) << index;
-    EXPECT_EQ(fec->weight(), 2u) << index;
-    EXPECT_EQ(fec->backupViaIndex().value(), index);
+TYPED_TEST(CaptureTest, WeightsAreTextsWhereTheyDiffer) {
+  const struct {
+    std::vector<std::uint32_t> weights;
+    std::uint32_t backupViaIndex, sum;
+    bool unequal;
+    Lines lines;
+  } cases[] = {
+      {{1, 1, 1}, 0, 3, false, {"Ethernet1 ", "Ethernet2 ", "Ethernet3 "}},
+      {{1, 2, 1}, 0, 4, true, {"Ethernet1 1", "Ethernet2 2", "Ethernet3 1"}},
+      {{5, 6, 7}, 2, 0, false, {"Ethernet1 ", "Ethernet2 ", "Ethernet3 backup"}},
+      {{1, 1}, 2, 2, false, {"Ethernet1 ", "Ethernet2 "}}, // no backup: the index is past the vias
+      {{1, 1}, 600, 2, false, {"Ethernet1 ", "Ethernet2 "}},
+      {{}, 0, 0, false, {}},
+  };
+  for (const auto& one : cases) {
+    std::vector<Via> vias;
+    for (const std::uint32_t weight : one.weights) {
+      const std::string name = "Ethernet" + std::to_string(vias.size() + 1);
+      vias.push_back(via(this->hop, name.c_str(), {.weight = weight}));
+    }
+    const auto fec = this->capture(vias, one.backupViaIndex);
+    EXPECT_EQ(this->linesOf(fec), one.lines);
+    EXPECT_EQ(fec->weight(), one.sum);
+    EXPECT_EQ(fec->backupViaIndex().value(), one.backupViaIndex);
+    EXPECT_EQ(fec->hasBackup(), one.backupViaIndex != 0 && one.backupViaIndex < vias.size());
+    if (!fec->hasBackup()) {
+      EXPECT_EQ(fec->isUnequalCost(), one.unequal);
+    }
   }
 }
 
-TYPED_TEST(CaptureTest, AnEmptyOrMissingFecHasNoVias) {
-  const auto empty = this->capture({});
-  ASSERT_TRUE(empty);
-  EXPECT_EQ(empty->vias() + empty->weight(), 0u);
-  const FecId missing(TypeParam::adjType, 1234);
-  Rova::copyAdjacency(*this->sorter, missing);
-  ASSERT_TRUE(this->sorter->fec(missing));
-  EXPECT_EQ(this->sorter->fec(missing)->fecId(), missing);
-  EXPECT_EQ(this->sorter->fec(missing)->vias(), 0u);
+TYPED_TEST(CaptureTest, ViasOfOneInterfaceCollapseOrOrderByWeightAsText) {
+  auto fec = this->capture({via(this->hop, "Ethernet1"), via(this->hop, "Ethernet1")});
+  EXPECT_EQ(this->linesOf(fec), Lines{"Ethernet1 "});
+  EXPECT_EQ(fec->weight(), 2u);
+  EXPECT_TRUE(fec->isUnequalCost()) << "equal vias collapse and look unequal";
+  fec = this->capture({via(this->hop, "Ethernet1", {.weight = 9, .labelWord = 17}),
+                       via(this->hop, "Ethernet1", {.weight = 10, .labelWord = 17})});
+  EXPECT_EQ(this->linesOf(fec), (Lines{"Ethernet1 10", "Ethernet1 9"}));
+  EXPECT_EQ(fec->viaMap().begin()->first.hop(), addr(this->hop));
+  EXPECT_EQ(fec->viaMap().begin()->first.viaLabel().value(), 17u);
 }
 
-TYPED_TEST(CaptureTest, TheNullIdentifierIsNeverCaptured) {
+TYPED_TEST(CaptureTest, AMissingFecHasNoViasAndTheNullOneNoEntity) {
   this->capture({});
+  const FecId missing(TypeParam::adjType, 1234);
+  Rova::copyAdjacency(*this->sorter, missing);
+  EXPECT_EQ(this->sorter->fec(missing)->fecId(), missing);
+  EXPECT_EQ(this->sorter->fec(missing)->vias(), 0u);
   const auto before = this->sorter->fecs();
   EXPECT_EQ(Rova::copyAdjacency(*this->sorter, FecId()), nullptr);
   EXPECT_EQ(this->sorter->fecs(), before);
@@ -289,12 +231,6 @@ TYPED_TEST(CaptureTest, AFecIsCapturedOnce) {
   Rova::copyAdjacency(*this->sorter, this->newId());
   EXPECT_TRUE(this->sorter->fec(this->newId()) == first);
   EXPECT_EQ(this->linesOf(first), Lines{"Ethernet1 "});
-}
-
-TYPED_TEST(CaptureTest, LabelsAreKept) {
-  const auto fec = this->capture({via(this->hop, "Ethernet1", {.labelWord = 17}),
-                                  via(this->hop, "Ethernet2", {.labelWord = 0x800000})});
-  EXPECT_EQ(fec->viaMap().begin()->first.viaLabel().value(), 17u);
 }
 
 TYPED_TEST(CaptureTest, ALabelOutOfRangeRaisesAndLeavesNoEntity) {
@@ -335,16 +271,6 @@ TYPED_TEST(CaptureTest, OnlyViasOnPoliciesHaveAnIndex) {
   }
   EXPECT_EQ(indexes, (std::map<std::string, int>{
                          {"Ethernet1", 0}, {"Fec15.9", 1}, {"Fec0.9", 0}, {"Fec15.8", 3}}));
-}
-
-TYPED_TEST(CaptureTest, BackupBranchKeepsNoIndexes) {
-  const auto fec = this->capture({via(this->hop, "Fec15.9"), via(this->hop, "Fec15.8")}, 1);
-  for (const auto& [via, present] : fec->viaMap()) EXPECT_EQ(via.viaIndex(), 0);
-}
-
-TYPED_TEST(CaptureTest, TunnelsKeepTheirIdentifiers) {
-  const auto fec = this->capture({via(this->hop, "Tunnel5"), via(this->hop, "DynamicTunnel7.3")});
-  EXPECT_EQ(this->linesOf(fec), (Lines{"Tunnel5 ", "DynamicTunnel7.3 "}));
 }
 
 TYPED_TEST(CaptureTest, OnlyTheIp4SorterRemembersIp6Fecs) {

@@ -3,7 +3,7 @@
 //   Device device;
 //   device.interface("Ethernet1", "10.0.0.2/24");
 //   device.route("10.1.0.0/16", Type::staticRoute, device.fec({via("10.0.0.1", "Ethernet1")}),
-//                {.preference = 1, .metric = 0});
+//                20);
 //   const auto sorter = openSorter<Rova::Ip4Family>(device, {.prefix = "10.1.1.1/32"});
 //   EXPECT_EQ(textOf(sorter), "...");
 //
@@ -15,7 +15,7 @@
 #include "state/DeviceBuilder.h"
 #include "support/Families.h"
 
-#include <initializer_list>
+#include <cerrno>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -45,18 +45,6 @@ inline Via via(const std::string& hop, const Kesh::IntfId& intfId, const ViaOpti
 inline Via via(const std::string& hop, const char* interface, const ViaOptions& options = {}) {
   return via(hop, Kesh::IntfId(Lumo::String(interface)), options);
 }
-
-struct FecOptions {
-  std::uint32_t backupViaIndex = 0;
-  AdjType adjType = AdjType::fib; ///< `fib` turns into `fib6` for IPv6 hops
-};
-
-struct RouteOptions {
-  std::uint8_t preference = 1;
-  std::uint32_t metric = 0;
-  std::uint32_t srcVrf = Vrf::VrfIdMap::VrfId::none;
-  std::uint32_t vrf = 0; ///< place of the VRF whose table it enters, as the VRFs were entered
-};
 
 template <class RouteType>
 using FamilyOf = std::conditional_t<std::is_same_v<RouteType, Routing::Fib::RouteType>,
@@ -91,11 +79,10 @@ class Device {
   void vrf(const char* name, std::uint32_t id) { tables.vrf(name, Vrf::VrfIdMap::VrfId(id)); }
 
   /// A fresh FEC with those vias.
-  FecId fec(const std::vector<Via>& vias, const FecOptions& options = {}) {
+  FecId fec(const std::vector<Via>& vias) {
     const bool v6 = !vias.empty() && vias.front().hop.af() == Kesh::AddressFamily::ip6;
-    const auto type = options.adjType == AdjType::fib && v6 ? AdjType::fib6 : options.adjType;
-    const FecId id(type, ++lastFec_);
-    fecIs(id, vias, options.backupViaIndex);
+    const FecId id(v6 ? AdjType::fib6 : AdjType::fib, ++lastFec_);
+    fecIs(id, vias);
     return id;
   }
   /// Enters or replaces the FEC of that identifier, in the table that its type names.
@@ -108,23 +95,22 @@ class Device {
   }
 
   template <class RouteType>
-  void route(const std::string& prefix, RouteType type, FecId fecId,
-             const RouteOptions& options = {}) {
+  void route(const std::string& prefix, RouteType type, FecId fecId, std::uint32_t metric = 0) {
     using Family = FamilyOf<RouteType>;
     typename Family::Route record;
     record.key = prefixOf<Family>(prefix);
-    record.metric = options.metric;
-    record.preferenceIs(options.preference);
-    record.srcVrfIdIs(Vrf::VrfIdMap::VrfId(options.srcVrf));
+    record.metric = metric;
+    record.preferenceIs(1);
+    record.srcVrfIdIs(Vrf::VrfIdMap::VrfId(Vrf::VrfIdMap::VrfId::none));
     record.routeType = type;
     record.fecId = fecId;
-    routes<Family>(options.vrf).insert(record);
+    routes<Family>().insert(record);
   }
 
   /// The writer's side of a route table, for what `route` does not say.
   template <class Family>
-  auto& routes(std::uint32_t vrf = 0) {
-    auto& of = tables.vrf(state.vrfs.at(vrf).name, state.vrfs.at(vrf).id);
+  auto& routes() {
+    auto& of = tables.defaultVrf();
     if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
       return *of.routes;
     } else {
@@ -132,39 +118,31 @@ class Device {
     }
   }
 
-  /// An address on an interface, of either family: the first IPv4 address is the primary one.
-  void interface(const char* name, const std::string& address,
-                 const char* vrf = L3::defaultVrfName) {
+  /// An address on an interface of the default VRF, the only IPv4 one of its interface.
+  void interface(const char* name, const std::string& address) {
     const Kesh::IntfId id{Lumo::String(name)};
     if (const auto v4 = Kesh::IpAddrWithMask::parse(address)) {
       auto& intf = memberOf(state.ipStatus->ipIntfStatus, id);
-      intf.vrf = vrf;
-      if (intf.primary) {
-        intf.activeSecondary.push_back(*v4);
-      } else {
-        intf.primary = *v4;
-      }
+      intf.vrf = L3::defaultVrfName;
+      intf.primary = *v4;
     } else {
       auto& intf = memberOf(state.ip6Status->ip6IntfStatus, id);
-      intf.vrf = vrf;
+      intf.vrf = L3::defaultVrfName;
       intf.addr.push_back(parsed<Kesh::Ip6AddrWithMask>(address));
     }
   }
 
   template <class Family>
-  void hardwareUnprogrammed(const std::string& prefix, std::uint32_t vrf = 0) {
-    tables.hardwareUnprogrammed(prefixOf<Family>(prefix), state.vrfs.at(vrf).id);
+  void hardwareUnprogrammed(const std::string& prefix) {
+    tables.hardwareUnprogrammed(prefixOf<Family>(prefix), state.vrfs.front().id);
   }
   template <class Family>
-  void kernelUnprogrammed(const std::string& prefix, int error = 22) {
+  void kernelUnprogrammed(const std::string& prefix) {
     if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
-      tables.defaultVrf().kernelErrors->insert({prefixOf<Family>(prefix), {}, error});
+      tables.defaultVrf().kernelErrors->insert({prefixOf<Family>(prefix), {}, EINVAL});
     } else {
-      tables.defaultVrf().kernelErrors6->insert({prefixOf<Family>(prefix), {}, error});
+      tables.defaultVrf().kernelErrors6->insert({prefixOf<Family>(prefix), {}, EINVAL});
     }
-  }
-  void nexthopGroup(const char* name, std::uint32_t id) {
-    tables.nexthopGroups->insert({NexthopGroup::NexthopGroupEntryKey(Lumo::String(name)), id});
   }
 
  private:
@@ -187,13 +165,7 @@ struct Query {
   std::string interface = {}; ///< empty: no interface
   bool byInterface = false;   ///< the IPv6 flag `intf`
   std::string vrf = L3::defaultVrfName;
-  bool host = false;
-  double quantify = 0.0;
-  bool originalMask = true;
-  bool degradeNhgModel = false;
-  bool withoutConfig = false;         ///< a null `routingConfig`
-  bool withoutKernelStatus = false;   ///< a null `kernelUnprogrammedRoute`
-  bool withoutHardwareStatus = false; ///< a null `unprogrammedRouteStatus`
+  bool withoutKernelStatus = false; ///< a null `kernelUnprogrammedRoute`
 };
 
 template <class Family>
@@ -217,24 +189,20 @@ Lumo::Ptr<Rova::Sorter<Family>> openSorter(const Device& device, const Query& qu
   const auto intf = queriedInterface(query);
   if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
     return Rova::routeSorterFactory(
-        query.withoutConfig ? nullptr : vrf->routingConfig, vrf->routingStatus,
-        state.forwardingStatus, state.forwarding6Status, state.tunnelFib, state.arpVanta,
-        state.vrfIdMap, state.allIntfConfig, state.ipStatus, state.routingHardwareStatus,
-        state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable, state.tunnelTableDir, prefix, intf,
-        query.protocol, query.detail, query.longerPrefixes, vrf->name, vrf->id, query.host, 1,
-        query.quantify, query.originalMask, state.srTePolicyStatus, state.policyForwardingStatus,
-        query.degradeNhgModel,
-        query.withoutHardwareStatus ? nullptr : state.unprogrammedRouteStatus);
+        vrf->routingConfig, vrf->routingStatus, state.forwardingStatus, state.forwarding6Status,
+        state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ipStatus,
+        state.routingHardwareStatus, state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable,
+        state.tunnelTableDir, prefix, intf, query.protocol, query.detail, query.longerPrefixes,
+        vrf->name, vrf->id, false, 1, 0.0, true, state.srTePolicyStatus,
+        state.policyForwardingStatus, false, state.unprogrammedRouteStatus);
   } else {
     return Rova::route6SorterFactory(
-        query.withoutConfig ? nullptr : vrf->routing6Config, vrf->routing6Status,
-        state.forwardingStatus, state.forwarding6Status, state.tunnelFib, state.arpVanta,
-        state.vrfIdMap, state.allIntfConfig, state.ip6Status, state.routing6HardwareStatus,
-        state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable, state.tunnelTableDir, prefix, intf,
-        query.protocol, query.detail, query.longerPrefixes, vrf->name, vrf->id, query.host, 1,
-        query.quantify, query.originalMask, query.byInterface, state.srTePolicyStatus,
-        state.policyForwardingStatus, query.degradeNhgModel,
-        query.withoutHardwareStatus ? nullptr : state.unprogrammedRoute6Status);
+        vrf->routing6Config, vrf->routing6Status, state.forwardingStatus, state.forwarding6Status,
+        state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ip6Status,
+        state.routing6HardwareStatus, state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable,
+        state.tunnelTableDir, prefix, intf, query.protocol, query.detail, query.longerPrefixes,
+        vrf->name, vrf->id, false, 1, 0.0, true, query.byInterface, state.srTePolicyStatus,
+        state.policyForwardingStatus, false, state.unprogrammedRoute6Status);
   }
 }
 
@@ -248,20 +216,12 @@ std::vector<std::string> selected(const Lumo::Ptr<Sorter>& sorter) {
   return prefixes;
 }
 
-/// What `printRoutes` writes in one format.
-template <class Sorter>
-std::string outputOf(const Lumo::Ptr<Sorter>& sorter, unsigned format) {
-  const Sink sink;
-  sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), format);
-  return sink.text();
-}
+/// What `printRoutes` writes as text.
 template <class Sorter>
 std::string textOf(const Lumo::Ptr<Sorter>& sorter) {
-  return outputOf(sorter, 1);
-}
-template <class Sorter>
-std::string modelOf(const Lumo::Ptr<Sorter>& sorter) {
-  return outputOf(sorter, 2);
+  const Sink sink;
+  sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), 1);
+  return sink.text();
 }
 
 } // namespace support

@@ -33,11 +33,9 @@ struct Texts<Rova::Ip4Family> {
   static constexpr const char* inside = "10.1.0.0/16";
   static constexpr const char* host = "10.1.1.1/32";
   static constexpr const char* hostAddress = "10.1.1.1";
-  static constexpr const char* hostWithMask = "10.1.1.1/24";
   static constexpr const char* other = "11.0.0.0/8";
   static constexpr const char* otherHost = "11.1.1.1/32";
   static constexpr const char* hop = "192.0.2.1";
-  static constexpr const char* hop2 = "192.0.2.2";
   static constexpr const char* zero = "0.0.0.0";
 };
 
@@ -49,11 +47,9 @@ struct Texts<Rova::Ip6Family> {
   static constexpr const char* inside = "2001:db8:1::/48";
   static constexpr const char* host = "2001:db8:1::1/128";
   static constexpr const char* hostAddress = "2001:db8:1::1";
-  static constexpr const char* hostWithMask = "2001:db8:1::1/64";
   static constexpr const char* other = "2001:db9::/32";
   static constexpr const char* otherHost = "2001:db9::1/128";
   static constexpr const char* hop = "fe80::1";
-  static constexpr const char* hop2 = "fe80::2";
   static constexpr const char* zero = "::";
 };
 
@@ -70,6 +66,7 @@ typename Family::Prefix prefixOf(const std::string& text) {
   return parsed<typename Family::Prefix>(text);
 }
 
+inline Kesh::IntfId intf(const char* name) { return Kesh::IntfId(Lumo::String(name)); }
 inline Kesh::IpGenAddr addr(const std::string& text) { return parsed<Kesh::IpGenAddr>(text); }
 
 } // namespace support
