@@ -104,9 +104,9 @@ constexpr Family families[] = {
     {0x13, "Port-Channel", parsePort, writePort},
     {tunnelFamily, "Tunnel", parsePort, writePort},
     {0x15, "Vlan", parsePort, writePort},
-    {dynamicTunnelFamily, "DynamicTunnel", parsePair<44, 0xf>, writePair<44>},
-    {fecFamily, "Fec", parsePair<48, 0xff>, writePair<48>},
-    {nexthopGroupFamily, "NexthopGroup", parseGroup, writeGroup},
+    {dynamicTunnelFamily, "DynamicTunnel:", parsePair<44, 0xf>, writePair<44>},
+    {fecFamily, "Fec:", parsePair<48, 0xff>, writePair<48>},
+    {nexthopGroupFamily, "NexthopGroup:", parseGroup, writeGroup},
 };
 
 std::optional<IntfId> parseKnown(std::string_view name) {

@@ -24,8 +24,9 @@ TEST(IntfIdTest, EveryNameComesBack) {
         // names of other systems
         "eth0", "enp0s31f6", "a", "a-name-of-15-by", "wlan0.100", "br-\xc3\xa9t\xc3\xa9",
         // special identifiers
-        "DynamicTunnel7.123", "DynamicTunnel15.17592186044415", "Fec15.281474976710655", "Fec1.7",
-        "NexthopGroup4294967295", "NexthopGroup4294967296", "Fec256.1", "DynamicTunnel16.1"}) {
+        "DynamicTunnel:7.123", "DynamicTunnel:15.17592186044415", "Fec:15.281474976710655",
+        "Fec:1.7", "NexthopGroup:4294967295", "NexthopGroup:4294967296", "Fec:256.1",
+        "DynamicTunnel:16.1"}) {
     const auto id = intf(name);
     EXPECT_TRUE(id) << name;
     EXPECT_EQ(id.stringValue().str(), name);
@@ -48,13 +49,13 @@ TEST(IntfIdTest, TheNullIdentifierIsTheReservedValue) {
 }
 
 TEST(IntfIdTest, OrdersNaturally) {
-  const char* const ascending[] = {"Ethernet1",      "Ethernet1.5",      "Ethernet1.10",
-                                   "Ethernet1/1",    "Ethernet1/2",      "Ethernet1/10",
-                                   "Ethernet1/10/1", "Ethernet2",        "Ethernet10",
-                                   "Loopback0",      "Management1",      "Port-Channel9",
-                                   "Port-Channel10", "Tunnel1",          "Vlan9",
-                                   "Vlan100",        "DynamicTunnel1.5", "Fec0.1",
-                                   "NexthopGroup9",  "NexthopGroup10",   "eth2",
+  const char* const ascending[] = {"Ethernet1",      "Ethernet1.5",       "Ethernet1.10",
+                                   "Ethernet1/1",    "Ethernet1/2",       "Ethernet1/10",
+                                   "Ethernet1/10/1", "Ethernet2",         "Ethernet10",
+                                   "Loopback0",      "Management1",       "Port-Channel9",
+                                   "Port-Channel10", "Tunnel1",           "Vlan9",
+                                   "Vlan100",        "DynamicTunnel:1.5", "Fec:0.1",
+                                   "NexthopGroup:9", "NexthopGroup:10",   "eth2",
                                    "eth10",          "ethernet1"};
   for (std::size_t i = 0; i < std::size(ascending); ++i) {
     for (std::size_t j = 0; j < std::size(ascending); ++j) {
@@ -94,9 +95,9 @@ TEST(IntfIdTest, TellsTheFamiliesApart) {
       {"Ethernet1", false, false, false, false, false},
       {"Management1", true, false, false, false, false},
       {"Tunnel7", false, true, false, false, false},
-      {"DynamicTunnel7.1", false, false, true, false, false},
-      {"NexthopGroup5", false, false, false, true, false},
-      {"Fec15.9", false, false, false, false, true},
+      {"DynamicTunnel:7.1", false, false, true, false, false},
+      {"NexthopGroup:5", false, false, false, true, false},
+      {"Fec:15.9", false, false, false, false, true},
       {"eth0", false, false, false, false, false},
   };
   for (const auto& [name, management, tunnel, dynamicTunnel, group, fec] : cases) {

@@ -71,7 +71,7 @@ TEST(CachedViaTest, TunnelsAndFecsStandInTheInterfacesPlace) {
   via.fecIdIs(FecId(0x0f01000000000000)); // has no form as an interface
   EXPECT_EQ(via.intfId(), intf("Ethernet1"));
   via.tunnelIdIs(TunnelId(0x700000000003));
-  EXPECT_EQ(via.intfId(), intf("DynamicTunnel7.3"));
+  EXPECT_EQ(via.intfId(), intf("DynamicTunnel:7.3"));
   EXPECT_EQ(via.tunnelId(), TunnelId(0x700000000003));
   via.fecIdIs(FecId(AdjType::srTePolicy, 4));
   EXPECT_EQ(via.fecId(), FecId(AdjType::srTePolicy, 4));
@@ -86,11 +86,11 @@ TEST(PredicateTest, DynamicTunnelsAreThoseOfOtherKindsThanSixAndNine) {
   } cases[] = {{"", false},
                {"Ethernet1", false},
                {"Tunnel5", false},
-               {"Fec0.1", false},
-               {"DynamicTunnel6.1", false},
-               {"DynamicTunnel9.1", false},
-               {"DynamicTunnel7.1", true},
-               {"DynamicTunnel1.1", true}};
+               {"Fec:0.1", false},
+               {"DynamicTunnel:6.1", false},
+               {"DynamicTunnel:9.1", false},
+               {"DynamicTunnel:7.1", true},
+               {"DynamicTunnel:1.1", true}};
   for (const auto& [interface, dynamic] : cases) {
     EXPECT_EQ(Rova::isValidDynamicTunnel(cachedVia({.interface = interface})), dynamic)
         << interface;
@@ -107,13 +107,13 @@ TEST(PredicateTest, ANexthopGroupFecHasTheGroupInItsFirstVia) {
   const FecId id(1);
   EXPECT_FALSE(Rova::isNexthopGroupFec(nullptr));
   EXPECT_FALSE(Rova::isNexthopGroupFec(fecWith(id, {})));
-  EXPECT_TRUE(Rova::isNexthopGroupFec(fecWith(id, {{.interface = "NexthopGroup5"}})));
+  EXPECT_TRUE(Rova::isNexthopGroupFec(fecWith(id, {{.interface = "NexthopGroup:5"}})));
   EXPECT_FALSE(Rova::isNexthopGroupFec(
-      fecWith(id, {{.interface = "NexthopGroup5"}, {.interface = "Ethernet1"}})))
+      fecWith(id, {{.interface = "NexthopGroup:5"}, {.interface = "Ethernet1"}})))
       << "Ethernet1 comes first";
   EXPECT_TRUE(Rova::isNexthopGroupFec(
-      fecWith(id, {{.interface = "NexthopGroup5"}, {.interface = "Ethernet1", .backup = true}})));
-  EXPECT_EQ(Rova::nexthopGroupIdFromIntfId(intf("NexthopGroup5")), 5u);
+      fecWith(id, {{.interface = "NexthopGroup:5"}, {.interface = "Ethernet1", .backup = true}})));
+  EXPECT_EQ(Rova::nexthopGroupIdFromIntfId(intf("NexthopGroup:5")), 5u);
   EXPECT_EQ(Rova::nexthopGroupIdFromIntfId(intf("Ethernet5")), 0u);
 }
 
@@ -121,11 +121,11 @@ TEST(PredicateTest, AnSrTePolicyFecIsOneOrLeadsToOne) {
   const FecId plain(AdjType::fib, 1), policy(AdjType::srTePolicy, 1);
   EXPECT_TRUE(Rova::isSrTePolicyFec(fecWith(policy, {})));
   EXPECT_FALSE(Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Ethernet1"}})));
-  EXPECT_TRUE(Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Fec15.7"}})));
+  EXPECT_TRUE(Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Fec:15.7"}})));
   EXPECT_TRUE(Rova::isSrTePolicyFec(
-      fecWith(plain, {{.interface = "Ethernet1"}, {.interface = "Fec15.7"}})));
-  EXPECT_FALSE(
-      Rova::isSrTePolicyFec(fecWith(plain, {{.interface = "Fec0.7"}, {.interface = "Fec200.7"}})));
+      fecWith(plain, {{.interface = "Ethernet1"}, {.interface = "Fec:15.7"}})));
+  EXPECT_FALSE(Rova::isSrTePolicyFec(
+      fecWith(plain, {{.interface = "Fec:0.7"}, {.interface = "Fec:200.7"}})));
   EXPECT_DEATH(Rova::isSrTePolicyFec(fecWith(FecId(std::uint64_t{20} << 56), {})),
                assertion("(value_ >> Fib::adjTypePos()) < Fib::adjTypeMax()"));
 }
@@ -263,14 +263,14 @@ TYPED_TEST(CaptureTest, AViaCountAbove512RaisesAndLeavesNoEntity) {
 }
 
 TYPED_TEST(CaptureTest, OnlyViasOnPoliciesHaveAnIndex) {
-  const std::vector<Via> vias = {via(this->hop, "Ethernet1"), via(this->hop, "Fec15.9"),
-                                 via(this->hop, "Fec0.9"), via(this->hop, "Fec15.8")};
+  const std::vector<Via> vias = {via(this->hop, "Ethernet1"), via(this->hop, "Fec:15.9"),
+                                 via(this->hop, "Fec:0.9"), via(this->hop, "Fec:15.8")};
   std::map<std::string, int> indexes;
   for (const auto& [via, present] : this->capture(vias)->viaMap()) {
     indexes[via.intfId().stringValue().str()] = via.viaIndex();
   }
   EXPECT_EQ(indexes, (std::map<std::string, int>{
-                         {"Ethernet1", 0}, {"Fec15.9", 1}, {"Fec0.9", 0}, {"Fec15.8", 3}}));
+                         {"Ethernet1", 0}, {"Fec:15.9", 1}, {"Fec:0.9", 0}, {"Fec:15.8", 3}}));
 }
 
 TYPED_TEST(CaptureTest, OnlyTheIp4SorterRemembersIp6Fecs) {

@@ -21,8 +21,8 @@ struct Case {
 TEST(IsRouteFilteredTest, ForetellsThePrintingStage) {
   const std::vector<Via> none,
       one = {via(hop, "Ethernet1")}, two = {via(hop, "Ethernet1"), via(hop, "Ethernet2")},
-      evpn = {via(hop, "DynamicTunnel6.1")},
-      twoEvpn = {via(hop, "DynamicTunnel6.1"), via(hop, "DynamicTunnel6.2")};
+      evpn = {via(hop, "DynamicTunnel:6.1")},
+      twoEvpn = {via(hop, "DynamicTunnel:6.1"), via(hop, "DynamicTunnel:6.2")};
   const Case cases[] = {
       {"one via", one, {}, false},
       {"the protocol", one, {.protocol = "S"}, false},
@@ -39,9 +39,9 @@ TEST(IsRouteFilteredTest, ForetellsThePrintingStage) {
       {"none of several", two, {.interface = "Ethernet3", .byInterface = true}, true},
       {"an EVPN via has no interface",
        evpn,
-       {.interface = "DynamicTunnel6.1", .byInterface = true},
+       {.interface = "DynamicTunnel:6.1", .byInterface = true},
        true},
-      {"nor have several", twoEvpn, {.interface = "DynamicTunnel6.2", .byInterface = true}, true},
+      {"nor have several", twoEvpn, {.interface = "DynamicTunnel:6.2", .byInterface = true}, true},
       {"an EVPN via without the flag", evpn, {}, false},
   };
   for (const Case& expected : cases) {

@@ -73,9 +73,9 @@ TEST(TunnelIdTest, IsReadFromInterfaces) {
     std::uint64_t value;
   } cases[] = {{"", 0},
                {"Ethernet1", 0},
-               {"NexthopGroup5", 0},
-               {"Fec15.1", 0},
-               {"DynamicTunnel7.3", 0x700000000003},
+               {"NexthopGroup:5", 0},
+               {"Fec:15.1", 0},
+               {"DynamicTunnel:7.3", 0x700000000003},
                {"Tunnel5", 0x900000000005},
                {"Tunnel65541", 0x900000000005}}; // the lower 16 bits of the port
   for (const auto& [name, value] : cases)
@@ -86,8 +86,8 @@ TEST(TunnelIdTest, IsReadFromInterfaces) {
 
 TEST(EvpnVxlanTunnelTableTest, KnowsItsInterfacesAndEntries) {
   using Tunnel::TunnelTable::EvpnVxlanTunnelTable;
-  EXPECT_TRUE(EvpnVxlanTunnelTable::isValidEvpnIntf(intf("DynamicTunnel6.1")));
-  for (const char* const name : {"", "DynamicTunnel7.1", "Tunnel6", "Ethernet6"}) {
+  EXPECT_TRUE(EvpnVxlanTunnelTable::isValidEvpnIntf(intf("DynamicTunnel:6.1")));
+  for (const char* const name : {"", "DynamicTunnel:7.1", "Tunnel6", "Ethernet6"}) {
     EXPECT_FALSE(EvpnVxlanTunnelTable::isValidEvpnIntf(intf(name))) << name;
   }
   EvpnVxlanTunnelTable table;

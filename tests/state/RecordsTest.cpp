@@ -87,9 +87,9 @@ TYPED_TEST(FecTest, AViaReadsItsWords) {
   EXPECT_TRUE(via.mplsLabel().isNull());
   EXPECT_TRUE(via.tunnelId().isNull());
   EXPECT_TRUE(via.fecId().isNull());
-  via.intfId = Kesh::IntfId(Lumo::String("DynamicTunnel7.3"));
+  via.intfId = Kesh::IntfId(Lumo::String("DynamicTunnel:7.3"));
   EXPECT_EQ(via.tunnelId().value(), 0x700000000003u);
-  via.intfId = Kesh::IntfId(Lumo::String("Fec15.4"));
+  via.intfId = Kesh::IntfId(Lumo::String("Fec:15.4"));
   EXPECT_EQ(via.fecId().value(), 0x0f00000000000004u);
   via.labelAndAction = Kesh::MplsLabelAndAction::fromWord(0x800001);
   EXPECT_THROW(via.mplsLabel(), Lumo::RangeException);

@@ -12,10 +12,12 @@
 // | 0x13         | Port-ChannelA ...         |                                                   |
 // | 0x14         | TunnelA ...               |                                                   |
 // | 0x15         | VlanA ...                 |                                                   |
-// | 0x40         | DynamicTunnelK.I          | tunnel identifier: K in bits 47..44, I below      |
-// | 0x41         | FecT.N                    | adjacency type T in bits 55..48, N below          |
-// | 0x42         | NexthopGroupN             | nexthop group identifier, 32 bits                 |
+// | 0x40         | DynamicTunnel:K.I         | tunnel identifier: K in bits 47..44, I below      |
+// | 0x41         | Fec:T.N                   | adjacency type T in bits 55..48, N below          |
+// | 0x42         | NexthopGroup:N            | nexthop group identifier, 32 bits                 |
 // | 0x80         | any other name            | 56 bits of the FNV-1a hash of the name            |
+//
+// The names of what is no interface have a colon, which no Linux interface may have in its name.
 //
 // Inside a family of the first kind, number order is the natural order of the names (Ethernet2
 // before Ethernet10, Ethernet1 before Ethernet1.5 before Ethernet1/1). Other names are ordered by
