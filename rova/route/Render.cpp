@@ -204,16 +204,15 @@ void Listing<Family>::printDefaultRoute() {
   sorter_.sortedRouteDel(defaultPrefix<Family>());
 }
 
-/// The second place runs one route ahead, so that the FEC of the next route is on its way from
-/// memory while this one prints.
+/// Steps on ahead of each print, so that the FEC of the next route is on its way from memory while
+/// this one prints.
 template <class Family>
 void Listing<Family>::printRoutes() {
-  auto ahead = sorter_.sortedRouteMap().cursor();
-  for (auto at = sorter_.sortedRouteMap().cursor(); at; at.next()) {
-    if (ahead) ahead.next();
-    if (ahead && ahead.value()) looks_.expect(ahead.value()->fecId);
-    const Route* const route = at.value();
-    printRoute(route ? *route : Route());
+  for (auto at = sorter_.sortedRouteMap().cursor(); at;) {
+    const Route route = at.value() ? *at.value() : Route();
+    at.next();
+    if (at && at.value()) looks_.expect(at.value()->fecId);
+    printRoute(route);
     if (printer_.fullness() > flushAbove) printer_.ioflush();
   }
 }
