@@ -1,5 +1,6 @@
 #include "command/Commands.h"
 
+#include "command/RouteQuery.h"
 #include "command/ShowRoute.h"
 #include "command/SnapshotSave.h"
 
@@ -66,7 +67,7 @@ std::string helpText() {
     text += "  " + std::string(command.path) + " " + std::string(command.arguments) + "\n      " +
             std::string(command.help) + "\n";
   }
-  text += "\nPROTOCOL is one of:\n  " + protocolWords() + "\n";
+  text += "\nPROTOCOL is one of:\n  " + protocolWordList() + "\n";
   text += R"(
 options:
   --state SOURCE          where the state comes from: kernel (this machine, the default),

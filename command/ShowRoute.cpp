@@ -5,47 +5,72 @@
 #include "scrivo/Interrupt.h"
 #include "sources/Source.h"
 
+#include <tuple>
 #include <unistd.h>
 
 namespace command {
 
 namespace {
 
-template <class Family>
-struct SorterMaker;
-
-/// The handles that both families take alike, in front of the query, stand once a factory.
-template <>
-struct SorterMaker<Rova::Ip4Family> {
-  static auto make(const state::DeviceState& s, const state::VrfState& vrf,
-                   const RouteQuery<Kesh::Prefix>& query,
-                   const Lumo::Ptr<const Interface::IntfStatus>& intf, const Options& options) {
-    return Rova::routeSorterFactory(
-        vrf.routingConfig, vrf.routingStatus, s.forwardingStatus, s.forwarding6Status, s.tunnelFib,
-        s.arpVanta, s.vrfIdMap, s.allIntfConfig, s.ipStatus, s.routingHardwareStatus,
-        s.nhEntryStatus, vrf.kernelUnprogrammedRoute, s.evpnVxlanTunnelTable, s.tunnelTableDir,
-        query.prefix, intf, query.protocol, query.detail, query.longerPrefixes, vrf.name, vrf.id,
-        false, STDOUT_FILENO, options.timing ? options.startTime : 0.0, query.typedMask,
-        s.srTePolicyStatus, s.policyForwardingStatus, options.olderNexthopGroups,
-        s.unprogrammedRouteStatus);
-  }
+/// Where the handles of each family stand, and the factory that takes them.
+struct Ip4Listing {
+  using Family = Rova::Ip4Family;
+  static constexpr auto factory = Rova::routeSorterFactory;
+  static constexpr auto config = &state::VrfState::routingConfig;
+  static constexpr auto routes = &state::VrfState::routingStatus;
+  static constexpr auto addresses = &state::DeviceState::ipStatus;
+  static constexpr auto hardware = &state::DeviceState::routingHardwareStatus;
+  static constexpr auto unprogrammed = &state::DeviceState::unprogrammedRouteStatus;
 };
 
-template <>
-struct SorterMaker<Rova::Ip6Family> {
-  static auto make(const state::DeviceState& s, const state::VrfState& vrf,
-                   const RouteQuery<Kesh::Ip6Prefix>& query,
-                   const Lumo::Ptr<const Interface::IntfStatus>& intf, const Options& options) {
-    return Rova::route6SorterFactory(
-        vrf.routing6Config, vrf.routing6Status, s.forwardingStatus, s.forwarding6Status,
-        s.tunnelFib, s.arpVanta, s.vrfIdMap, s.allIntfConfig, s.ip6Status, s.routing6HardwareStatus,
-        s.nhEntryStatus, vrf.kernelUnprogrammedRoute, s.evpnVxlanTunnelTable, s.tunnelTableDir,
-        query.prefix, intf, query.protocol, query.detail, query.longerPrefixes, vrf.name, vrf.id,
-        false, STDOUT_FILENO, options.timing ? options.startTime : 0.0, query.typedMask,
-        query.interface.has_value(), s.srTePolicyStatus, s.policyForwardingStatus,
-        options.olderNexthopGroups, s.unprogrammedRoute6Status);
-  }
+struct Ip6Listing {
+  using Family = Rova::Ip6Family;
+  static constexpr auto factory = Rova::route6SorterFactory;
+  static constexpr auto config = &state::VrfState::routing6Config;
+  static constexpr auto routes = &state::VrfState::routing6Status;
+  static constexpr auto addresses = &state::DeviceState::ip6Status;
+  static constexpr auto hardware = &state::DeviceState::routing6HardwareStatus;
+  static constexpr auto unprogrammed = &state::DeviceState::unprogrammedRoute6Status;
 };
+
+template <class Listing>
+using QueryOf = RouteQuery<typename Listing::Family::Prefix>;
+
+/// The flag for a query by interface, which only some factories take.
+template <class Listing>
+auto interfaceFlag(const QueryOf<Listing>& query) {
+  if constexpr (Listing::Family::hasIntfFlag) {
+    return std::make_tuple(query.interface.has_value());
+  } else {
+    return std::tuple<>();
+  }
+}
+
+/// A loaded sorter: the factory's arguments in their order.
+template <class Listing>
+auto makeSorter(const state::DeviceState& device, const state::VrfState& vrf,
+                const QueryOf<Listing>& query, const Options& options) {
+  Lumo::Ptr<const Interface::IntfStatus> intf;
+  if (query.interface) {
+    intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
+  }
+  const bool host = false;
+  const double quantify = options.timing ? options.startTime : 0.0;
+  return std::apply(
+      Listing::factory,
+      std::tuple_cat(
+          std::make_tuple(vrf.*Listing::config, vrf.*Listing::routes, device.forwardingStatus,
+                          device.forwarding6Status, device.tunnelFib, device.arpVanta,
+                          device.vrfIdMap, device.allIntfConfig, device.*Listing::addresses,
+                          device.*Listing::hardware, device.nhEntryStatus,
+                          vrf.kernelUnprogrammedRoute, device.evpnVxlanTunnelTable,
+                          device.tunnelTableDir, query.prefix, intf, Lumo::String(query.protocol),
+                          query.detail, query.longerPrefixes, vrf.name, vrf.id, host, STDOUT_FILENO,
+                          quantify, query.typedMask),
+          interfaceFlag<Listing>(query),
+          std::make_tuple(device.srTePolicyStatus, device.policyForwardingStatus,
+                          options.olderNexthopGroups, device.*Listing::unprogrammed)));
+}
 
 /// The VRFs that a query names; an error that lists the VRFs when there is none of that name.
 std::vector<const state::VrfState*> vrfsOf(const state::DeviceState& device,
@@ -66,15 +91,11 @@ std::vector<const state::VrfState*> vrfsOf(const state::DeviceState& device,
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
 ExitStatus endedEarly() { return scrivo::interruptRequested() ? interrupted : success; }
 
-template <class Family>
+template <class Listing>
 ExitStatus showRoute(Words& words, const Options& options) {
-  const auto query = parseRouteQuery<typename Family::Prefix>(words);
+  const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
   const auto device = sources::open(options.state);
   const auto vrfs = vrfsOf(device, query.vrf, options);
-  Lumo::Ptr<const Interface::IntfStatus> intf;
-  if (query.interface) {
-    intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
-  }
   // The document around the listings, which write their fragments into it: it is flushed ahead of
   // each of them.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
@@ -82,7 +103,7 @@ ExitStatus showRoute(Words& words, const Options& options) {
   frame.start();
   frame.startDict("vrfs");
   for (const auto* vrf : vrfs) {
-    const auto sorter = SorterMaker<Family>::make(device, *vrf, query, intf, options);
+    const auto sorter = makeSorter<Listing>(device, *vrf, query, options);
     vrfName.setValue(vrf->name.stringValue());
     frame.startDictEntry(vrfName);
     frame.ioflush();
@@ -98,13 +119,11 @@ ExitStatus showRoute(Words& words, const Options& options) {
 } // namespace
 
 ExitStatus showIpRoute(Words& words, const Options& options) {
-  return showRoute<Rova::Ip4Family>(words, options);
+  return showRoute<Ip4Listing>(words, options);
 }
 
 ExitStatus showIpv6Route(Words& words, const Options& options) {
-  return showRoute<Rova::Ip6Family>(words, options);
+  return showRoute<Ip6Listing>(words, options);
 }
-
-std::string protocolWords() { return protocolWordList(); }
 
 } // namespace command

@@ -121,7 +121,7 @@ void RouteLinePrinter::printFormatRoute4(const Subject& route) {
   } else if (!route.hasTexts() && !route.hasEvpn) {
     addKind(true, "drop");
     printer_.addFrills(" is directly connected, Null0");
-    addPreference(route);
+    addPreference();
     printer_.addFrills("\n");
     printEmptyVias();
   } else {
@@ -153,6 +153,8 @@ void RouteLinePrinter::printHead(const Subject& route) {
   hardwareProgrammed_.setValue(line.hardwareProgrammed);
   kernelProgrammed_.setValue(line.kernelProgrammed);
   routeLeaked_.setValue(line.routeLeaked);
+  preference_.setValue(line.preference);
+  metric_.setValue(line.metric);
   printer_.startDictEntry(prefix_);
   printer_.addAttributes("%s%s%s%s", 4, hardwareProgrammed_.getArg(), routeType_.getArg(),
                          routeLeaked_.getArg(), kernelProgrammed_.getArg());
@@ -170,8 +172,6 @@ void RouteLinePrinter::printSourceVrf(const Subject& route) {
 
 /// " [PREFERENCE/METRIC]" and the note.
 void RouteLinePrinter::printPreference(const Subject& route) {
-  preference_.setValue(route.line.preference);
-  metric_.setValue(route.line.metric);
   printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
   if (!route.line.routeLeaked) return;
   printer_.addFrills(" ");
@@ -185,9 +185,7 @@ void RouteLinePrinter::addKind(bool directlyConnected, const char* action) {
 }
 
 /// For the model alone, where the line has no room for them.
-void RouteLinePrinter::addPreference(const Subject& route) {
-  preference_.setValue(route.line.preference);
-  metric_.setValue(route.line.metric);
+void RouteLinePrinter::addPreference() {
   printer_.addAttributes("", 2, preference_.getArg(), metric_.getArg());
 }
 
@@ -214,7 +212,7 @@ void RouteLinePrinter::printConnected4(const Subject& route) {
   }
   printer_.endList();
   printer_.addFrills("\n");
-  addPreference(route);
+  addPreference();
 }
 
 void RouteLinePrinter::printConnected6(const Subject& route) {
@@ -242,8 +240,6 @@ void RouteLinePrinter::printConnected6(const Subject& route) {
 
 void RouteLinePrinter::printRows4(const Subject& route) {
   addKind(false, "forward");
-  preference_.setValue(route.line.preference);
-  metric_.setValue(route.line.metric);
   printer_.addAttributes(" [%d/%u] ", 2, preference_.getArg(), metric_.getArg());
   if (route.line.routeLeaked) {
     printSourceVrf(route);

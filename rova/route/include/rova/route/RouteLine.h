@@ -63,7 +63,7 @@ class RouteLinePrinter {
   void printSourceVrf(const Subject& route);
   void printPreference(const Subject& route);
   void addKind(bool directlyConnected, const char* action);
-  void addPreference(const Subject& route);
+  void addPreference();
   void printEmptyVias();
 
   void printConnected4(const Subject& route);
