@@ -21,8 +21,9 @@ constexpr Exported exported() {
 }
 
 constexpr Exported types[] = {
-    exported<CachedFec>(),    exported<RouteSorter>(), exported<CachedNhgVia>(),
-    exported<Route6Sorter>(), exported<CachedVia>(),
+    exported<PolicyInfo>(),    exported<CachedFec>(),       exported<RouteSorter>(),
+    exported<PolicyInfoSet>(), exported<SortedTunViaSet>(), exported<CachedNhgVia>(),
+    exported<Route6Sorter>(),  exported<SortedTunVia>(),    exported<CachedVia>(),
 };
 
 constexpr std::size_t namesLength() {

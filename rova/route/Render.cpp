@@ -5,6 +5,7 @@
 #include "lumo/System.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/FecCapture.h"
+#include "rova/fec/Policies.h"
 #include "rova/route/RouteLine.h"
 #include "rova/route/Selection.h"
 
@@ -23,13 +24,6 @@ constexpr const char* hardwareWarning = "WARNING: Some of the routes are not pro
 constexpr const char* kernelWarning = "WARNING: Some of the routes are not programmed in     \n"
                                       "kernel, and they are marked with '%'.                 \n";
 
-template <class Family>
-LineOptions lineOptions(const Sorter<Family>& sorter) {
-  LineOptions options{true, sorter.detail(), sorter.degradeNhgModel()};
-  if constexpr (Family::remembersV6Nexthops) options.v6Form = sorter.hasV6Nexthop();
-  return options;
-}
-
 /// The default route's prefix, 0.0.0.0/0 or ::/0.
 template <class Family>
 typename Family::Prefix defaultPrefix() {
@@ -44,7 +38,10 @@ class Listing {
   using Route = typename Family::Route;
 
   Listing(Sorter<Family>& sorter, scrivo::Printer& printer)
-      : sorter_(sorter), printer_(printer), lines_(printer, lineOptions(sorter)), looks_(sorter) {}
+      : sorter_(sorter),
+        printer_(printer),
+        lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}),
+        looks_(sorter) {}
 
   void print() {
     const double start = Lumo::System::currentTime();
@@ -74,6 +71,7 @@ class Listing {
   void printRoutes();
   void printRoute(const Route& route);
   Kesh::IntfId ownInterface(const Route& route) const;
+  bool hasV6Nexthop() const;
   RouteLine lineOf(const Route& route);
   const char* srcVrfName(VrfId vrf);
   bool isHardwareProgrammed(const Prefix& prefix) const;
@@ -228,15 +226,19 @@ void Listing<Family>::printRoute(const Route& route) {
   if (look.isDirect && !isNexthopGroup(type)) return printDirect(route, look);
 
   CachedFec& fec = *look.fec;
+  RouteLine line = lineOf(route);
+  line.fec = &fec;
+  PolicyInfoSet policies;
   if (isNexthopGroup(type) || fec.isNexthopGroup()) {
     buildGroups(fec);
-  } else if (!fec.isSrTePolicy() && fec.vias() != 0) {
+  } else if (fec.isSrTePolicy()) {
+    policies = collectPolicies(sorter_, fec);
+    line.policies = &policies;
+  } else if (fec.vias() != 0) {
     buildRows(sorter_, fec, route.key);
     if (fec.numEntries() == 0 && filtersByInterface(sorter_)) return;
   }
-  RouteLine line = lineOf(route);
-  line.fec = &fec;
-  lines_.printFormatRoute(type, line);
+  lines_.printFormatRoute(type, line, hasV6Nexthop());
 }
 
 template <class Family>
@@ -308,7 +310,17 @@ void Listing<Family>::printDirect(const Route& route, FecLook& look) {
     ownInterfaceText_ = ownInterface(route).stringValue();
     line.ownInterface = ownInterfaceText_.c_str();
   }
-  lines_.printFormatRoute(route.routeType, line);
+  lines_.printFormatRoute(route.routeType, line, hasV6Nexthop());
+}
+
+/// Asked for each line: following a tunnel can capture the first FEC of the IPv6 table.
+template <class Family>
+bool Listing<Family>::hasV6Nexthop() const {
+  if constexpr (Family::remembersV6Nexthops) {
+    return sorter_.hasV6Nexthop();
+  } else {
+    return true;
+  }
 }
 
 template <class Family>

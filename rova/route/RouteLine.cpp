@@ -14,6 +14,10 @@ constexpr unsigned headColumns = 10;
 constexpr unsigned codeColumns = 8;
 constexpr char blanks[codeColumns + 1] = "        ";
 constexpr unsigned leakMarkColumns = 2;
+/// Where further policies stand, ahead of their " via", and how far behind it their segment lists.
+constexpr std::size_t policyIndent4 = 27;
+constexpr std::size_t policyIndent6 = 6;
+constexpr std::size_t policyViaStep = 4;
 /// Where the vias of the IPv6 form stand.
 constexpr const char* ownLineVia = "\n           via";
 
@@ -52,12 +56,17 @@ struct RouteLinePrinter::Subject {
     return isNexthopGroup ? line.fec->nhgVias() != 0 : line.fec->numEntries() != 0;
   }
   bool hasTexts() const { return *nexthopAddr || *interface; }
+  bool hasPolicies() const { return line.policies && line.policies->policyInfos() != 0; }
+  /// Whether nothing is known of where the route leads.
+  bool leadsNowhere() const { return !hasTexts() && !hasEvpn && !hasPolicies(); }
   bool isConnected() const { return !hasEvpn && isDirectlyConnected(line.prefix, nexthopAddr); }
+  /// The columns that the note on a leaked route takes.
+  std::size_t noteColumns() const {
+    return line.routeLeaked ? sizeof "(source VRF ) " - 1 + std::strlen(line.srcVrfName) : 0;
+  }
   /// The columns in front of a further via in the IPv4 form.
   unsigned padding() const {
-    const auto note =
-        line.routeLeaked ? sizeof "(source VRF ) " - 1 + std::strlen(line.srcVrfName) : 0;
-    return static_cast<unsigned>(prefixText.size() + note) + sizeof " [/] " - 1 +
+    return static_cast<unsigned>(prefixText.size() + noteColumns()) + sizeof " [/] " - 1 +
            digits(static_cast<std::uint32_t>(line.preference)) + digits(line.metric) + headColumns;
   }
 };
@@ -86,7 +95,8 @@ RouteLinePrinter::RouteLinePrinter(scrivo::Printer& printer, LineOptions options
       groupName_(printer, "groupName"),
       groupId_(printer, "groupId") {}
 
-bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool nexthopGroupType) {
+bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool nexthopGroupType,
+                             bool hasV6Nexthop) {
   char text[Kesh::maxAddressText + 1];
   const auto length = line.prefix.writeText(text);
   text[length] = '\0';
@@ -102,7 +112,7 @@ bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool 
                 via && via->evpnEntry.isSet()};
   if (!hasSomethingToShow(route)) return false;
   printHead(route);
-  options_.v6Form ? printFormatRoute6(route) : printFormatRoute4(route);
+  hasV6Nexthop ? printFormatRoute6(route) : printFormatRoute4(route);
   return true;
 }
 
@@ -118,7 +128,7 @@ void RouteLinePrinter::printFormatRoute4(const Subject& route) {
     printConnected4(route);
   } else if (route.hasRows()) {
     printRows4(route);
-  } else if (!route.hasTexts() && !route.hasEvpn) {
+  } else if (route.leadsNowhere()) {
     addKind(true, "drop");
     printer_.addFrills(" is directly connected, Null0");
     addPreference();
@@ -136,14 +146,18 @@ void RouteLinePrinter::printFormatRoute6(const Subject& route) {
     printConnected6(route);
   } else if (route.hasRows()) {
     printRows6(route);
-  } else if (!route.hasTexts() && !route.hasEvpn) {
+  } else if (route.leadsNowhere()) {
     addKind(true, "drop");
     printer_.addFrills("\n           Null0\n");
     printEmptyVias();
   } else {
     addKind(false, "forward");
     printer_.addFrills(ownLineVia);
-    printDirectVia(route);
+    if (route.hasPolicies()) {
+      printPolicies(route, policyIndent6, policyIndent6 + policyViaStep);
+    } else {
+      printDirectVia(route);
+    }
   }
   printer_.endDictEntry();
 }
@@ -399,7 +413,16 @@ void RouteLinePrinter::printVia4(const Subject& route) {
   addKind(false, "forward");
   printPreference(route);
   printer_.addFrills(" via");
-  printDirectVia(route);
+  if (!route.hasPolicies()) return printDirectVia(route);
+  const auto indent = route.noteColumns() + policyIndent4;
+  printPolicies(route, indent, indent + policyViaStep);
+}
+
+void RouteLinePrinter::printPolicies(const Subject& route, std::size_t policyIndent,
+                                     std::size_t viaIndent) {
+  printSrTePolicySetModel(printer_, *route.line.policies, static_cast<std::uint32_t>(policyIndent),
+                          static_cast<std::uint32_t>(viaIndent));
+  printEmptyVias();
 }
 
 void RouteLinePrinter::printDirectVia(const Subject& route) {

@@ -6,6 +6,8 @@
 
 #include "rova/core/Trace.h"
 #include "rova/fec/CachedFec.h"
+#include "rova/fec/PolicyInfo.h"
+#include "rova/fec/SortedTunVia.h"
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"

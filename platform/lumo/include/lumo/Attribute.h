@@ -169,7 +169,8 @@ constexpr AttributeRecord computedRow(const char* name, Read) {
   return row;
 }
 
-/// The rows of `T` in the order of their lines, indexes filled in.
+/// The rows of `T` in the order of their lines, indexes filled in. Indexes begin anew, one level
+/// higher, behind each LUMO_LEVEL.
 template <class T, std::uint32_t firstIndex>
 constexpr auto makeAttributeTable() {
   constexpr auto hasRow = []<int line>(Line<line> at) {
@@ -182,11 +183,14 @@ constexpr auto makeAttributeTable() {
   (std::make_integer_sequence<int, lines>());
   std::array<AttributeRecord, count> table{};
   std::size_t filled = 0;
+  std::uint32_t levelIndex = firstIndex;
+  std::uint32_t index = levelIndex;
   const auto fill = [&]<int line>(Line<line> at) {
     if constexpr (requires { T::lumoRow(at); }) {
       table[filled] = T::lumoRow(at);
-      table[filled].index = firstIndex + static_cast<std::uint32_t>(filled);
-      ++filled;
+      table[filled++].index = index++;
+    } else if constexpr (requires { T::lumoLevel(at); }) {
+      index = levelIndex += attributeIndexLevel;
     }
   };
   [&]<int... at>(std::integer_sequence<int, at...>) { (fill(Line<T::lumoBegin + at>()), ...); }
@@ -249,6 +253,16 @@ constexpr TypeRecord makeTypeRecord() {
   LUMO_READ(Type, x)                                                                               \
   LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))   \
   LUMO_FIELD(Type, x)
+
+/// A constructor argument that is a public field of the base class, which has no attribute lines.
+#define LUMO_INHERITED(x)                                                                          \
+ public:                                                                                           \
+  LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x>(#x, ::Lumo::AttributeKind::constructorArgument)))
+
+/// Between the attributes of one class and those of the class derived from it.
+#define LUMO_LEVEL                                                                                 \
+ public:                                                                                           \
+  static constexpr void lumoLevel(::Lumo::Line<__LINE__>) {}
 
 /// A constructor argument that the class template has only where `condition` holds.
 #define LUMO_CTOR_IF(condition, Type, x)                                                           \
@@ -326,6 +340,16 @@ constexpr TypeRecord makeTypeRecord() {
 #define LUMO_HASHED(Key, Value, x, X)                                                              \
   LUMO_INSERT(Key, Value, x)                                                                       \
   LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, Value, x, X, nullptr, self.x##Is(key, value))
+
+/// A hashed collection of values, keyed by the value's attribute `internal`.
+#define LUMO_HASHED_VALUES(Key, Value, x, X, internal)                                             \
+ public:                                                                                           \
+  void x##Is(Value value) {                                                                        \
+    const Key key = value.internal();                                                              \
+    x##_.insertOrAssign(key, std::move(value));                                                    \
+  }                                                                                                \
+  LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, Value, x, X, #internal,                        \
+                  (static_cast<void>(key), self.x##Is(value)))
 
 /// A hashed collection of entities, keyed by the entity's attribute `internal`. A null entity is
 /// refused; the message's closing quote has no opening one, and tools match it as it is.

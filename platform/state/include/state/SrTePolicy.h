@@ -7,11 +7,17 @@
 #include "state/FecId.h"
 
 #include <cstdint>
+#include <ostream>
 
 namespace SrTePolicy {
 
 struct EndPoint {
   Kesh::IpGenAddr address;
+  /// As streams show it: the address.
+  Lumo::String text() const { return address.stringValue(); }
+  friend std::ostream& operator<<(std::ostream& out, const EndPoint& endpoint) {
+    return out << endpoint.text();
+  }
   friend bool operator==(const EndPoint&, const EndPoint&) = default;
 };
 

@@ -39,11 +39,22 @@ struct IpsecGreTunnelInfo : GreTunnelInfo {
   friend bool operator==(const IpsecGreTunnelInfo&, const IpsecGreTunnelInfo&) = default;
 };
 
+/// The value under the key; for a missing one the type's default, which outlives the table.
+template <class Key, class Value>
+const Value& readOrDefault(const Lumo::HashMap2018<Key, Value>& table, const Key& key) {
+  static const Value absent{};
+  const Value* const found = table.find(key);
+  return found ? *found : absent;
+}
+
 namespace TunnelTable {
 
 struct Via {
   Kesh::IpGenAddr nexthop;
   Kesh::IntfId intfId;
+  std::uint32_t hash() const {
+    return static_cast<std::uint32_t>(nexthop.hash() ^ Kesh::mixHash(intfId.value()));
+  }
   friend bool operator==(const Via&, const Via&) = default;
 };
 
@@ -65,10 +76,7 @@ struct EndpointEntry {
 class EndpointTable : public Lumo::PtrInterface {
  public:
   /// A default entry when there is none.
-  EndpointEntry entry(TunnelId id) const {
-    const auto* const found = entries.find(id);
-    return found ? *found : EndpointEntry();
-  }
+  const EndpointEntry& entry(TunnelId id) const { return readOrDefault(entries, id); }
   Lumo::HashMap2018<TunnelId, EndpointEntry> entries;
 };
 class SrTunnelTable : public EndpointTable {};
@@ -120,16 +128,19 @@ struct TunnelFibEntry {
 /// The tunnel forwarding table with the encapsulations that its vias name.
 class TunnelFib : public Lumo::PtrInterface {
  public:
-  TunnelFibEntry entry(TunnelTable::TunnelId id) const { return read(entries, id); }
-  GreTunnelInfo greEncap(TunnelTable::EncapId id) const { return read(greEncaps, id); }
-  IpsecVtiTunnelInfo ipsecVtiEncap(TunnelTable::EncapId id) const {
-    return read(ipsecVtiEncaps, id);
+  // Each a default value when there is none; valid until the table changes.
+  const TunnelFibEntry& entry(TunnelTable::TunnelId id) const { return readOrDefault(entries, id); }
+  const GreTunnelInfo& greEncap(TunnelTable::EncapId id) const {
+    return readOrDefault(greEncaps, id);
   }
-  IpsecGreTunnelInfo ipsecGreEncap(TunnelTable::EncapId id) const {
-    return read(ipsecGreEncaps, id);
+  const IpsecVtiTunnelInfo& ipsecVtiEncap(TunnelTable::EncapId id) const {
+    return readOrDefault(ipsecVtiEncaps, id);
   }
-  Kesh::MplsLabelOperation labelStack(TunnelTable::EncapId id) const {
-    return read(labelStacks, id);
+  const IpsecGreTunnelInfo& ipsecGreEncap(TunnelTable::EncapId id) const {
+    return readOrDefault(ipsecGreEncaps, id);
+  }
+  const Kesh::MplsLabelOperation& labelStack(TunnelTable::EncapId id) const {
+    return readOrDefault(labelStacks, id);
   }
 
   Lumo::HashMap2018<TunnelTable::TunnelId, TunnelFibEntry> entries;
@@ -137,13 +148,6 @@ class TunnelFib : public Lumo::PtrInterface {
   Lumo::HashMap2018<TunnelTable::EncapId, IpsecVtiTunnelInfo> ipsecVtiEncaps;
   Lumo::HashMap2018<TunnelTable::EncapId, IpsecGreTunnelInfo> ipsecGreEncaps;
   Lumo::HashMap2018<TunnelTable::EncapId, Kesh::MplsLabelOperation> labelStacks;
-
- private:
-  template <class Key, class Value>
-  static Value read(const Lumo::HashMap2018<Key, Value>& table, const Key& key) {
-    const Value* const found = table.find(key);
-    return found ? *found : Value();
-  }
 };
 
 } // namespace TunnelFib

@@ -42,6 +42,8 @@ class TunnelId {
   constexpr bool isNull() const { return value_ == 0; }
   constexpr TunnelKind kind() const { return static_cast<TunnelKind>(value_ >> 44); }
   constexpr std::uint64_t index() const { return value_ & 0xfffffffffffull; }
+  /// The kind in the words of displays, "LDP"; "tunnel" for a number without a word.
+  const char* typeCliStr() const;
   /// Jenkins one-at-a-time over the 8 bytes, lowest first.
   std::uint32_t hash() const;
 
@@ -64,6 +66,9 @@ class EncapId {
   constexpr explicit EncapId(std::uint32_t value) : value_(value) {}
   constexpr std::uint32_t value() const { return value_; }
   constexpr EncapKind kind() const { return static_cast<EncapKind>(value_ >> 28); }
+  /// The kind in the words of displays, "IPsec GRE", or as a tunnel's mode is configured, "ipsec
+  /// gre"; "encapsulation" for a number without a word.
+  const char* typeCliStr(bool asConfigured) const;
   std::size_t hash() const { return Kesh::mixHash(value_); }
   friend constexpr auto operator<=>(const EncapId&, const EncapId&) = default;
 

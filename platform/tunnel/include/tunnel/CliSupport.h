@@ -37,15 +37,15 @@ struct CachedTunVia {
 /// The display form of a static interface tunnel.
 struct CachedStaticIntfTunnelInfo {
   Lumo::String tunnelTypeText;
-  std::uint64_t tunnelIndexPart = 0;
-  Lumo::String encapTypeText;
-  Lumo::String encapTypeTextAlt;
+  std::uint64_t tunnelIndexPart = 0; ///< the lower 43 bits of the tunnel's identifier
+  Lumo::String encapTypeText;        ///< as displays say it
+  Lumo::String encapTypeTextAlt;     ///< as it is configured
   Lumo::String destinationText;
   Lumo::String sourceText;
-  std::uint32_t addressFamily = 0;
-  std::uint32_t greKeyField = 0;
-  std::uint8_t encapByte0 = 0;
-  std::uint8_t encapByte1 = 0;
+  std::uint32_t addressFamily = 0; ///< of the source: 1 IPv4, 2 IPv6
+  std::uint32_t greKeyField = 0;   ///< 0 for none
+  std::uint8_t encapByte0 = 0;     ///< the TTL of the outer header; 0 copies the packet's
+  std::uint8_t encapByte1 = 0;     ///< its type of service; 0 copies the packet's
 
   friend bool operator==(const CachedStaticIntfTunnelInfo&,
                          const CachedStaticIntfTunnelInfo&) = default;
@@ -54,7 +54,7 @@ struct CachedStaticIntfTunnelInfo {
   bool isSet() const { return !tunnelTypeText.empty(); }
 };
 
-/// One via of a tunnel as a line shows it.
+/// One via of a tunnel as a line shows it. Texts that are empty are left out.
 struct TunnelViaText {
   std::string_view nexthopAddr;
   std::string_view interface;
@@ -66,8 +66,11 @@ struct TunnelViaText {
 /// The tunnel of that identifier, without vias; an empty endpoint is left out of the text.
 CachedTunVia getCachedTunnelInfo(TunnelTable::TunnelId id, const Lumo::String& endpoint);
 
-/// "LDP tunnel index 3, endpoint 10.0.0.9/32"; in the model, with `inModel`, the submodel
-/// `tunnelDescriptor`.
+/// "LDP tunnel index 3, endpoint 10.0.0.9/32", in text alone.
+void printTunnelInfoCli(scrivo::Printer& printer, const CachedTunVia& tunnel);
+
+/// The same, and with `inModel` the submodel `tunnelDescriptor` of `tunnelType`, `tunnelIndex` and
+/// `tunnelEndpoint`.
 void printTunnelInfo(scrivo::Printer& printer, const CachedTunVia& tunnel, bool inModel);
 
 /// "via 10.1.0.1, Ethernet1 label 100 200" or "is directly connected, Ethernet1"; with `inModel`,
@@ -81,8 +84,9 @@ void maybeAddLabelStackToOutput(scrivo::Printer& printer, Kesh::MplsLabel label,
                                 const Kesh::MplsLabelOperation& operation, bool inModel,
                                 const char* key);
 
-/// ", GRE, destination 10.9.0.1, source 10.9.0.2" and the like for a static interface tunnel, and
-/// the submodel `tunnelEncap`.
+/// ", GRE, destination 10.9.0.1, source 10.9.0.2, key 7, ttl 64, tos 32" for a static interface
+/// tunnel, where key, ttl and tos stand only if they are not 0; with `inModel` the submodel
+/// `tunnelEncap` of `tunnelType`, `tunnelIndex`, `encapType`, `destination`, `source` and those.
 void printTunnelEncapInfo(scrivo::Printer& printer, const CachedStaticIntfTunnelInfo& info,
                           bool inModel);
 
@@ -91,10 +95,5 @@ inline void maybePrintTunnelEncapInfo(scrivo::Printer& printer,
                                       const CachedStaticIntfTunnelInfo& info, bool inModel) {
   if (info.isSet()) printTunnelEncapInfo(printer, info, inModel);
 }
-
-/// The words for a tunnel's kind ("LDP", "SR", ...) and an encapsulation's ("GRE", ...); "tunnel"
-/// and "encapsulation" for a number without a word.
-const char* tunnelTypeText(TunnelTable::TunnelKind kind);
-const char* encapTypeText(TunnelTable::EncapKind kind);
 
 } // namespace Tunnel::CliSupport

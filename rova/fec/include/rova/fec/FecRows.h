@@ -3,7 +3,8 @@
 #pragma once
 
 #include "rova/core/DirectlyConnected.h"
-#include "rova/fec/CachedFec.h"
+#include "rova/fec/StaticInterfaceTunnel.h"
+#include "rova/fec/TunnelRows.h"
 
 namespace Rova {
 
@@ -23,14 +24,6 @@ template <class Sorter>
 bool isOtherInterface(const Sorter& sorter, const Kesh::IntfId& intfId) {
   return filtersByInterface(sorter) &&
          (!sorter.intfStatus() || !(intfId == sorter.intfStatus()->intfId));
-}
-
-/// The description of an interface in a detail listing; empty otherwise.
-template <class Sorter>
-Lumo::String interfaceDescriptionOf(const Sorter& sorter, const Kesh::IntfId& intfId) {
-  if (!sorter.detail() || !intfId || !sorter.allIntfConfig()) return {};
-  const auto config = sorter.allIntfConfig()->intfConfig(intfId);
-  return config ? config->description : Lumo::String();
 }
 
 /// The name of a captured nexthop group, or the word for one that has none.
@@ -70,6 +63,7 @@ DirectViaText viaTexts(const Sorter& sorter, const CachedVia& via) {
   if (tunnel.isNull() || !via.hop().isAddrZero() || staticTunnel) {
     text.nexthopAddr = via.hop().stringValue().view();
   }
+  if (staticTunnel) lookupStaticIntfTunnelEncap(sorter, tunnel, text.staticIntfTunInfo);
   return text;
 }
 
@@ -90,17 +84,38 @@ void buildPlainRow(const Sorter& sorter, CachedFec& fec, const CachedVia& via,
   if (fec.isUnequalCost()) fec.viaWeightIs(row, via.viaWeight());
 }
 
-/// Builds the rows of a FEC with several vias, once. Vias that a query by interface leaves out get
-/// no row and leave no gap.
+/// Whether the via, in a FEC whose first via is plain, shows its tunnel all the same.
+inline bool isBackupTunnel(const CachedVia& via) {
+  return via.isBackup() && isValidDynamicTunnel(via) &&
+         via.tunnelId().kind() != Tunnel::TunnelTable::TunnelKind::direct;
+}
+
+/// One row for each via. Vias that a query by interface leaves out get no row and leave no gap.
 template <class Sorter>
-void buildRows(const Sorter& sorter, CachedFec& fec, const Kesh::IpGenPrefix& prefix) {
-  if (fec.numEntries() != 0) return;
+void buildPlainRows(Sorter& sorter, CachedFec& fec, const Kesh::IpGenPrefix& prefix) {
   std::uint16_t row = 0;
   for (const auto& [via, present] : fec.viaMap()) {
-    if (isOtherInterface(sorter, via.intfId())) continue;
-    buildPlainRow(sorter, fec, via, prefix, row++);
+    if (isBackupTunnel(via)) {
+      updateTunSortedViaHierarchyEntry(fec, sorter, via, row++);
+    } else if (!isOtherInterface(sorter, via.intfId())) {
+      buildPlainRow(sorter, fec, via, prefix, row++);
+    }
   }
   fec.numEntriesIs(static_cast<int>(fec.viaTypeStrings()));
+}
+
+/// Builds the rows of a FEC, unless that is done. The first via decides for all whether they show
+/// as tunnels. `prefix` is that of the route whose print builds the rows.
+template <class Sorter>
+void buildRows(Sorter& sorter, CachedFec& fec, const Kesh::IpGenPrefix& prefix) {
+  if (fec.numEntries() != 0 || fec.vias() == 0) return;
+  const CachedVia& first = fec.viaMap().begin()->first;
+  if (!isValidDynamicTunnel(first)) return buildPlainRows(sorter, fec, prefix);
+  if (first.tunnelId().kind() == Tunnel::TunnelTable::TunnelKind::direct) {
+    return updateTunSortedVia(fec, sorter);
+  }
+  fec.hierarchicalViaIs(true);
+  updateTunSortedViaHierarchy(fec, sorter);
 }
 
 } // namespace Rova

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "rova/fec/CachedFec.h"
+#include "rova/fec/PolicyInfo.h"
 #include "rova/route/DisplayAttrInfo.h"
 #include "scrivo/Printer.h"
 
@@ -25,13 +26,14 @@ struct RouteLine {
   const CachedFec* fec = nullptr;
   /// The single via that is printed straight from its FEC; null where rows or nothing print.
   const DirectViaText* via = nullptr;
+  /// The policies of a FEC that leads to such; null or empty for none.
+  const PolicyInfoSet* policies = nullptr;
   /// Where the via has no interface: a receive route's own.
   const char* ownInterface = "";
 };
 
 /// How the lines of a listing look, fixed when its printing begins.
 struct LineOptions {
-  bool v6Form = false; ///< vias on lines of their own, as IPv6 listings have them
   bool detail = false;
   bool degradeNhgModel = false; ///< the older form of nexthop group data
 };
@@ -41,12 +43,13 @@ class RouteLinePrinter {
  public:
   RouteLinePrinter(scrivo::Printer& printer, LineOptions options);
 
-  /// Prints the route in the listing's form. False for one with nothing to show: a next hop without
-  /// an interface outside a detail listing.
+  /// Prints the route, in the form of IPv6 listings, which have vias on lines of their own, if the
+  /// sorter has a next hop of IPv6. False for one with nothing to show: a next hop without an
+  /// interface outside a detail listing.
   template <class RouteType>
-  bool printFormatRoute(RouteType type, const RouteLine& line) {
+  bool printFormatRoute(RouteType type, const RouteLine& line, bool hasV6Nexthop) {
     routeType_.setValue(type);
-    return print(line, pcode(type), isNexthopGroup(type));
+    return print(line, pcode(type), isNexthopGroup(type), hasV6Nexthop);
   }
 
  private:
@@ -54,7 +57,8 @@ class RouteLinePrinter {
   /// A line with what is worked out from it once.
   struct Subject;
 
-  bool print(const RouteLine& line, std::string_view code, bool nexthopGroupType);
+  bool print(const RouteLine& line, std::string_view code, bool nexthopGroupType,
+             bool hasV6Nexthop);
   void printFormatRoute4(const Subject& route);
   void printFormatRoute6(const Subject& route);
   bool hasSomethingToShow(const Subject& route) const;
@@ -71,6 +75,7 @@ class RouteLinePrinter {
   void printRows4(const Subject& route);
   void printRows6(const Subject& route);
   void printVia4(const Subject& route);
+  void printPolicies(const Subject& route, std::size_t policyIndent, std::size_t viaIndent);
   void printDirectVia(const Subject& route);
 
   void printDegradedGroup(const Subject& route);

@@ -1,0 +1,50 @@
+// The SR-TE policies that a route forwards over, as its line shows them.
+#pragma once
+
+#include "rova/fec/SortedTunVia.h"
+#include "scrivo/Printer.h"
+
+namespace Rova {
+
+/// One policy: its endpoint and color, and by tunnel the vias, label, label stack and weight of the
+/// segment list that the tunnel stands for.
+class ROVA_EXPORT PolicyInfo {
+  LUMO_TYPE(PolicyInfo, "Rova::PolicyInfo")
+  LUMO_CTOR(std::uint16_t, index) // its place among the vias of the route's FEC
+  LUMO_CTOR(SrTePolicy::PolicyKey, policyKey)
+  LUMO_HASHED(Tunnel::TunnelTable::TunnelId, SortedTunViaSet, sortedVia, SortedVia)
+  LUMO_HASHED(Tunnel::TunnelTable::TunnelId, Kesh::MplsLabelAndAction, viaLabel, ViaLabel)
+  LUMO_HASHED(Tunnel::TunnelTable::TunnelId, Kesh::MplsLabelOperation, tunnelLabelStack,
+              TunnelLabelStack)
+  LUMO_HASHED(Tunnel::TunnelTable::TunnelId, SrTePolicy::Weight, weight, Weight)
+  LUMO_END
+
+  PolicyInfo() = default;
+  PolicyInfo(std::uint16_t index, const SrTePolicy::PolicyKey& policyKey)
+      : index_(index), policyKey_(policyKey) {}
+
+  friend ROVA_EXPORT bool operator==(const PolicyInfo& a, const PolicyInfo& b);
+  bool operator!() const { return *this == PolicyInfo(); }
+};
+
+/// The policies of one route.
+class ROVA_EXPORT PolicyInfoSet {
+  LUMO_TYPE(PolicyInfoSet, "Rova::PolicyInfoSet")
+  LUMO_HASHED_VALUES(std::uint16_t, PolicyInfo, policyInfo, PolicyInfo, index)
+  LUMO_END
+
+  friend ROVA_EXPORT bool operator==(const PolicyInfoSet& a, const PolicyInfoSet& b);
+  bool operator!() const { return policyInfo_.empty(); }
+};
+
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const PolicyInfo& info);
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const PolicyInfoSet& set);
+
+/// Prints the policies behind a line's " via", the further ones on lines of their own behind
+/// `policyIndent` blanks; below each, behind `viaIndent` blanks, its segment lists. The model has
+/// the endpoints and colors alone, as the list `srTePolicy`. Raises the label's range error for one
+/// that is none.
+void printSrTePolicySetModel(scrivo::Printer& printer, const PolicyInfoSet& policySet,
+                             std::uint32_t policyIndent, std::uint32_t viaIndent);
+
+} // namespace Rova
