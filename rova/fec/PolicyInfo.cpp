@@ -42,9 +42,9 @@ void printSegmentList(scrivo::Printer& printer, const PolicyInfo& policy,
     const auto nexthopAddr = via.nexthop.stringValue();
     const auto interface = via.intfId.stringValue();
     printer.addFrills("%*c", viaIndent + viaStep, ' ');
-    Tunnel::CliSupport::printTunnelViaInfo(printer, false,
-                                           {nexthopAddr.view(), interface.view(), {},
-                                            policy.tunnelLabelStack(tunnel)});
+    Tunnel::CliSupport::printTunnelViaInfo(
+        printer, false,
+        {nexthopAddr.view(), interface.view(), {}, policy.tunnelLabelStack(tunnel)});
     printer.addFrills("\n");
   }
 }

@@ -103,6 +103,29 @@ constexpr const char* cachedViaRows[] = {"hop: Kesh::IpGenAddr",
 constexpr const char* cachedNhgViaRows[] = {"nhgId: Routing::NexthopGroup::NexthopGroupId",
                                             "nhgName: Lumo::String"};
 
+// "--" stands between the attributes of a class and those of the class derived from it.
+constexpr const char* sortedTunViaRows[] = {"nexthop*: Kesh::IpGenAddr",
+                                            "intfId*: Kesh::IntfId",
+                                            "hash(): U32",
+                                            "--",
+                                            "encapId*: Tunnel::TunnelTable::EncapId",
+                                            "--",
+                                            "tunnelFib*: Tunnel::TunnelFib::TunnelFib"};
+
+constexpr const char* sortedTunViaSetRows[] = {
+    "tunnelId*: Tunnel::TunnelTable::TunnelId", "tunnelFib*: Tunnel::TunnelFib::TunnelFib",
+    "via (ordered): Rova::SortedTunVia to bool", "handleInitialized(): void"};
+
+constexpr const char* policyInfoRows[] = {
+    "index*: U16",
+    "policyKey*: SrTePolicy::PolicyKey",
+    "sortedVia (hashed): Tunnel::TunnelTable::TunnelId to Rova::SortedTunViaSet",
+    "viaLabel (hashed): Tunnel::TunnelTable::TunnelId to Kesh::MplsLabelAndAction",
+    "tunnelLabelStack (hashed): Tunnel::TunnelTable::TunnelId to Kesh::MplsLabelOperation",
+    "weight (hashed): Tunnel::TunnelTable::TunnelId to SrTePolicy::Weight"};
+
+constexpr const char* policyInfoSetRows[] = {"policyInfo (hashed): U16 to Rova::PolicyInfo"};
+
 /// A row of an attribute table in the form of the lists above.
 std::string described(const Lumo::AttributeRecord& row) {
   const std::string name = row.name, type = row.valueType;
@@ -168,7 +191,12 @@ std::vector<TypeFace> faces() {
           {Rova::Route6Sorter::lumoType, "Rova::Route6Sorter", true, sorterRowsOf('6')},
           {Rova::CachedFec::lumoType, "Rova::CachedFec", true, listed(cachedFecRows)},
           {Rova::CachedVia::lumoType, "Rova::CachedVia", false, listed(cachedViaRows)},
-          {Rova::CachedNhgVia::lumoType, "Rova::CachedNhgVia", false, listed(cachedNhgViaRows)}};
+          {Rova::CachedNhgVia::lumoType, "Rova::CachedNhgVia", false, listed(cachedNhgViaRows)},
+          {Rova::SortedTunVia::lumoType, "Rova::SortedTunVia", false, listed(sortedTunViaRows)},
+          {Rova::SortedTunViaSet::lumoType, "Rova::SortedTunViaSet", false,
+           listed(sortedTunViaSetRows)},
+          {Rova::PolicyInfo::lumoType, "Rova::PolicyInfo", false, listed(policyInfoRows)},
+          {Rova::PolicyInfoSet::lumoType, "Rova::PolicyInfoSet", false, listed(policyInfoSetRows)}};
 }
 
 TEST(TypeTableTest, HoldsTheAttributesInTheirOrder) {
@@ -179,6 +207,10 @@ TEST(TypeTableTest, HoldsTheAttributesInTheirOrder) {
     Lines found;
     std::uint32_t index = isEntity ? 130 : 2;
     for (const auto& row : type.attributes) {
+      if (row.index != index) {
+        found.push_back("--");
+        index = (index / 128 + 1) * 128 + 2;
+      }
       found.push_back(described(row));
       EXPECT_EQ(row.index, index++) << name << " " << row.name;
       EXPECT_EQ(type.attribute(row.name), &row) << name << ": a name stands twice: " << row.name;
@@ -265,6 +297,16 @@ TEST(StrepTest, ValuesNameTheirStoredAttributes) {
   out << via;
   EXPECT_EQ(out.str(), expected);
   EXPECT_NE(expected.find("10.0.0.1"), std::string::npos);
+  const Rova::SortedTunVia tunnelVia(addr("10.0.0.1"), intf("Ethernet1"),
+                                     Tunnel::TunnelTable::EncapId(7), {});
+  EXPECT_EQ(valueToStrep(tunnelVia).str(),
+            "Value('Rova::SortedTunVia', ** {'nexthop': " + valueToStrep(tunnelVia.nexthop).str() +
+                ", 'intfId': " + valueToStrep(tunnelVia.intfId).str() +
+                ", 'encapId': " + valueToStrep(tunnelVia.encapId).str() + ", 'tunnelFib': None})");
+  Rova::PolicyInfoSet policies;
+  policies.policyInfoIs(Rova::PolicyInfo(3, {}));
+  EXPECT_EQ(policies.policyInfo(3), Rova::PolicyInfo(3, {})) << "a policy stands under its index";
+  EXPECT_EQ(valueToStrep(policies).str(), "None");
   Rova::CachedNhgVia group;
   EXPECT_TRUE(!group);
   group.nhgIdIs(5);

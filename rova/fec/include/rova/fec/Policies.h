@@ -37,16 +37,15 @@ PolicyInfo copySrTePolicyInfo(Sorter& sorter, Vanta::Fib::FecId fecId, std::uint
     return policy;
   }
   bool found = false;
-  const Vanta::Fib::Fec record =
-      *sorter.policyForwardingStatus()->fec.safeLookup(fecId, found, 0);
+  const Vanta::Fib::Fec record = *sorter.policyForwardingStatus()->fec.safeLookup(fecId, found, 0);
   for (std::uint32_t i = 0; i < record.viaCount; ++i) {
     detail::addSegmentList(sorter, policy, record.via(Vanta::Fib::ViaIndex(i)));
   }
   return policy;
 }
 
-/// The policies of a FEC: the one that it stands for itself, else those that its vias lead to, under
-/// the places of the vias. Policies that nobody knows are left out.
+/// The policies of a FEC: the one that it stands for itself, else those that its vias lead to,
+/// under the places of the vias. Policies that nobody knows are left out.
 template <class Sorter>
 PolicyInfoSet collectPolicies(Sorter& sorter, const CachedFec& fec) {
   PolicyInfoSet set;

@@ -7,10 +7,10 @@
 
 namespace Rova {
 
-/// A tunnel via with the table that knows its encapsulation. Vias order by next hop, interface, kind
-/// of encapsulation and then by what the encapsulation does: two identifiers of one label stack are
-/// one encapsulation. A kind without a table stops the process where two vias must be told apart by
-/// it.
+/// A tunnel via with the table that knows its encapsulation. Vias order by next hop, interface,
+/// kind of encapsulation and then by what the encapsulation does: two identifiers of one label
+/// stack are one encapsulation. A kind without a table stops the process where two vias must be
+/// told apart by it.
 class ROVA_EXPORT SortedTunVia : public Tunnel::TunnelTable::TunnelVia {
   LUMO_TYPE(SortedTunVia, "Rova::SortedTunVia")
   LUMO_INHERITED(nexthop)

@@ -1,5 +1,5 @@
-// The rows of a FEC whose vias lead into tunnels. Templates over the sorter, which has the query and
-// the tables.
+// The rows of a FEC whose vias lead into tunnels. Templates over the sorter, which has the query
+// and the tables.
 #pragma once
 
 #include "rova/fec/InterfaceDescription.h"
@@ -93,7 +93,8 @@ class DirectTunnelRows {
   std::uint16_t total_ = 0;
 };
 
-/// The prefix that the protocol of a tunnel says it leads to; empty when its table does not know it.
+/// The prefix that the protocol of a tunnel says it leads to; empty when its table does not know
+/// it.
 template <class Sorter>
 Lumo::String tunnelEndpoint(const Sorter& sorter, Tunnel::TunnelTable::TunnelId id) {
   using Tunnel::TunnelTable::TunnelKind;
@@ -116,13 +117,12 @@ Lumo::String tunnelEndpoint(const Sorter& sorter, Tunnel::TunnelTable::TunnelId 
   }
 }
 
-/// The vias of a tunnel as it shows them: its own, or those behind its FECs when its first one leads
-/// to a FEC.
+/// The vias of a tunnel as it shows them: its own, or those behind its FECs when its first one
+/// leads to a FEC.
 template <class Sorter>
 SortedTunViaSet shownTunnelVias(Sorter& sorter, Tunnel::TunnelTable::TunnelId id) {
   const auto& vias = tunnelFibEntry(sorter, id).tunnelVia;
-  const bool hierarchical =
-      !vias.empty() && Kesh::FecIdIntfId::isFecIdIntfId(vias.front().intfId);
+  const bool hierarchical = !vias.empty() && Kesh::FecIdIntfId::isFecIdIntfId(vias.front().intfId);
   return hierarchical ? resolveTunnelToFec(sorter, id) : SortedTunViaSet(id, sorter.tunnelFib());
 }
 
@@ -142,8 +142,8 @@ void updateTunSortedVia(CachedFec& fec, Sorter& sorter) {
   fec.numEntriesIs(static_cast<int>(fec.viaTypeStrings()));
 }
 
-/// One row for a via on a tunnel, with the tunnel's own vias below it; none for a tunnel that is not
-/// in the FIB.
+/// One row for a via on a tunnel, with the tunnel's own vias below it; none for a tunnel that is
+/// not in the FIB.
 template <class Sorter>
 void updateTunSortedViaHierarchyEntry(CachedFec& fec, Sorter& sorter, const CachedVia& via,
                                       std::uint16_t row) {
@@ -155,8 +155,7 @@ void updateTunSortedViaHierarchyEntry(CachedFec& fec, Sorter& sorter, const Cach
   fec.labelIs(row, via.viaLabel());
   if (!via.isBackup() && fec.isUnequalCost()) fec.viaWeightIs(row, via.viaWeight());
 
-  auto tunnel =
-      Tunnel::CliSupport::getCachedTunnelInfo(id, detail::tunnelEndpoint(sorter, id));
+  auto tunnel = Tunnel::CliSupport::getCachedTunnelInfo(id, detail::tunnelEndpoint(sorter, id));
   Tunnel::CliSupport::TunnelViaIndex at = 0;
   const SortedTunViaSet set = detail::shownTunnelVias(sorter, id);
   for (const auto& [tunnelVia, present] : set.viaMap()) {
