@@ -12,7 +12,10 @@ HEAD_COLUMNS = 10
 PREFERENCE_AND_SOURCE = re.compile(r" (?:\[(\d+)/(\d+)\])?(?: \(source VRF (.*?)\))?")
 # Words of a via's line that name values or stand for none.
 WORDS = {"via", "is", "directly", "connected", "<Internal>", "Null0", "label", "weight", "VTEP",
-         "VNI", "router-mac", "Nexthop", "Group", "ID"}
+         "VNI", "router-mac", "Nexthop", "Group", "ID", "tunnel", "index", "endpoint",
+         "destination", "source", "key", "ttl", "tos", "SR-TE", "Policy", "color"}
+# What the model of a tunnel interface's encapsulation says beyond the text.
+OF_THE_INTERFACE = {"tunnelType", "tunnelIndex"}
 NAMED_LABEL = re.compile(r"[a-z0-9-]+\((\d+)\)")
 
 
@@ -61,6 +64,18 @@ def via_values(value):
     return sorted(sum(shown, []))
 
 
+def shown_vias(entry):
+    """What has a line of its own: the vias of a route, each with those of its tunnel behind it."""
+    shown = []
+    for via in entry["vias"]:
+        own = {key: value for key, value in via.items() if key != "tunnelVias"}
+        if "tunnelEncap" in own:
+            encap = own["tunnelEncap"].items()
+            own["tunnelEncap"] = {key: value for key, value in encap if key not in OF_THE_INTERFACE}
+        shown += [own, *via.get("tunnelVias", [])]
+    return shown
+
+
 def head_problems(head, entry):
     """Compares marks, preference, metric and source VRF; returns the rest of the line too."""
     match = HEAD.match(head)
@@ -87,7 +102,10 @@ def route_problems(block, entry):
         problems.append(f"routeAction {entry['routeAction']} does not fit the text")
     lines = ([rest] if rest else []) + block[1:]
     older = {"nexthopGroup": entry["nexthopGroup"]} if "nexthopGroup" in entry else {}
-    vias = entry["vias"] or [older]
+    vias = shown_vias(entry) or [older]
+    if "srTePolicy" in entry:
+        # The tunnels of a policy stand in the text alone.
+        lines, vias = [line for line in lines if " SR-TE Policy " in line], entry["srTePolicy"]
     if len(lines) != len(vias):
         return problems + [f"the text has {len(lines)} via lines, the model {len(vias)}"]
     for line, via in zip(lines, vias):
