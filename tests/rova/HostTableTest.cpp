@@ -33,8 +33,8 @@ struct HostTableTest : testing::Test {
 TYPED_TEST_SUITE(HostTableTest, Families, FamilyNames);
 
 /// What a route says of its type, when its via is on Ethernet1 without a next hop.
-const char* const expectedOf4[] = {nullptr,          " to cpu",       " to cpu",
-                                   " to cpu",        " on Ethernet1", " on Ethernet1"};
+const char* const expectedOf4[] = {nullptr,   " to cpu",       " to cpu",
+                                   " to cpu", " on Ethernet1", " on Ethernet1"};
 const char* const expectedOf6[] = {nullptr, " to cpu", " to cpu", " on Ethernet1"};
 
 template <class Family>
@@ -125,11 +125,11 @@ template <class Family>
 void setCount(Device& device, std::uint32_t count) {
   using Status = typename Family::UnprogrammedRouteStatus;
   using Key = typename Status::Key;
-  auto routes = std::make_unique<Vanta::MemoryTable<
-      Key, Vanta::BasicUnprogrammedRoute<typename Family::Prefix>>>("unprogrammedRoute");
+  auto routes = std::make_unique<
+      Vanta::MemoryTable<Key, Vanta::BasicUnprogrammedRoute<typename Family::Prefix>>>(
+      "unprogrammedRoute");
   routes->insert({{prefixOf<Family>(Texts<Family>::host), VrfId(0)}});
-  auto counts =
-      std::make_unique<Vanta::MemoryTable<VrfId, Vanta::UnprogrammedRouteCount>>("count");
+  auto counts = std::make_unique<Vanta::MemoryTable<VrfId, Vanta::UnprogrammedRouteCount>>("count");
   counts->insert({VrfId(0), count});
   const auto status = Lumo::newEntity<Status>(std::move(routes), std::move(counts));
   if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
