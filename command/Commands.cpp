@@ -1,6 +1,7 @@
 #include "command/Commands.h"
 
 #include "command/RouteQuery.h"
+#include "command/ShowNexthopGroup.h"
 #include "command/ShowRoute.h"
 #include "command/SnapshotSave.h"
 
@@ -20,6 +21,8 @@ constexpr Command commands[] = {
      showIpRoute},
     {"show ipv6 route", routeArguments, "The IPv6 routing table of a VRF, or its host route table.",
      showIpv6Route},
+    {"show nexthop-group", "[NAME | summary] [vrf NAME]",
+     "The nexthop groups of a VRF, or how many there are of each type and size.", showNexthopGroup},
     {"snapshot save", "FILE", "Write the state that is shown to a file, - for standard output.",
      saveSnapshot},
 };
@@ -65,7 +68,8 @@ ExitStatus runCommand(Words& words, const Options& options) {
 }
 
 std::string helpText() {
-  std::string text = "usage: rova [OPTION...] COMMAND...\n\ncommands (words may be abbreviated):\n";
+  std::string text =
+      "usage: rova [OPTION...] COMMAND... [OPTION...]\n\ncommands (words may be abbreviated):\n";
   for (const Command& command : commands) {
     text += "  " + std::string(command.path) + " " + std::string(command.arguments) + "\n      " +
             std::string(command.help) + "\n";
@@ -78,6 +82,7 @@ options:
   --format text|json      how the output looks; a trailing "| json" does the same
   --timing                end a listing with the time that it took (text only)
   --older-nexthop-groups  show nexthop group routes in their older form
+  --counters              show the packets and bytes of nexthop group entries
   --help, --version
 
 examples:

@@ -34,6 +34,8 @@ constexpr OptionRow rows[] = {
     {"--timing", false, [](Options& o, std::string_view, std::string_view) { o.timing = true; }},
     {"--older-nexthop-groups", false,
      [](Options& o, std::string_view, std::string_view) { o.olderNexthopGroups = true; }},
+    {"--counters", false,
+     [](Options& o, std::string_view, std::string_view) { o.counters = true; }},
     {"--help", false, [](Options& o, std::string_view, std::string_view) { o.help = true; }},
     {"-h", false, [](Options& o, std::string_view, std::string_view) { o.help = true; }},
     {"--version", false, [](Options& o, std::string_view, std::string_view) { o.version = true; }},
@@ -48,10 +50,19 @@ const OptionRow& rowOf(std::string_view name) {
 
 } // namespace
 
-Options parseOptions(const char* const*& argument, const char* const* end) {
+Options parseOptions(std::span<const char* const> arguments, std::vector<const char*>& rest) {
   Options options;
-  for (; argument != end && **argument == '-'; ++argument) {
-    const std::string_view whole = *argument;
+  for (std::size_t at = 0; at < arguments.size(); ++at) {
+    const std::string_view whole = arguments[at];
+    if (whole == "--") {
+      rest.insert(rest.end(), arguments.begin() + static_cast<std::ptrdiff_t>(at) + 1,
+                  arguments.end());
+      break;
+    }
+    if (whole == "-" || whole.substr(0, 1) != "-") {
+      rest.push_back(arguments[at]);
+      continue;
+    }
     const auto equals = whole.find('=');
     const auto name = whole.substr(0, equals);
     const OptionRow& row = rowOf(name);
@@ -59,8 +70,8 @@ Options parseOptions(const char* const*& argument, const char* const* end) {
     if (equals != whole.npos) value = whole.substr(equals + 1);
     if (value && !row.hasValue) failOption(name, "takes no value");
     if (row.hasValue && !value) {
-      if (++argument == end) failOption(name, "needs a value");
-      value = *argument;
+      if (++at == arguments.size()) failOption(name, "needs a value");
+      value = arguments[at];
     }
     row.apply(options, name, value.value_or(""));
   }

@@ -1,7 +1,11 @@
-// What stands ahead of the command: where the state comes from and how the output looks.
+// Where the state comes from and how the output looks: the words of the command line that begin
+// with
+// "-", ahead of the command or behind it.
 #pragma once
 
+#include <span>
 #include <string>
+#include <vector>
 
 namespace command {
 
@@ -16,14 +20,15 @@ struct Options {
   OutputFormat format = text;
   bool timing = false;
   bool olderNexthopGroups = false;
+  bool counters = false;
   bool help = false;
   bool version = false;
   /// Seconds of the framework's clock at which the program began to work on the command.
   double startTime = 0;
 };
 
-/// Reads the options ahead of the command words and moves `argument` to the first of those, or to
-/// `end`. Raises UsageError for an option that does not exist or lacks its value.
-Options parseOptions(const char* const*& argument, const char* const* end);
+/// Reads the options among the arguments; those that are none, and everything behind "--", are
+/// appended to `rest`. Raises UsageError for an option that does not exist or lacks its value.
+Options parseOptions(std::span<const char* const> arguments, std::vector<const char*>& rest);
 
 } // namespace command

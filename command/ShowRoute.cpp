@@ -1,6 +1,7 @@
 #include "command/ShowRoute.h"
 
 #include "command/RouteQuery.h"
+#include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 #include "sources/Source.h"
@@ -71,22 +72,6 @@ auto makeSorter(const state::DeviceState& device, const state::VrfState& vrf,
                           options.olderNexthopGroups, device.*Listing::unprogrammed)));
 }
 
-/// The VRFs that a query names; an error that lists the VRFs when there is none of that name.
-std::vector<const state::VrfState*> vrfsOf(const state::DeviceState& device,
-                                           const std::string& name, const Options& options) {
-  std::vector<const state::VrfState*> chosen;
-  std::string known;
-  for (const auto& vrf : device.vrfs) {
-    if (name == "all" || vrf.name.stringValue().view() == name) chosen.push_back(&vrf);
-    known += (known.empty() ? "" : ", ") + vrf.name.stringValue().str();
-  }
-  if (chosen.empty()) {
-    throw sources::SourceError(options.state + ": there is no VRF \"" + name + "\"; the VRFs are " +
-                               known);
-  }
-  return chosen;
-}
-
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
 ExitStatus endedEarly() { return scrivo::interruptRequested() ? interrupted : success; }
 
@@ -120,7 +105,7 @@ template <class Listing>
 ExitStatus showRoute(Words& words, const Options& options) {
   const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
   const auto device = sources::open(options.state);
-  const auto vrfs = vrfsOf(device, query.vrf, options);
+  const auto vrfs = chosenVrfs(device, query.vrf, options);
   // The document around the listings, which write into it: it is flushed ahead of each of them.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::StringAttrInfo vrfName(frame, "vrf");

@@ -10,7 +10,9 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <span>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -36,13 +38,14 @@ ExitStatus print(const std::string& words) {
   return success;
 }
 
-ExitStatus run(const char* const* argument, const char* const* end) {
+ExitStatus run(std::span<const char* const> arguments) {
   const double startTime = Lumo::System::currentTime();
-  Options options = parseOptions(argument, end);
+  std::vector<const char*> commandWords;
+  Options options = parseOptions(arguments, commandWords);
   options.startTime = startTime;
   if (options.help) return print(helpText());
   if (options.version) return print("rova " ROVA_VERSION "\n");
-  Words words({argument, end});
+  Words words(commandWords);
   if (words.dropTrailingPipe("json")) options.format = json;
   const Lumo::ActivityLockHold lock;
   return runCommand(words, options);
@@ -53,7 +56,7 @@ ExitStatus run(const char* const* argument, const char* const* end) {
 int main(int count, char** arguments) {
   installSignals();
   try {
-    return run(arguments + 1, arguments + count);
+    return run(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
   } catch (const UsageError& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return usage;

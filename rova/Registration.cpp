@@ -21,9 +21,21 @@ constexpr Exported exported() {
 }
 
 constexpr Exported types[] = {
-    exported<PolicyInfo>(),    exported<CachedFec>(),       exported<RouteSorter>(),
-    exported<PolicyInfoSet>(), exported<SortedTunViaSet>(), exported<CachedNhgVia>(),
-    exported<Route6Sorter>(),  exported<SortedTunVia>(),    exported<CachedVia>(),
+    exported<PolicyInfo>(),
+    exported<CachedFec>(),
+    exported<NexthopGroupCounterHelper>(),
+    exported<RouteSorter>(),
+    exported<PolicyInfoSet>(),
+    exported<NexthopGroupCliCounterInterface>(),
+    exported<SortedTunViaSet>(),
+    exported<NexthopGroupSummaryHelper>(),
+    exported<CachedNhgVia>(),
+    exported<NexthopGroupHelper>(),
+    exported<CounterEntry>(),
+    exported<Route6Sorter>(),
+    exported<SortedTunVia>(),
+    exported<CachedVia>(),
+    exported<CounterIndex>(),
 };
 
 constexpr std::size_t namesLength() {

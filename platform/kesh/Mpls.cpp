@@ -21,6 +21,20 @@ constexpr NamedLabel namedLabels[] = {
 
 } // namespace
 
+Lumo::String stringValue(LabelAction action) {
+  switch (action) {
+  case LabelAction::push:
+    return "push";
+  case LabelAction::swap:
+    return "swap";
+  case LabelAction::pop:
+    return "pop";
+  case LabelAction::unset:
+    return "unset";
+  }
+  return std::to_string(static_cast<unsigned>(action));
+}
+
 Lumo::String labelText(MplsLabel label) {
   for (const auto& named : namedLabels) {
     if (named.value == label.value()) return named.text;

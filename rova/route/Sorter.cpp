@@ -1,12 +1,11 @@
 #include "rova/route/Sorter.h"
 
 #include "lumo/Assert.h"
+#include "rova/core/Interrupted.h"
 #include "rova/core/Trace.h"
 #include "rova/route/HostTable.h"
 #include "rova/route/Render.h"
 #include "rova/route/Selection.h"
-
-#include <cstdio>
 
 namespace Rova {
 
@@ -17,11 +16,6 @@ template <class Table>
 Lumo::Ptr<const Table> tunnelTable(const Lumo::Ptr<const Lumo::Dir>& dir, const char* name) {
   if (!dir) return {};
   return Lumo::dynamicPtrCast<const Table>(dir->entity(name));
-}
-
-void reportInterrupt(const scrivo::sigintException& interrupt) {
-  std::printf("exiting %s\n", interrupt.what());
-  std::fflush(stdout);
 }
 
 /// Enters the addresses of one interface.

@@ -65,7 +65,7 @@ constexpr Field<ConfigEntry> configFields[] = {
 };
 
 void readConfigs(Node& node, state::DeviceBuilder& builder) {
-  readMap<Lumo::Name>(node, [&](const Lumo::Name& name, Node& value) {
+  readMap<Lumo::String>(node, [&](const Lumo::String& name, Node& value) {
     const auto entry = Lumo::newEntity<ConfigEntry>(name);
     readFields(value, configFields, *entry);
     builder.state.nhgConfig->nexthopGroup.insertOrAssign(name, entry);

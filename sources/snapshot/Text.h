@@ -186,4 +186,7 @@ struct Text<Lumo::String> {
   static Lumo::String write(const Lumo::String& text) { return text; }
 };
 
+template <>
+struct Text<Lumo::Name> : Text<Lumo::String> {};
+
 } // namespace sources::snapshot

@@ -52,7 +52,8 @@ TEST(CounterKey, OrdersByGroupThenEntry) {
 }
 
 TEST(ChipSet, IsTheSetOfItsBits) {
-  EXPECT_EQ(Dunlin::ChipSet().value(), 0u);
+  EXPECT_EQ(Dunlin::ChipSet(), Dunlin::ChipSet(0, 0));
+  EXPECT_NE(Dunlin::ChipSet(5), Dunlin::ChipSet(0, 5));
   EXPECT_EQ(Dunlin::ChipSet(5), Dunlin::ChipSet(5));
   EXPECT_NE(Dunlin::ChipSet(5), Dunlin::ChipSet(4));
   EXPECT_NE(Dunlin::ChipSet(1).hash(), Dunlin::ChipSet(std::uint64_t{1} << 63).hash());

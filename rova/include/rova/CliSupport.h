@@ -8,6 +8,8 @@
 #include "rova/fec/CachedFec.h"
 #include "rova/fec/PolicyInfo.h"
 #include "rova/fec/SortedTunVia.h"
+#include "rova/nexthopgroup/NexthopGroupHelper.h"
+#include "rova/nexthopgroup/NexthopGroupSummaryHelper.h"
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"

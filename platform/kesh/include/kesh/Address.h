@@ -113,6 +113,9 @@ class IpGenAddr {
   static std::optional<IpGenAddr> parse(std::string_view text);
 
   AddressFamily af() const { return af_; }
+  /// Puts the same bytes into another family, for instance to show a zero address in the family of
+  /// what stands beside it.
+  void afIs(AddressFamily family) { af_ = family; }
   IpAddr v4Addr() const { return IpAddr::fromBytes(bytes_.bytes().data()); }
   const Ip6Addr& v6Addr() const { return bytes_; }
   /// All 16 bytes zero, whatever the family.

@@ -37,6 +37,9 @@ class MplsLabel {
 /// What a router does with the label stack of a packet.
 enum class LabelAction : std::uint8_t { unset = 0xff, push = 0, swap = 1, pop = 2 };
 
+/// "push", "swap", "pop" or "unset"; the number for any other value.
+Lumo::String stringValue(LabelAction action);
+
 /// An index into a label stack, 0 to 6.
 struct MplsStackEntryIndex {
   static constexpr std::uint8_t min = 0;

@@ -113,6 +113,8 @@ class IpGenPrefix {
   explicit IpGenPrefix(const Lumo::String& text);
 
   AddressFamily af() const { return address_.af(); }
+  /// Puts the same bytes and length into another family.
+  void afIs(AddressFamily family) { address_.afIs(family); }
   const IpGenAddr& address() const { return address_; }
   std::int32_t len() const { return length_; }
   Prefix v4Prefix() const { return {address_.v4Addr(), length_}; }

@@ -351,17 +351,27 @@ constexpr TypeRecord makeTypeRecord() {
   LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, Value, x, X, #internal,                        \
                   (static_cast<void>(key), self.x##Is(value)))
 
-/// A hashed collection of entities, keyed by the entity's attribute `internal`. A null entity is
-/// refused; the message's closing quote has no opening one, and tools match it as it is.
-#define LUMO_HASHED_ENTITIES(Key, Entity, x, X, internal)                                          \
+/// Inserts an entity under a key of its own. A null entity is refused; the message's closing quote
+/// has no opening one, and tools match it as it is.
+#define LUMO_ENTITY_INSERT(Key, Entity, x, ownKey)                                                 \
  public:                                                                                           \
   void x##Is(::Lumo::Ptr<Entity> entity) {                                                         \
     if (!entity) {                                                                                 \
       throw ::Lumo::RangeException("null _" #x " parameter to mutator for " +                      \
                                    std::string(lumoName) + "::" #x " not allowed\"");              \
     }                                                                                              \
-    const Key key = entity->internal();                                                            \
+    const Key key = entity->ownKey;                                                                \
     x##_.insertOrAssign(key, std::move(entity));                                                   \
-  }                                                                                                \
+  }
+
+/// An ordered collection of the platform's entities, keyed by their public field `internal`.
+#define LUMO_ORDERED_ENTITIES(Key, Entity, x, X, internal)                                         \
+  LUMO_ENTITY_INSERT(Key, Entity, x, internal)                                                     \
+  LUMO_COLLECTION(::Lumo::RbTreeMap, ordered, Key, ::Lumo::Ptr<Entity>, x, X, #internal,           \
+                  (static_cast<void>(key), self.x##Is(value)))
+
+/// A hashed collection of entities, keyed by the entity's attribute `internal`.
+#define LUMO_HASHED_ENTITIES(Key, Entity, x, X, internal)                                          \
+  LUMO_ENTITY_INSERT(Key, Entity, x, internal())                                                   \
   LUMO_COLLECTION(::Lumo::HashMap2018, hashed, Key, ::Lumo::Ptr<Entity>, x, X, #internal,          \
                   (static_cast<void>(key), self.x##Is(value)))

@@ -66,6 +66,14 @@ class LUMO_EXPORT String {
   Body* body_ = nullptr;
 };
 
+/// A name in a configuration: a string under a type of its own.
+class Name : public String {
+ public:
+  using String::String;
+  Name() = default;
+  Name(const String& text) : String(text) {}
+};
+
 /// The text in single quotes with escapes for what is not printable, as strep texts hold it.
 String quoted(std::string_view text);
 

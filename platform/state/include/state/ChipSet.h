@@ -3,22 +3,24 @@
 
 #include "kesh/Address.h"
 
+#include <array>
 #include <compare>
 #include <cstdint>
 
 namespace Dunlin {
 
-/// Up to 64 chips, one bit each. The default is the empty set.
+/// Up to 128 chips, one bit each, the first 64 in the first word. The default is the empty set.
 class ChipSet {
  public:
   constexpr ChipSet() = default;
-  constexpr explicit ChipSet(std::uint64_t bits) : bits_(bits) {}
-  constexpr std::uint64_t value() const { return bits_; }
-  std::size_t hash() const { return Kesh::mixHash(bits_); }
+  constexpr explicit ChipSet(std::uint64_t first, std::uint64_t second = 0)
+      : words_{first, second} {}
+  constexpr const std::array<std::uint64_t, 2>& words() const { return words_; }
+  std::size_t hash() const { return Kesh::mixHash(words_[0] ^ Kesh::mixHash(words_[1])); }
   friend constexpr auto operator<=>(const ChipSet&, const ChipSet&) = default;
 
  private:
-  std::uint64_t bits_ = 0;
+  std::array<std::uint64_t, 2> words_{};
 };
 
 } // namespace Dunlin

@@ -62,6 +62,13 @@ constexpr FecId fecIdToNewAdjType(unsigned adjType, FecId id) {
   return {static_cast<AdjType>(adjType), id.value()};
 }
 
+/// The identifier as a tunnel names the FEC; null for one that no tunnel can lead to.
+constexpr FecId convertFecIdForUseByTunnel(FecId id) {
+  if (id.isNull() || id.rawAdjType() > static_cast<unsigned>(AdjType::fib6)) return {};
+  const bool v6 = id.rawAdjType() == static_cast<unsigned>(AdjType::fib6);
+  return {v6 ? AdjType::tunnelFib6 : AdjType::tunnelFib, id.value()};
+}
+
 /// Whether the FEC is looked up in the IPv6 forwarding table, whatever the family of its route.
 inline bool isV6FecId(FecId id) { return id.adjType() == AdjType::fib6; }
 

@@ -12,11 +12,6 @@
 
 #include <cstdint>
 
-namespace Lumo {
-/// A name in a configuration.
-using Name = String;
-} // namespace Lumo
-
 namespace Routing::NexthopGroup {
 
 /// One group. An index of its arrays is that of the group's entry.

@@ -3,6 +3,7 @@
 
 #include "lumo/Dir.h"
 #include "lumo/TypeName.h"
+#include "state/ChipSet.h"
 #include "state/DeviceState.h"
 #include "tunnel/CliSupport.h"
 
@@ -18,6 +19,10 @@ LUMO_TYPE_NAME(Kesh::MplsLabel);
 LUMO_TYPE_NAME(Kesh::MplsLabelAndAction);
 LUMO_TYPE_NAME(Kesh::MplsLabelOperation);
 LUMO_TYPE_NAME(Lumo::Dir);
+LUMO_TYPE_NAME(Lumo::Name);
+LUMO_TYPE_NAME(Dunlin::ChipSet);
+LUMO_TYPE_NAME(Gaugex::CounterTable);
+LUMO_TYPE_NAME(Merrow::EntityManager);
 LUMO_TYPE_NAME(L3::VrfName);
 LUMO_TYPE_NAME(Vrf::VrfIdMap::VrfId);
 LUMO_TYPE_NAME(Vrf::VrfIdMap::Status);
@@ -34,7 +39,12 @@ LUMO_TYPE_NAME(Vanta::Fib6::ForwardingStatus);
 LUMO_TYPE_NAME(Vanta::Fib6::UnprogrammedRouteStatus);
 LUMO_TYPE_NAME(Vanta::KernelUnprogrammedRoute::UnprogrammedRoute);
 LUMO_TYPE_NAME(Routing::ConfigGen);
+LUMO_TYPE_NAME(Routing::NexthopGroup::Config);
+LUMO_TYPE_NAME(Routing::NexthopGroup::NexthopGroupConfigEntry);
+LUMO_TYPE_NAME(Routing::NexthopGroup::NexthopGroupEntryToCounterKeyTable);
 LUMO_TYPE_NAME(Routing::NexthopGroup::NexthopGroupId);
+LUMO_TYPE_NAME(Routing::NexthopGroup::NexthopGroupType);
+LUMO_TYPE_NAME(Routing::Hardware::NexthopGroupStatus);
 LUMO_TYPE_NAME(Routing::Hardware::Status);
 LUMO_TYPE_NAME(Routing6::Hardware::Status);
 LUMO_TYPE_NAME(Interface::AllIntfConfigDir);

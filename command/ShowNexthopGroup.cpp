@@ -1,0 +1,83 @@
+#include "command/ShowNexthopGroup.h"
+
+#include "command/VrfChoice.h"
+#include "rova/CliSupport.h"
+#include "scrivo/Interrupt.h"
+#include "sources/Source.h"
+
+#include <unistd.h>
+
+namespace command {
+
+namespace {
+
+struct NexthopGroupQuery {
+  bool summary = false;
+  std::string name; ///< empty for all groups
+  std::string vrf = L3::defaultVrfName;
+};
+
+/// Names of groups are the user's own, so the keywords among them are not abbreviated, and `name`
+/// ahead of one takes it whatever it is.
+NexthopGroupQuery parseQuery(Words& words) {
+  NexthopGroupQuery query;
+  while (!words.atEnd()) {
+    const auto word = words.take("the name of a nexthop group, summary or vrf");
+    if (word == "vrf") {
+      query.vrf = words.take("the name of a VRF");
+    } else if (word == "summary") {
+      query.summary = true;
+    } else if (!query.name.empty()) {
+      words.failAtLast("\"" + std::string(word) + "\" is not understood: expected vrf or summary");
+    } else {
+      query.name = word == "name" ? words.take("the name of a nexthop group") : word;
+    }
+  }
+  if (query.summary && !query.name.empty()) {
+    words.failAtLast("the summary is of all nexthop groups; leave the name out");
+  }
+  return query;
+}
+
+Lumo::Ptr<Rova::NexthopGroupCounterHelper> makeCounters(const state::DeviceState& device) {
+  const auto counters = Rova::nexthopGroupCounterHelperFactory();
+  counters->mountCounterVantaes(device.entityManager);
+  counters->counterEnabledIs(counters->counterKeyTable() && counters->counterTable() &&
+                             counters->snapshotTable());
+  return counters;
+}
+
+void renderSummary(const state::DeviceState& device, const L3::VrfName& vrf,
+                   const Options& options) {
+  Rova::NexthopGroupSummaryHelper summary(device.nhgConfig, device.nhEntryStatus,
+                                          device.nhgHwStatus, device.routingHardwareStatus);
+  summary.vrfNameIs(vrf);
+  summary.render(STDOUT_FILENO, options.format);
+}
+
+void renderGroups(const state::DeviceState& device, const L3::VrfName& vrf,
+                  const std::string& name, const Options& options) {
+  Lumo::Ptr<Rova::NexthopGroupCounterHelper> counters;
+  if (options.counters) counters = makeCounters(device);
+  const auto helper =
+      Rova::nexthopGroupHelperFactory(device.nhgConfig, device.nhEntryStatus, device.nhgHwStatus,
+                                      device.routingHardwareStatus, counters, Lumo::String(name));
+  helper->vrfNameIs(vrf);
+  helper->render(STDOUT_FILENO, options.format);
+}
+
+} // namespace
+
+ExitStatus showNexthopGroup(Words& words, const Options& options) {
+  const auto query = parseQuery(words);
+  const auto device = sources::open(options.state);
+  const auto& vrf = chosenVrf(device, query.vrf, options).name;
+  if (query.summary) {
+    renderSummary(device, vrf, options);
+  } else {
+    renderGroups(device, vrf, query.name, options);
+  }
+  return scrivo::interruptRequested() ? interrupted : success;
+}
+
+} // namespace command

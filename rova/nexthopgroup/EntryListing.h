@@ -1,0 +1,26 @@
+// The entries of one nexthop group in its display.
+#pragma once
+
+#include "rova/nexthopgroup/NexthopGroupHelper.h"
+#include "scrivo/Printer.h"
+
+namespace Rova {
+
+/// A group with what its display joins.
+struct ShownGroup {
+  const Routing::NexthopGroup::NexthopGroupConfigEntry& config;
+  const Routing::Hardware::NexthopGroupAdj* adjacency; ///< null for one that is not programmed
+  Routing::NexthopGroup::NexthopGroupId id;
+  std::uint32_t size; ///< the number of entries
+
+  bool autoSize() const { return config.size == 0; }
+};
+
+/// Prints the heading of the entries and each of them.
+void printEntries(scrivo::Printer& printer, const NexthopGroupHelper& helper,
+                  const ShownGroup& group);
+
+/// Flushes a buffer that is filling up, so that long displays stream.
+void flushIfFull(scrivo::Printer& printer);
+
+} // namespace Rova
