@@ -66,7 +66,9 @@ class VxlanDevices {
     }
   }
 
-  bool contains(const Kesh::IntfId& interface) const { return devices_.contains(interface.value()); }
+  bool contains(const Kesh::IntfId& interface) const {
+    return devices_.contains(interface.value());
+  }
   Kesh::EthAddr ethernetOf(const Exit& exit) const {
     const auto found = neighbours_.find(exit);
     return found == neighbours_.end() ? Kesh::EthAddr() : found->second;
@@ -85,8 +87,7 @@ template <class Content, class Enter>
 void numberTunnels(TunnelKind kind, const ViasByTunnel<Content>& tunnels, Enter&& enter) {
   std::uint64_t number = 0;
   for (const auto& [tunnel, vias] : tunnels) {
-    const TunnelId id(
-        TunnelId::convertToTunnelValue(static_cast<std::uint64_t>(kind), ++number));
+    const TunnelId id(TunnelId::convertToTunnelValue(static_cast<std::uint64_t>(kind), ++number));
     for (Via* const via : vias) via->tunnel = id;
     enter(id, tunnel);
   }

@@ -318,6 +318,8 @@ TEST_F(TunnelTest, RemoteEndsOfVxlanDevicesAreEvpnTunnels) {
             {remote(hop("", 2), "fd00::1", 9)},
             {remote(hop("10.0.0.2", 3), "192.0.2.1")},
             {dead}});
+  addLists({{remote(hop("10.0.0.9", 2), "fd00::1", 9)}});
+  EXPECT_EQ(fecOf(device(), "10.3.0.0/16"), fecOf(device(), "10.6.0.0/16")) << "equal vias";
   expectVias({"6.2 VTEP 192.0.2.1 VNI 5 MAC 02:00:00:00:00:01",
               "6.1 VTEP 192.0.2.1 VNI 5 MAC 00:00:00:00:00:00 | 10.0.0.2 eth1",
               "6.3 VTEP fd00::1 VNI 9 MAC 00:00:00:00:00:00", "10.0.0.2 geneve0", "10.0.0.2 dead"});

@@ -20,10 +20,11 @@ struct Via {
   friend bool operator<(const Via& a, const Via& b) { return a.content() < b.content(); }
 
  private:
-  // Of an encapsulation that leads to no tunnel nothing is shown.
+  // What the FEC holds: the tunnel alone where there is one.
   std::tuple<Kesh::IpGenAddr, std::uint64_t, std::uint32_t, std::uint32_t,
              Tunnel::TunnelTable::TunnelId>
   content() const {
+    if (!tunnel.isNull()) return {{}, 0, Kesh::MplsLabel::null, weight, tunnel};
     return {hop, intfId.value(), label, weight, tunnel};
   }
 };
