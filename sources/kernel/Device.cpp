@@ -1,6 +1,7 @@
 #include "sources/kernel/Device.h"
 
 #include "sources/kernel/InterfaceState.h"
+#include "sources/kernel/LinkTunnels.h"
 #include "sources/kernel/RouteState.h"
 
 namespace sources::kernel {
@@ -10,6 +11,7 @@ state::DeviceState makeDevice(KernelState kernel) {
   const Vrfs vrfs(kernel, builder);
   const Interfaces interfaces(kernel.links);
   fillInterfaces(kernel, interfaces, vrfs, builder);
+  fillLinkTunnels(kernel.links, builder);
   fillRoutes(kernel, interfaces, vrfs, builder);
   return std::move(builder.state);
 }

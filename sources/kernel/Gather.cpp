@@ -20,9 +20,8 @@ constexpr Request nexthops{"nexthop objects", RTM_GETNEXTHOP, AF_UNSPEC, sizeof(
 constexpr Request routes4{"IPv4 routes", RTM_GETROUTE, AF_INET, sizeof(rtmsg)};
 constexpr Request routes6{"IPv6 routes", RTM_GETROUTE, AF_INET6, sizeof(rtmsg)};
 
-template <class Object>
-void dumpObjects(Socket& socket, const Request& request, std::optional<Object> (*decode)(Bytes),
-                 std::vector<Object>& out) {
+template <class Object, class Decode>
+void dumpObjects(Socket& socket, const Request& request, Decode decode, std::vector<Object>& out) {
   socket.dump(
       request, [&] { out.clear(); },
       [&](Bytes payload) {
@@ -34,12 +33,15 @@ template <class Row>
 void dumpRoutes(Socket& socket, const Request& request, std::vector<Row>& rows,
                 KernelState& state) {
   RouteMessage route;
-  // Hop lists of a disturbed attempt stay: no row names them, at worst `isWhole` asks once more.
+  // Hop lists and encapsulations of a disturbed attempt stay: no row names them, at worst `isWhole`
+  // asks once more.
   socket.dump(
       request, [&] { rows.clear(); },
       [&](Bytes payload) {
         // A kernel without a family answers with the routes of all others.
-        if (decodeRoute(payload, route) && route.family == request.family) enterRoute(route, state);
+        if (decodeRoute(payload, state.encapsulations, route) && route.family == request.family) {
+          enterRoute(route, state);
+        }
       });
 }
 
@@ -73,7 +75,8 @@ KernelState gatherOnce(Socket& socket) {
   dumpObjects(socket, links, decodeLink, state.links);
   dumpObjects(socket, addresses, decodeAddress, state.addresses);
   dumpObjects(socket, neighbours, decodeNeighbour, state.neighbours);
-  dumpObjects(socket, nexthops, decodeNexthop, state.nexthops);
+  const auto decode = [&](Bytes payload) { return decodeNexthop(payload, state.encapsulations); };
+  dumpObjects(socket, nexthops, decode, state.nexthops);
   dumpRoutes(socket, routes4, state.routes, state);
   dumpRoutes(socket, routes6, state.routes6, state);
   return state;

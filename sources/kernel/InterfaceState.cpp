@@ -54,6 +54,7 @@ void fillInterfaces(const KernelState& kernel, const Interfaces& interfaces, con
     fillAddress(address, interfaces.find(address.interface).id, builder.state);
   }
   for (const Neighbour& neighbour : kernel.neighbours) {
+    if (neighbour.unresolved) continue; // most are computed, as for multicast groups
     const auto& interface = interfaces.find(neighbour.interface);
     if (!interface.id) continue;
     fillNeighbour(neighbour, interface, vrfs.vrf(interface.table).id, builder);

@@ -1,6 +1,10 @@
 #include "sources/kernel/Links.h"
 
+#include "sources/kernel/Addresses.h"
+
+#include <arpa/inet.h>
 #include <linux/if_link.h>
+#include <linux/if_tunnel.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
@@ -8,21 +12,75 @@ namespace sources::kernel {
 
 namespace {
 
-/// The routing table of a vrf device, 0 for any other kind. The kernel writes the kind before the
-/// data whose meaning it decides; a message in another order is read just as well.
-std::uint32_t vrfTableOf(Bytes linkInfo) {
+using Tunnel::TunnelTable::EncapKind;
+
+/// Where the attributes of a tunnel device stand in its data; the kinds number them differently.
+struct TunnelAttributes {
+  unsigned local, remote, key, ttl, tos, pathMtuDiscovery;
+};
+constexpr unsigned absent = NLA_TYPE_MASK + 1u; // no attribute has this number
+constexpr TunnelAttributes greAttributes{IFLA_GRE_LOCAL, IFLA_GRE_REMOTE, IFLA_GRE_IKEY,
+                                         IFLA_GRE_TTL,   IFLA_GRE_TOS,    IFLA_GRE_PMTUDISC};
+// The keys of VTI mark packets inside the kernel, they are not sent.
+constexpr TunnelAttributes vtiAttributes{IFLA_VTI_LOCAL, IFLA_VTI_REMOTE, absent,
+                                         absent,         absent,          absent};
+
+struct TunnelDeviceKind {
+  std::string_view name; ///< IFLA_INFO_KIND
+  EncapKind kind;
+  unsigned family;
+  const TunnelAttributes& attributes;
+};
+constexpr TunnelDeviceKind tunnelDeviceKinds[] = {
+    {"gre", EncapKind::gre, AF_INET, greAttributes},
+    {"gretap", EncapKind::gre, AF_INET, greAttributes},
+    {"ip6gre", EncapKind::gre, AF_INET6, greAttributes},
+    {"ip6gretap", EncapKind::gre, AF_INET6, greAttributes},
+    {"vti", EncapKind::ipsecVti, AF_INET, vtiAttributes},
+    {"vti6", EncapKind::ipsecVti, AF_INET6, vtiAttributes},
+};
+
+/// Nothing for a device without a remote end of its own: each packet may go elsewhere.
+std::optional<TunnelDevice> tunnelDeviceOf(const TunnelDeviceKind& kind, Bytes data) {
+  TunnelDevice device{kind.kind, {}};
+  std::uint32_t key = 0; // big endian
+  forEachAttribute(data, [&](unsigned type, Bytes value) {
+    const TunnelAttributes& at = kind.attributes;
+    if (type == at.local) device.ends.source = readAddress(kind.family, value);
+    if (type == at.remote) device.ends.destination = readAddress(kind.family, value);
+    if (type == at.key) take(value, key);
+    if (type == at.ttl) take(value, device.ends.ttl);
+    if (type == at.tos) take(value, device.ends.tos);
+    if (type == at.pathMtuDiscovery) take(value, device.ends.pathMtuDiscovery);
+  });
+  device.ends.greKey = ntohl(key);
+  if (device.ends.destination.isAddrZero()) return {};
+  return device;
+}
+
+/// The routing table of a vrf device.
+std::uint32_t vrfTableOf(Bytes data) {
+  std::uint32_t table = 0;
+  forEachAttribute(data, [&](unsigned type, Bytes value) {
+    if (type == IFLA_VRF_TABLE) take(value, table);
+  });
+  return table;
+}
+
+/// Takes what the kind of a device says. The kernel writes the kind before the data whose meaning
+/// it decides; a message in another order is read just as well.
+void takeLinkInfo(Bytes linkInfo, Link& link) {
   std::string kind;
   Bytes data;
   forEachAttribute(linkInfo, [&](unsigned type, Bytes value) {
     if (type == IFLA_INFO_KIND) kind = textOf(value);
     if (type == IFLA_INFO_DATA) data = value;
   });
-  std::uint32_t table = 0;
-  if (kind != "vrf") return table;
-  forEachAttribute(data, [&](unsigned type, Bytes value) {
-    if (type == IFLA_VRF_TABLE) take(value, table);
-  });
-  return table;
+  link.isVxlan = kind == "vxlan";
+  if (kind == "vrf") link.vrfTable = vrfTableOf(data);
+  for (const TunnelDeviceKind& one : tunnelDeviceKinds) {
+    if (one.name == kind) link.tunnel = tunnelDeviceOf(one, data);
+  }
 }
 
 } // namespace
@@ -44,7 +102,7 @@ std::optional<Link> decodeLink(Bytes payload) {
       take(value, link.master);
       break;
     case IFLA_LINKINFO:
-      link.vrfTable = vrfTableOf(value);
+      takeLinkInfo(value, link);
       break;
     }
   });

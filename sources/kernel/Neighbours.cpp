@@ -8,9 +8,8 @@ namespace sources::kernel {
 
 namespace {
 
-// Entries of these states have no Ethernet address, an outdated one, or (NUD_NOARP) one that was
-// computed, as for multicast groups.
-constexpr unsigned unknownStates = NUD_INCOMPLETE | NUD_FAILED | NUD_NOARP;
+// Entries of these states have no Ethernet address, or an outdated one.
+constexpr unsigned unknownStates = NUD_INCOMPLETE | NUD_FAILED;
 constexpr std::size_t ethernetBytes = 6;
 
 bool isKnown(unsigned state) { return state != NUD_NONE && (state & unknownStates) == 0; }
@@ -22,6 +21,7 @@ std::optional<Neighbour> decodeNeighbour(Bytes payload) {
   if (!header || !isKnown(header->ndm_state)) return {};
   Neighbour found;
   found.interface = static_cast<std::uint32_t>(header->ndm_ifindex);
+  found.unresolved = header->ndm_state & NUD_NOARP;
   bool hasEthernet = false;
   forEachAttribute(behind(payload, sizeof *header), [&](unsigned type, Bytes value) {
     if (type == NDA_DST) found.address = readAddress(header->ndm_family, value);

@@ -27,11 +27,11 @@ std::vector<Nexthop::Member> membersOf(Bytes rows) {
 
 } // namespace
 
-std::optional<Nexthop> decodeNexthop(Bytes payload) {
+std::optional<Nexthop> decodeNexthop(Bytes payload, Encapsulations& encapsulations) {
   const auto header = readRecord<nhmsg>(payload);
   if (!header) return {};
   Nexthop found;
-  Encapsulation encapsulation;
+  EncapsulationAttributes encapsulation;
   forEachAttribute(behind(payload, sizeof *header), [&](unsigned type, Bytes value) {
     switch (type) {
     case NHA_ID:
@@ -57,7 +57,7 @@ std::optional<Nexthop> decodeNexthop(Bytes payload) {
       break;
     }
   });
-  found.hop.label = encapsulation.outermostLabel();
+  encapsulation.fill(found.hop, encapsulations);
   found.hop.dead = header->nh_flags & RTNH_F_DEAD ? 1 : 0;
   if (found.id == 0) return {};
   return found;

@@ -3,6 +3,7 @@
 #include "sources/kernel/RouteState.h"
 
 #include "sources/SourceError.h"
+#include "sources/kernel/HopTunnels.h"
 
 #include <algorithm>
 #include <span>
@@ -152,6 +153,7 @@ void fillRoutes(KernelState& kernel, const Interfaces& interfaces, const Vrfs& v
   Filler<Ip6> filler6(lists, vrfs, builder, hardware);
   filler.markUsed(kernel.routes);
   filler6.markUsed(kernel.routes6);
+  enterHopTunnels(lists.used(), kernel, interfaces, builder);
   lists.enterFecs(builder);
   filler.fill(kernel.routes);
   filler6.fill(kernel.routes6);

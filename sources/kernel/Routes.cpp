@@ -18,7 +18,8 @@ Kesh::IpGenAddr readVia(Bytes payload) {
 }
 
 /// Takes those attributes that a route and a row of a multipath route have in common.
-void takeHop(unsigned family, unsigned type, Bytes value, Hop& hop, Encapsulation& encapsulation) {
+void takeHop(unsigned family, unsigned type, Bytes value, Hop& hop,
+             EncapsulationAttributes& encapsulation) {
   switch (type) {
   case RTA_GATEWAY:
     hop.gateway = readAddress(family, value);
@@ -35,24 +36,25 @@ void takeHop(unsigned family, unsigned type, Bytes value, Hop& hop, Encapsulatio
   }
 }
 
-Hop readRow(unsigned family, const rtnexthop& header, Bytes attributes) {
+Hop readRow(unsigned family, const rtnexthop& header, Bytes attributes,
+            Encapsulations& encapsulations) {
   Hop hop;
-  Encapsulation encapsulation;
+  EncapsulationAttributes encapsulation;
   hop.interface = static_cast<std::uint32_t>(header.rtnh_ifindex);
   hop.weight = std::uint32_t{header.rtnh_hops} + 1;
   hop.dead = header.rtnh_flags & RTNH_F_DEAD ? 1 : 0;
   forEachAttribute(attributes, [&](unsigned type, Bytes value) {
     takeHop(family, type, value, hop, encapsulation);
   });
-  hop.label = encapsulation.outermostLabel();
+  encapsulation.fill(hop, encapsulations);
   return hop;
 }
 
-void readRows(unsigned family, Bytes rows, std::vector<Hop>& hops) {
+void readRows(unsigned family, Bytes rows, Encapsulations& encapsulations, std::vector<Hop>& hops) {
   while (const auto header = readRecord<rtnexthop>(rows)) {
     if (header->rtnh_len < sizeof *header || header->rtnh_len > rows.size()) return;
     const Bytes attributes = behind(rows.first(header->rtnh_len), sizeof *header);
-    hops.push_back(readRow(family, *header, attributes));
+    hops.push_back(readRow(family, *header, attributes, encapsulations));
     rows = behind(rows, header->rtnh_len);
   }
 }
@@ -80,13 +82,13 @@ Kesh::IpGenAddr zeroAddress(unsigned family) {
 
 } // namespace
 
-bool decodeRoute(Bytes payload, RouteMessage& route) {
+bool decodeRoute(Bytes payload, Encapsulations& encapsulations, RouteMessage& route) {
   const auto header = readRecord<rtmsg>(payload);
   const unsigned bits = header ? addressBits(header->rtm_family) : 0;
   if (bits == 0 || header->rtm_dst_len > bits) return false;
   takeHeader(*header, route);
   Hop single;
-  Encapsulation encapsulation;
+  EncapsulationAttributes encapsulation;
   forEachAttribute(behind(payload, sizeof *header), [&](unsigned type, Bytes value) {
     switch (type) {
     case RTA_DST:
@@ -105,14 +107,14 @@ bool decodeRoute(Bytes payload, RouteMessage& route) {
       take(value, single.interface);
       break;
     case RTA_MULTIPATH:
-      readRows(route.family, value, route.hops);
+      readRows(route.family, value, encapsulations, route.hops);
       break;
     default:
       takeHop(route.family, type, value, single, encapsulation);
     }
   });
   if (route.hops.empty() && (single.interface || single.gateway != Kesh::IpGenAddr())) {
-    single.label = encapsulation.outermostLabel();
+    encapsulation.fill(single, encapsulations);
     single.dead = header->rtm_flags & RTNH_F_DEAD ? 1 : 0;
     route.hops.push_back(single);
   }

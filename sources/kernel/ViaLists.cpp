@@ -50,8 +50,9 @@ class Resolver {
   }
 
   Via viaOf(const Hop& hop) const {
-    return {hop.gateway, hop.dead ? Kesh::IntfId() : interfaces_.find(hop.interface).id, hop.label,
-            hop.weight};
+    return {hop.gateway,       hop.dead ? Kesh::IntfId() : interfaces_.find(hop.interface).id,
+            hop.label,         hop.weight,
+            hop.encapsulation, {}};
   }
 
   /// IPv4 hops have a FEC of their own kind only while no IPv6 hop stands among them.
@@ -78,14 +79,24 @@ void setHop(const Kesh::IpGenAddr& hop, Kesh::Ip6Addr& out) {
   }
 }
 
+/// Sets where a via leads: to a tunnel, which knows hop, interface and labels itself, or there.
+template <class FecVia>
+void setTarget(const Via& via, FecVia& out) {
+  if (!via.tunnel.isNull()) {
+    out.intfId = Kesh::DynamicTunnelIntfId::tunnelIdToIntfId(via.tunnel.value());
+    return;
+  }
+  setHop(via.hop, out.hop);
+  out.intfId = via.intfId;
+  out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
+}
+
 template <class Fec>
 Fec fecOf(const ViaList& list) {
   Fec fec(list.fecId);
   for (const Via& via : list.vias) {
     typename Fec::ViaType out;
-    setHop(via.hop, out.hop);
-    out.intfId = via.intfId;
-    out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
+    setTarget(via, out);
     out.weight = via.weight;
     fec.viaAppend(out);
   }
@@ -107,8 +118,7 @@ bool lessContent(const ViaList* a, const ViaList* b) {
 } // namespace
 
 bool ViaList::hasGateway() const {
-  return std::ranges::any_of(vias,
-                             [](const Via& via) { return via.hop.af() != AddressFamily::unset; });
+  return std::ranges::any_of(vias, [](const Via& via) { return via.hasGateway(); });
 }
 
 ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {
@@ -117,11 +127,16 @@ ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {
   for (const HopList& list : kernel.hopLists.lists()) lists_.push_back(resolver.resolve(list));
 }
 
-void ViaLists::enterFecs(state::DeviceBuilder& builder) {
-  std::vector<ViaList*> sorted;
+std::vector<ViaList*> ViaLists::used() {
+  std::vector<ViaList*> out;
   for (ViaList& list : lists_) {
-    if (list.used) sorted.push_back(&list);
+    if (list.used) out.push_back(&list);
   }
+  return out;
+}
+
+void ViaLists::enterFecs(state::DeviceBuilder& builder) {
+  std::vector<ViaList*> sorted = used();
   std::ranges::sort(sorted, lessContent);
   std::uint64_t numbers[2] = {0, 0}; // the last one of IPv4 and of IPv6 hops
   const ViaList* last = nullptr;

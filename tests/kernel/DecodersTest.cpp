@@ -10,34 +10,57 @@
 #include <gtest/gtest.h>
 #include <linux/if_addr.h>
 #include <linux/if_link.h>
+#include <linux/if_tunnel.h>
 #include <linux/lwtunnel.h>
 #include <linux/mpls_iptunnel.h>
 #include <linux/neighbour.h>
 #include <linux/nexthop.h>
 #include <linux/rtnetlink.h>
+#include <linux/seg6_iptunnel.h>
 
 namespace kernel_test {
 namespace {
 
 using namespace sources::kernel;
 
-std::string show(const Hop& hop) {
-  std::string out = hop.gateway.stringValue().str() + "@" + std::to_string(hop.interface);
-  if (hop.weight != 1) out += " w" + std::to_string(hop.weight);
-  if (hop.label != Kesh::MplsLabel::null) out += " label " + std::to_string(hop.label);
-  return hop.dead ? out + " dead" : out;
-}
-
-std::string show(const RouteMessage& route) {
-  std::string out = route.destination.stringValue().str() + "/" + std::to_string(route.length);
-  out += " table " + std::to_string(route.table) + " metric " + std::to_string(route.metric);
-  if (route.nexthopId) out += " nhid " + std::to_string(route.nexthopId);
-  for (const Hop& hop : route.hops) out += " | " + show(hop);
+std::string show(const LabelStack& stack) {
+  std::string out = " stack";
+  for (std::uint8_t i = 0; i < stack.stackSize(); ++i) {
+    out += " " + std::to_string(stack.label(Kesh::MplsStackEntryIndex(i)).value());
+  }
   return out;
 }
 
-std::string show(const Nexthop& nexthop) {
-  std::string out = std::to_string(nexthop.id) + " " + show(nexthop.hop);
+std::string show(const Segments& segments) {
+  std::string out = " segments";
+  for (const auto& segment : segments) out += " " + segment.stringValue().str();
+  return out;
+}
+
+std::string show(const RemoteEnd& remote) {
+  return " remote " + remote.address.stringValue().str() + " vni " + std::to_string(remote.vni);
+}
+
+std::string show(const Hop& hop, const Encapsulations& encapsulations) {
+  std::string out = hop.gateway.stringValue().str() + "@" + std::to_string(hop.interface);
+  if (hop.weight != 1) out += " w" + std::to_string(hop.weight);
+  if (hop.label != Kesh::MplsLabel::null) out += " label " + std::to_string(hop.label);
+  if (const auto* const pushed = encapsulations.byNumber().at(hop.encapsulation)) {
+    out += std::visit([](const auto& one) { return show(one); }, *pushed);
+  }
+  return hop.dead ? out + " dead" : out;
+}
+
+std::string show(const RouteMessage& route, const Encapsulations& encapsulations) {
+  std::string out = route.destination.stringValue().str() + "/" + std::to_string(route.length);
+  out += " table " + std::to_string(route.table) + " metric " + std::to_string(route.metric);
+  if (route.nexthopId) out += " nhid " + std::to_string(route.nexthopId);
+  for (const Hop& hop : route.hops) out += " | " + show(hop, encapsulations);
+  return out;
+}
+
+std::string show(const Nexthop& nexthop, const Encapsulations& encapsulations) {
+  std::string out = std::to_string(nexthop.id) + " " + show(nexthop.hop, encapsulations);
   if (nexthop.blackhole) out += " blackhole";
   for (const auto& member : nexthop.group) {
     out += " +" + std::to_string(member.id) + "*" + std::to_string(member.weight);
@@ -45,9 +68,21 @@ std::string show(const Nexthop& nexthop) {
   return out;
 }
 
+std::string show(const TunnelDevice& device) {
+  const bool gre = device.kind == Tunnel::TunnelTable::EncapKind::gre;
+  const auto& ends = device.ends;
+  return std::string(gre ? " GRE " : " VTI ") + ends.source.stringValue().str() + " to " +
+         ends.destination.stringValue().str() + " key " + std::to_string(ends.greKey) + " ttl " +
+         std::to_string(ends.ttl) + " tos " + std::to_string(ends.tos) + " pmtu " +
+         std::to_string(ends.pathMtuDiscovery);
+}
+
 std::string show(const Link& link) {
-  return std::to_string(link.index) + " " + link.name + " \"" + link.alias + "\" master " +
-         std::to_string(link.master) + " table " + std::to_string(link.vrfTable);
+  std::string out = std::to_string(link.index) + " " + link.name + " \"" + link.alias +
+                    "\" master " + std::to_string(link.master) + " table " +
+                    std::to_string(link.vrfTable);
+  if (link.isVxlan) out += " vxlan";
+  return link.tunnel ? out + show(*link.tunnel) : out;
 }
 
 std::string show(const Address& address) {
@@ -59,12 +94,19 @@ std::string show(const Address& address) {
 
 std::string show(const Neighbour& neighbour) {
   return neighbour.address.stringValue().str() + "@" + std::to_string(neighbour.interface) + " " +
-         neighbour.ethernet.stringValue().str();
+         neighbour.ethernet.stringValue().str() + (neighbour.unresolved ? " unresolved" : "");
 }
 
 std::string routeShown(Bytes payload) {
   RouteMessage route;
-  return decodeRoute(payload, route) ? show(route) : "none";
+  Encapsulations encapsulations;
+  return decodeRoute(payload, encapsulations, route) ? show(route, encapsulations) : "none";
+}
+
+std::string nexthopShown(Bytes payload) {
+  Encapsulations encapsulations;
+  const auto decoded = decodeNexthop(payload, encapsulations);
+  return decoded ? show(*decoded, encapsulations) : "none";
 }
 
 template <auto decode>
@@ -121,18 +163,19 @@ std::vector<std::byte> via6(std::string_view address) {
   return bytes;
 }
 
-Message labels(std::initializer_list<std::uint32_t> values) {
+/// A stack with `more` bytes behind it.
+Message labels(std::initializer_list<std::uint32_t> values, std::size_t more = 0) {
   std::vector<std::byte> stack;
   for (const std::uint32_t value : values) {
     const std::uint32_t entry = htonl(value << 12);
     const auto* const first = reinterpret_cast<const std::byte*>(&entry);
     stack.insert(stack.end(), first, first + sizeof entry);
   }
+  stack.resize(stack.size() + more);
   return Message().add(MPLS_IPTUNNEL_DST, stack);
 }
 
 TEST(RouteDecoder, Messages) {
-  constexpr std::uint16_t mpls = LWTUNNEL_ENCAP_MPLS, segments = LWTUNNEL_ENCAP_SEG6;
   const Message multipath = Message()
                                 .then(row(3, 0, 0, Message().add(RTA_GATEWAY, ip("10.0.0.2"))))
                                 .then(row(4, 255, RTNH_F_DEAD, Message().add(RTA_VIA, via6("::9"))))
@@ -151,12 +194,6 @@ TEST(RouteDecoder, Messages) {
       {"via IPv6", toTen().add(RTA_VIA, via6("fe80::1")).add(RTA_OIF, 4),
        "10.0.0.0/8 table 254 metric 0 | fe80::1@4"},
       {"dead", toTen(RTNH_F_DEAD).add(RTA_OIF, 4), "10.0.0.0/8 table 254 metric 0 | @4 dead"},
-      {"labels ahead of their kind",
-       toTen().add(RTA_ENCAP, labels({100, 200})).add(RTA_ENCAP_TYPE, mpls).add(RTA_OIF, 4),
-       "10.0.0.0/8 table 254 metric 0 | @4 label 100"},
-      {"other encapsulation",
-       toTen().add(RTA_ENCAP_TYPE, segments).add(RTA_ENCAP, labels({100})).add(RTA_OIF, 4),
-       "10.0.0.0/8 table 254 metric 0 | @4"},
       {"unknown attribute, flagged type", route4(0).add(999, 1u).add(RTA_OIF | NLA_F_NESTED, 2),
        "0.0.0.0/0 table 254 metric 0 | @2"},
       {"short interface", route4(0).add(RTA_OIF, std::uint16_t{2}), "0.0.0.0/0 table 254 metric 0"},
@@ -170,12 +207,104 @@ TEST(RouteDecoder, Messages) {
   expectDecoded(routeShown, cases);
 }
 
+Message encapsulated(std::uint16_t kind, const Message& data) {
+  return toTen().add(RTA_OIF, 4).add(RTA_ENCAP_TYPE, kind).add(RTA_ENCAP, data);
+}
+
+struct RoutingHeader {
+  std::int32_t mode = SEG6_IPTUN_MODE_ENCAP;
+  std::uint8_t nextHeader = 0, units = 4, type = 4, left = 1, last = 1, flags = 0, tag[2] = {};
+};
+
+/// A routing header with segments as they stand in it: the last one first.
+Message segments(const RoutingHeader& header, std::initializer_list<const char*> stored) {
+  const auto* const first = reinterpret_cast<const std::byte*>(&header);
+  std::vector<std::byte> bytes(first, first + sizeof header);
+  for (const char* const segment : stored) {
+    for (const std::byte one : ip(segment)) bytes.push_back(one);
+  }
+  return Message().add(SEG6_IPTUNNEL_SRH, bytes);
+}
+
+Message remote(const char* address, std::uint64_t identifier) {
+  return Message()
+      .add(LWTUNNEL_IP_ID, __builtin_bswap64(identifier))
+      .add(LWTUNNEL_IP_DST, ip(address));
+}
+
+TEST(RouteDecoder, Encapsulations) {
+  constexpr std::uint16_t mpls = LWTUNNEL_ENCAP_MPLS, seg6 = LWTUNNEL_ENCAP_SEG6,
+                          ip4 = LWTUNNEL_ENCAP_IP, ip6 = LWTUNNEL_ENCAP_IP6;
+  const Message two = segments({}, {"fc00::2", "fc00::1"});
+  const Message row5 = Message().add(RTA_ENCAP_TYPE, seg6).add(RTA_ENCAP, two);
+  const std::string head = "10.0.0.0/8 table 254 metric 0 | ";
+  const struct {
+    const char* name;
+    Message message;
+    const char* expected;
+  } cases[] = {
+      {"label", encapsulated(mpls, labels({100})), "@4 label 100"},
+      {"labels ahead of their kind",
+       toTen().add(RTA_ENCAP, labels({100, 200})).add(RTA_ENCAP_TYPE, mpls).add(RTA_OIF, 4),
+       "@4 stack 100 200"},
+      {"seven labels", encapsulated(mpls, labels({1, 2, 3, 4, 5, 6, 7})), "@4 stack 1 2 3 4 5 6 7"},
+      {"eight labels", encapsulated(mpls, labels({1, 2, 3, 4, 5, 6, 7, 8})),
+       "@4 stack 1 2 3 4 5 6 7"},
+      {"part of a label", encapsulated(mpls, labels({1}, 3)), "@4 label 1"},
+      {"no whole label", encapsulated(mpls, labels({}, 3)), "@4"},
+      {"segments", encapsulated(seg6, two), "@4 segments fc00::1 fc00::2"},
+      {"segments of a row", toTen().add(RTA_MULTIPATH, row(5, 0, 0, row5)),
+       "@5 segments fc00::1 fc00::2"},
+      {"inline", encapsulated(seg6, segments({.mode = SEG6_IPTUN_MODE_INLINE}, {"::", "fc00::1"})),
+       "@4 segments fc00::1"},
+      {"inline without own segment",
+       encapsulated(seg6,
+                    segments({.mode = SEG6_IPTUN_MODE_INLINE, .units = 2, .last = 0}, {"::"})),
+       "@4"},
+      {"more bytes behind the segments",
+       encapsulated(seg6, segments({.units = 4, .last = 0}, {"fc00::2", "fc00::1"})),
+       "@4 segments fc00::2"},
+      {"more segments than bytes", encapsulated(seg6, segments({.last = 2}, {"::1", "::2"})), "@4"},
+      {"more segments than units", encapsulated(seg6, segments({.units = 2}, {"::1", "::2"})),
+       "@4"},
+      {"more units than bytes", encapsulated(seg6, segments({.units = 6}, {"::1", "::2"})), "@4"},
+      {"other routing header", encapsulated(seg6, segments({.type = 3}, {"::1", "::2"})), "@4"},
+      {"remote end", encapsulated(ip4, remote("192.0.2.1", 100)), "@4 remote 192.0.2.1 vni 100"},
+      {"IPv6 remote end", encapsulated(ip6, remote("fd00::1", 100)), "@4 remote fd00::1 vni 100"},
+      {"identifier above a VNI", encapsulated(ip4, remote("192.0.2.1", 0x501000007)),
+       "@4 remote 192.0.2.1 vni 7"},
+      {"remote end of no family", encapsulated(ip6, remote("192.0.2.1", 100)), "@4"},
+      {"no remote end", encapsulated(ip4, remote("0.0.0.0", 100)), "@4"},
+      {"local segment", encapsulated(LWTUNNEL_ENCAP_SEG6_LOCAL, two), "@4"},
+      {"unknown kind", encapsulated(0xffff, two), "@4"},
+      {"data without kind", toTen().add(RTA_OIF, 4).add(RTA_ENCAP, two), "@4"},
+      {"kind without data", toTen().add(RTA_OIF, 4).add(RTA_ENCAP_TYPE, seg6), "@4"},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(routeShown(one.message.bytes()), head + one.expected) << one.name;
+    decodeDamaged(one.message.bytes(), routeShown);
+  }
+}
+
+TEST(RouteDecoder, EqualEncapsulationsShareANumber) {
+  Encapsulations encapsulations;
+  RouteMessage route;
+  std::vector<std::uint32_t> numbers;
+  for (const auto& stack : {labels({1, 2}), labels({2, 1}), labels({1, 2})}) {
+    const Message message = encapsulated(LWTUNNEL_ENCAP_MPLS, stack);
+    ASSERT_TRUE(decodeRoute(message.bytes(), encapsulations, route));
+    numbers.push_back(route.hops.at(0).encapsulation);
+  }
+  EXPECT_EQ(numbers, (std::vector<std::uint32_t>{1, 2, 1}));
+}
+
 TEST(RouteDecoder, MessageObjectIsReused) {
+  Encapsulations encapsulations;
   RouteMessage route;
   const Message full = toTen().add(RTA_NH_ID, 7u).add(RTA_OIF, 2).add(RTA_PRIORITY, 1);
-  ASSERT_TRUE(decodeRoute(full.bytes(), route));
-  ASSERT_TRUE(decodeRoute(route6(0).bytes(), route));
-  EXPECT_EQ(show(route), "::/0 table 254 metric 0");
+  ASSERT_TRUE(decodeRoute(full.bytes(), encapsulations, route));
+  ASSERT_TRUE(decodeRoute(route6(0).bytes(), encapsulations, route));
+  EXPECT_EQ(show(route, encapsulations), "::/0 table 254 metric 0");
 }
 
 /// A nexthop object of that number.
@@ -205,10 +334,15 @@ TEST(NexthopDecoder, Messages) {
            .add(NHA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_MPLS})
            .add(NHA_ENCAP, labels({30})),
        "7 @0 label 30"},
+      {"stack",
+       nexthop(7)
+           .add(NHA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_MPLS})
+           .add(NHA_ENCAP, labels({30, 40})),
+       "7 @0 stack 30 40"},
       {"without number", Message(nhmsg{}).add(NHA_OIF, 2), "none"},
       {"empty", Message(), "none"},
   };
-  expectDecoded(shown<decodeNexthop>, cases);
+  expectDecoded(nexthopShown, cases);
 }
 
 /// Interface 5, of that name unless it is empty.
@@ -224,6 +358,60 @@ Message linkInfo(const char* kind) {
   return Message()
       .add(IFLA_INFO_KIND, text(kind))
       .add(IFLA_INFO_DATA, Message().add(IFLA_VRF_TABLE, 10u));
+}
+
+Message greData(const char* local, const char* remote) {
+  return Message()
+      .add(IFLA_GRE_LOCAL, ip(local))
+      .add(IFLA_GRE_REMOTE, ip(remote))
+      .add(IFLA_GRE_IKEY, htonl(7))
+      .add(IFLA_GRE_OKEY, htonl(8))
+      .add(IFLA_GRE_TTL, std::uint8_t{9})
+      .add(IFLA_GRE_TOS, std::uint8_t{4})
+      .add(IFLA_GRE_PMTUDISC, std::uint8_t{1});
+}
+
+Message vtiData(const char* local, const char* remote) {
+  return Message()
+      .add(IFLA_VTI_LOCAL, ip(local))
+      .add(IFLA_VTI_REMOTE, ip(remote))
+      .add(IFLA_VTI_IKEY, htonl(7));
+}
+
+/// A device called Tunnel3 of that kind, with the data ahead of the kind.
+Message device(const char* kind, const Message& data) {
+  return link("Tunnel3").add(IFLA_LINKINFO,
+                             Message().add(IFLA_INFO_DATA, data).add(IFLA_INFO_KIND, text(kind)));
+}
+
+TEST(LinkDecoder, TunnelDevices) {
+  const Message gre4 = greData("10.0.0.1", "10.0.0.2"), gre6 = greData("fd00::1", "fd00::2");
+  const Message vti4 = vtiData("10.0.0.1", "10.0.0.2"), vti6 = vtiData("fd00::1", "fd00::2");
+  const std::string head = "5 Tunnel3 \"\" master 0 table 0";
+  const struct {
+    const char* kind;
+    Message data;
+    const char* expected;
+  } cases[] = {
+      {"gre", gre4, " GRE 10.0.0.1 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"gretap", gre4, " GRE 10.0.0.1 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"ip6gre", gre6, " GRE fd00::1 to fd00::2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"ip6gretap", gre6, " GRE fd00::1 to fd00::2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"vti", vti4, " VTI 10.0.0.1 to 10.0.0.2 key 0 ttl 0 tos 0 pmtu 0"},
+      {"vti6", vti6, " VTI fd00::1 to fd00::2 key 0 ttl 0 tos 0 pmtu 0"},
+      {"gre", greData("0.0.0.0", "10.0.0.2"), " GRE 0.0.0.0 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"gre", greData("10.0.0.1", "0.0.0.0"), ""}, // multipoint
+      {"ip6gre", gre4, ""},                        // addresses too short
+      {"gre", Message(), ""},
+      {"erspan", gre4, ""},
+      {"vxlan", gre4, " vxlan"},
+      {"", gre4, ""},
+  };
+  for (const auto& one : cases) {
+    const Message message = device(one.kind, one.data);
+    EXPECT_EQ(shown<decodeLink>(message.bytes()), head + one.expected) << one.kind;
+    decodeDamaged(message.bytes(), shown<decodeLink>);
+  }
 }
 
 TEST(LinkDecoder, Messages) {
@@ -282,7 +470,7 @@ TEST(NeighbourDecoder, Messages) {
       {"none", neighbour(NUD_NONE), "none"},
       {"incomplete", neighbour(NUD_INCOMPLETE), "none"},
       {"failed", neighbour(NUD_FAILED), "none"},
-      {"no ARP", neighbour(NUD_NOARP), "none"},
+      {"no ARP", neighbour(NUD_NOARP), "10.0.0.2@3 02:02:02:02:02:02 unresolved"},
       {"without Ethernet", neighbour(NUD_REACHABLE, 0), "none"},
       {"other link layer", neighbour(NUD_REACHABLE, 20), "none"},
   };

@@ -271,11 +271,95 @@ TEST_F(KernelTest, VrfDevices) {
 }
 
 TEST_F(KernelTest, MplsLabels) {
-  if (!tries("route add 44.0.0.0/8 encap mpls 100/200 via 10.1.0.2")) {
+  if (!tries("route add 44.1.0.0/16 encap mpls 100 via 10.1.0.2")) {
     GTEST_SKIP() << "a kernel without MPLS encapsulation";
   }
-  EXPECT_EQ(showRoutes(load(name)).at("default 44.0.0.0/8"),
-            "static [1/0] | 10.1.0.2 eth1 label 100");
+  runAll({"route add 44.2.0.0/16 encap mpls 100/200 via 10.1.0.2",
+          "-6 route add fd44::/64 nexthop encap mpls 300/400 via fd01::2 dev eth1 "
+          "nexthop via fd01::3 dev eth1"});
+  const Routes routes = showRoutes(load(name));
+  EXPECT_EQ(routes.at("default 44.1.0.0/16"), "static [1/0] | 10.1.0.2 eth1 label 100");
+  EXPECT_EQ(routes.at("default 44.2.0.0/16"), "static [1/0] | 1.1 (10.1.0.2 eth1 label 100 200)");
+  EXPECT_EQ(routes.at("default fd44::/64"),
+            "static [1/1024] | 1.2 (fd01::2 eth1 label 300 400) | 1.3 (fd01::3 eth1)");
+}
+
+TEST_F(KernelTest, SegmentRouting) {
+  if (!tries("-6 route add fd45:1::/64 encap seg6 mode encap segs fc00::1,fc00::2 via fd01::2")) {
+    GTEST_SKIP() << "a kernel without SRv6 encapsulation";
+  }
+  runAll({"-6 route add fd45:2::/64 encap seg6 mode inline segs fc00::1,fc00::3 dev eth1",
+          "route add 45.0.0.0/8 encap seg6 mode encap segs fc00::4 via 10.1.0.2"});
+  Routes expected = {{"default 45.0.0.0/8", "static [1/0] | 7.1 to fc00::4/128 (10.1.0.2 eth1)"},
+                     {"default fd45:1::/64", "static [1/1024] | 7.3 to fc00::2/128 (fd01::2 eth1)"},
+                     {"default fd45:2::/64", "static [1/1024] | 7.2 to fc00::3/128 (:: eth1)"}};
+  if (tries("-6 route add fd45:3::/64 encap seg6local action End dev eth1")) {
+    expected["default fd45:3::/64"] = "static [1/1024] | eth1";
+  }
+  if (tries("nexthop add id 5 encap seg6 mode encap segs fc00::4 via 10.1.0.2 dev eth1")) {
+    run("route add 46.0.0.0/8 nhid 5");
+    expected["default 46.0.0.0/8"] = expected["default 45.0.0.0/8"];
+  }
+  const Routes routes = showRoutes(load(name));
+  for (const auto& [prefix, shown] : expected) EXPECT_EQ(routes.at(prefix), shown) << prefix;
+}
+
+TEST_F(KernelTest, VxlanTunnels) {
+  if (!tries("link add vxlan0 type vxlan external dstport 4789")) {
+    GTEST_SKIP() << "a kernel without VXLAN devices";
+  }
+  runAll({"link set vxlan0 up", "addr add 10.9.0.1/24 dev vxlan0"});
+  if (!tries("route add 47.1.0.0/16 encap ip id 100 dst 192.0.2.1 via 10.9.0.2 dev vxlan0")) {
+    GTEST_SKIP() << "a kernel without IP encapsulation of routes";
+  }
+  runAll({"route add 47.2.0.0/16 encap ip6 id 16777215 dst 2001:db8::1 via 10.9.0.3 dev vxlan0",
+          "route add 47.3.0.0/16 encap ip id 100 dst 192.0.2.1 via 10.1.0.2 dev eth1",
+          "neigh add 10.9.0.2 lladdr 02:00:00:00:00:02 dev vxlan0 nud noarp"});
+  const Routes routes = showRoutes(load(name));
+  EXPECT_EQ(routes.at("default 47.1.0.0/16"),
+            "static [1/0] | 6.1 VTEP 192.0.2.1 VNI 100 MAC 02:00:00:00:00:02");
+  EXPECT_EQ(routes.at("default 47.2.0.0/16"),
+            "static [1/0] | 6.2 VTEP 2001:db8::1 VNI 16777215 MAC 00:00:00:00:00:00");
+  EXPECT_EQ(routes.at("default 47.3.0.0/16"), "static [1/0] | 10.1.0.2 eth1");
+}
+
+/// The configured tunnels, "Tunnel3 GRE 10.1.0.1 to 10.1.0.2 key 7 ttl 9".
+std::set<std::string> configuredTunnels(const state::DeviceState& device) {
+  std::set<std::string> out;
+  device.tunnelFib->entries.forEach([&](Tunnel::TunnelTable::TunnelId id, const auto& entry) {
+    const auto encap = entry.tunnelVia.at(0).encapId;
+    const bool gre = encap.kind() == Tunnel::TunnelTable::EncapKind::gre;
+    const auto key = device.tunnelFib->greEncap(encap).greKey;
+    const Tunnel::L3TunnelInfo ends = gre ? Tunnel::L3TunnelInfo(device.tunnelFib->greEncap(encap))
+                                          : device.tunnelFib->ipsecVtiEncap(encap);
+    out.insert("Tunnel" + std::to_string(id.index()) + (gre ? " GRE " : " VTI ") +
+               ends.source.stringValue().str() + " to " + ends.destination.stringValue().str() +
+               " key " + std::to_string(key) + " ttl " + std::to_string(ends.ttl));
+  });
+  return out;
+}
+
+TEST_F(KernelTest, ConfiguredTunnels) {
+  const struct {
+    const char *command, *shown;
+  } cases[] = {
+      {"link add Tunnel3 type gre local 10.1.0.1 remote 10.1.0.2 key 7 ttl 9",
+       "Tunnel3 GRE 10.1.0.1 to 10.1.0.2 key 7 ttl 9"},
+      {"link add Tunnel4 type ip6gre local fd01::1 remote fd01::2 ttl 64",
+       "Tunnel4 GRE fd01::1 to fd01::2 key 0 ttl 64"},
+      {"link add Tunnel5 type gretap local 10.1.0.1 remote 10.1.0.2",
+       "Tunnel5 GRE 10.1.0.1 to 10.1.0.2 key 0 ttl 0"},
+      {"link add Tunnel6 type vti local 10.1.0.1 remote 10.1.0.2 key 5",
+       "Tunnel6 VTI 10.1.0.1 to 10.1.0.2 key 0 ttl 0"},
+      {"link add Tunnel7 type vti6 local fd01::1 remote fd01::2",
+       "Tunnel7 VTI fd01::1 to fd01::2 key 0 ttl 0"},
+  };
+  std::set<std::string> expected;
+  for (const auto& one : cases) {
+    if (tries(one.command)) expected.insert(one.shown);
+  }
+  if (expected.empty()) GTEST_SKIP() << "a kernel without GRE and VTI devices";
+  EXPECT_EQ(configuredTunnels(load(name)), expected);
 }
 
 /// The network namespace of this thread.

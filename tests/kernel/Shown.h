@@ -1,6 +1,9 @@
 // Routes of a device's state as one line each, for tests to compare:
 //
 //   bgpExternal [200/20] | 10.0.0.2 eth0 w3 | fe80::9 eth1
+//   static [1/0] | 1.2 (10.0.0.2 eth0 label 100 200) | 1.1 (10.0.0.3 eth1)
+//   static [1/0] | 7.1 to fc00::2/128 (fe80::9 eth1)
+//   static [1/0] | 6.1 VTEP 192.0.2.1 VNI 100 MAC 00:00:00:00:00:00
 #pragma once
 
 #include "state/DeviceState.h"
@@ -12,23 +15,58 @@ namespace kernel_test {
 
 using Routes = std::map<std::string, std::string>; ///< line by "VRF PREFIX"
 
+inline std::string showEvpn(const Tunnel::TunnelTable::EvpnVxlanTunnelEntry& entry) {
+  return " VTEP " + entry.vtepAddr.stringValue().str() + " VNI " + std::to_string(entry.vni) +
+         " MAC " + entry.routerMac.stringValue().str();
+}
+
+inline std::string showLabels(const Kesh::MplsLabelOperation& stack) {
+  if (stack.stackSize() == 0) return "";
+  std::string out = stack.operation() == Kesh::LabelAction::push ? " label" : " not pushed";
+  for (std::uint8_t i = 0; i < stack.stackSize(); ++i) {
+    out += " " + std::to_string(stack.label(Kesh::MplsStackEntryIndex(i)).value());
+  }
+  return out;
+}
+
+/// A tunnel with what its tables say of it.
+inline std::string showTunnel(const state::DeviceState& device, Tunnel::TunnelTable::TunnelId id) {
+  using namespace Tunnel::TunnelTable;
+  std::string out = std::to_string(static_cast<int>(id.kind())) + "." + std::to_string(id.index());
+  const auto evpn = device.evpnVxlanTunnelTable->entry(id);
+  if (evpn.isSet()) out += showEvpn(evpn);
+  const auto sr = Lumo::dynamicPtrCast<SrTunnelTable>(device.tunnelTableDir->entity("sr"));
+  if (sr && !!sr->entry(id)) out += " to " + sr->entry(id).endpoint.stringValue().str();
+  const auto& fib = *device.tunnelFib;
+  for (const TunnelVia& via : fib.entry(id).tunnelVia) {
+    out += " (" + via.nexthop.stringValue().str() + " " + via.intfId.stringValue().str() +
+           showLabels(fib.labelStack(via.encapId)) + ")";
+  }
+  return out;
+}
+
 template <class Via>
-std::string showVia(const Via& via) {
+std::string showVia(const state::DeviceState& device, const Via& via) {
   std::string out = " |";
   if (!via.hop.isZero()) out += " " + via.hop.stringValue().str();
-  out += via.intfId ? " " + via.intfId.stringValue().str() : " dead";
+  if (Kesh::DynamicTunnelIntfId::isDynamicTunnelIntfId(via.intfId)) {
+    out += " " + showTunnel(device, via.tunnelId());
+  } else {
+    out += via.intfId ? " " + via.intfId.stringValue().str() : " dead";
+  }
   if (!via.mplsLabel().isNull()) out += " label " + std::to_string(via.mplsLabel().value());
   return via.weight == 1 ? out : out + " w" + std::to_string(via.weight);
 }
 
 template <class Fecs>
-std::string showFec(const Fecs& fecs, Vanta::Fib::FecId id) {
+std::string showFec(const state::DeviceState& device, const Fecs& fecs, Vanta::Fib::FecId id) {
   bool found = false;
   const auto* const fec = fecs.safeLookup(id, found, 0);
   if (!found) return " without its FEC";
   std::string out;
-  for (std::uint32_t i = 0; i < fec->viaCount; ++i)
-    out += showVia(fec->via(Vanta::Fib::ViaIndex(i)));
+  for (std::uint32_t i = 0; i < fec->viaCount; ++i) {
+    out += showVia(device, fec->via(Vanta::Fib::ViaIndex(i)));
+  }
   return out;
 }
 
@@ -39,8 +77,8 @@ std::string showRoute(const state::DeviceState& device, const Route& route) {
                            "]";
   if (route.fecId.isNull()) return head + " absent";
   return head + (Vanta::Fib::isV6FecId(route.fecId)
-                     ? showFec(device.forwarding6Status->fec, route.fecId)
-                     : showFec(device.forwardingStatus->fec, route.fecId));
+                     ? showFec(device, device.forwarding6Status->fec, route.fecId)
+                     : showFec(device, device.forwardingStatus->fec, route.fecId));
 }
 
 template <class Table>

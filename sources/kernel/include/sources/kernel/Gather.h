@@ -31,6 +31,7 @@ struct KernelState {
   std::vector<Address> addresses;
   std::vector<Neighbour> neighbours;
   std::vector<Nexthop> nexthops;
+  Encapsulations encapsulations; ///< that hops name
   HopLists hopLists;
   std::vector<RouteRow<Ip4>> routes; ///< as the kernel orders them
   std::vector<RouteRow<Ip6>> routes6;

@@ -3,6 +3,7 @@
 
 #include "sources/kernel/Hop.h"
 
+#include <span>
 #include <unordered_map>
 #include <vector>
 

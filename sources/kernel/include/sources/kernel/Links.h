@@ -2,8 +2,15 @@
 #pragma once
 
 #include "sources/kernel/Attributes.h"
+#include "state/Tunnel.h"
 
 namespace sources::kernel {
+
+/// What a tunnel device does with its packets.
+struct TunnelDevice {
+  Tunnel::TunnelTable::EncapKind kind{};
+  Tunnel::GreTunnelInfo ends; ///< the key of GRE alone
+};
 
 struct Link {
   std::uint32_t index = 0;
@@ -11,6 +18,8 @@ struct Link {
   std::string alias;          ///< the administrator's description; empty for none
   std::uint32_t master = 0;   ///< index of the VRF, bridge or bond that has it; 0 for none
   std::uint32_t vrfTable = 0; ///< the routing table of a vrf device; 0 for any other
+  bool isVxlan = false;
+  std::optional<TunnelDevice> tunnel = {}; ///< of a GRE or VTI device with a fixed remote end
 };
 
 /// From the payload of an RTM_NEWLINK message; nothing for a damaged one, one without a name, or a

@@ -10,10 +10,11 @@ struct Neighbour {
   std::uint32_t interface = 0;
   Kesh::IpGenAddr address;
   Kesh::EthAddr ethernet;
+  bool unresolved = false; ///< its link address was not asked for (NUD_NOARP)
 };
 
 /// From the payload of an RTM_NEWNEIGH message; nothing for a damaged one, and for a neighbour
-/// whose Ethernet address was not learnt or configured.
+/// without a valid Ethernet address.
 std::optional<Neighbour> decodeNeighbour(Bytes payload);
 
 } // namespace sources::kernel

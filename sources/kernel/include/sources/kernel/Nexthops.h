@@ -2,7 +2,7 @@
 // number.
 #pragma once
 
-#include "sources/kernel/Hop.h"
+#include "sources/kernel/Encapsulation.h"
 
 #include <vector>
 
@@ -22,7 +22,7 @@ struct Nexthop {
 };
 
 /// From the payload of an RTM_NEWNEXTHOP message; nothing for a damaged one or one without a
-/// number.
-std::optional<Nexthop> decodeNexthop(Bytes payload);
+/// number. Enters the encapsulation of its hop.
+std::optional<Nexthop> decodeNexthop(Bytes payload, Encapsulations& encapsulations);
 
 } // namespace sources::kernel

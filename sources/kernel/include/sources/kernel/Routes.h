@@ -1,7 +1,7 @@
 // Routes as the kernel reports them.
 #pragma once
 
-#include "sources/kernel/Hop.h"
+#include "sources/kernel/Encapsulation.h"
 
 #include <vector>
 
@@ -25,7 +25,7 @@ struct RouteMessage {
 };
 
 /// Fills `route` from the payload of an RTM_NEWROUTE message; false, with `route` undefined, for
-/// a damaged one or another family than IPv4 and IPv6.
-bool decodeRoute(Bytes payload, RouteMessage& route);
+/// a damaged one or another family than IPv4 and IPv6. Enters the encapsulations of its hops.
+bool decodeRoute(Bytes payload, Encapsulations& encapsulations, RouteMessage& route);
 
 } // namespace sources::kernel

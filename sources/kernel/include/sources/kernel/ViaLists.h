@@ -11,15 +11,21 @@ struct Via {
   Kesh::IntfId intfId; ///< null while the next hop is dead
   std::uint32_t label = Kesh::MplsLabel::null;
   std::uint32_t weight = 1;
+  std::uint32_t encapsulation = 0;      ///< number of what it pushes beside the label
+  Tunnel::TunnelTable::TunnelId tunnel; ///< in the place of hop and interface in the FEC, or null
 
-  friend bool operator==(const Via&, const Via&) = default;
+  bool hasGateway() const { return hop.af() != Kesh::AddressFamily::unset; }
   /// By content, so that equal state gets equal FEC numbers: not by the names' natural order, which
   /// is dear to compare.
   friend bool operator<(const Via& a, const Via& b) { return a.content() < b.content(); }
 
  private:
-  std::tuple<Kesh::IpGenAddr, std::uint64_t, std::uint32_t, std::uint32_t> content() const {
-    return {hop, intfId.value(), label, weight};
+  // What the FEC holds: the tunnel alone where there is one.
+  std::tuple<Kesh::IpGenAddr, std::uint64_t, std::uint32_t, std::uint32_t,
+             Tunnel::TunnelTable::TunnelId>
+  content() const {
+    if (!tunnel.isNull()) return {{}, 0, Kesh::MplsLabel::null, weight, tunnel};
+    return {hop, intfId.value(), label, weight, tunnel};
   }
 };
 
@@ -40,6 +46,8 @@ class ViaLists {
   ViaLists(const KernelState& kernel, const Interfaces& interfaces);
 
   ViaList& at(std::uint32_t hopList) { return lists_[hopList]; }
+  /// Those of the listed routes.
+  std::vector<ViaList*> used();
   /// Gives FEC identifiers to the lists in use, the same one to equal lists, and enters the FECs.
   /// Identifiers of a family count from 1 in the order of content.
   void enterFecs(state::DeviceBuilder& builder);
