@@ -55,8 +55,8 @@ void renderSummary(const state::DeviceState& device, const L3::VrfName& vrf,
   summary.render(STDOUT_FILENO, options.format);
 }
 
-void renderGroups(const state::DeviceState& device, const L3::VrfName& vrf,
-                  const std::string& name, const Options& options) {
+void renderGroups(const state::DeviceState& device, const L3::VrfName& vrf, const std::string& name,
+                  const Options& options) {
   Lumo::Ptr<Rova::NexthopGroupCounterHelper> counters;
   if (options.counters) counters = makeCounters(device);
   const auto helper =

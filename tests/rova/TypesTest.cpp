@@ -126,6 +126,48 @@ constexpr const char* policyInfoRows[] = {
 
 constexpr const char* policyInfoSetRows[] = {"policyInfo (hashed): U16 to Rova::PolicyInfo"};
 
+constexpr const char* nexthopGroupHelperRows[] = {
+    "nhgConfig*: Routing::NexthopGroup::Config",
+    "nhgEntryStatus*: NexthopGroup::EntryStatus",
+    "nhgHwStatus*: Routing::Hardware::NexthopGroupStatus",
+    "routingHwStatus*: Routing::Hardware::Status",
+    "counterHelper*: Rova::NexthopGroupCounterHelper",
+    "nhgName*: Lumo::String",
+    "vrfName: L3::VrfName",
+    "sortedNhgName (ordered): Lumo::Name to Routing::NexthopGroup::NexthopGroupConfigEntry",
+    "tunnelIdMap (hashed): U64 to U32",
+    "processNexthopVias(): void",
+    "render(fd: U32, fmt: U32): void"};
+
+constexpr const char* nexthopGroupSummaryHelperRows[] = {
+    "nhgConfig*: Routing::NexthopGroup::Config",
+    "nhgEntryStatus*: NexthopGroup::EntryStatus",
+    "nhgHwStatus*: Routing::Hardware::NexthopGroupStatus",
+    "routingHwStatus*: Routing::Hardware::Status",
+    "vrfName: L3::VrfName",
+    "nhgCount: U32",
+    "nhgUnprogrammedCount: U32",
+    "nhgPerType (ordered): Routing::NexthopGroup::NexthopGroupType to U32",
+    "nhgPerSize (ordered): U32 to U32",
+    "processNexthopGroups(): void",
+    "render(fd: U32, fmt: U32): void"};
+
+constexpr const char* counterHelperRows[] = {
+    "counterKeyTable: Routing::NexthopGroup::NexthopGroupEntryToCounterKeyTable",
+    "counterTable: Gaugex::CounterTable",
+    "snapshotTable: Gaugex::CounterTable",
+    "counterEnabled: bool",
+    "mountCounterVantaes(entityManager: Merrow::EntityManager): void",
+    "getCounters(nhgId: Routing::NexthopGroup::NexthopGroupId, entryId: U32): Rova::CounterEntry"};
+
+constexpr const char* counterInterfaceRows[] = {
+    "getCounters(index: Rova::CounterIndex): Rova::CounterEntry"};
+
+constexpr const char* counterIndexRows[] = {"counterIndex*: U64", "chipMask*: Dunlin::ChipSet",
+                                            "hash: U32 (computed)"};
+
+constexpr const char* counterEntryRows[] = {"packets*: U64", "bytes*: U64"};
+
 /// A row of an attribute table in the form of the lists above.
 std::string described(const Lumo::AttributeRecord& row) {
   const std::string name = row.name, type = row.valueType;
