@@ -382,10 +382,10 @@ TEST_F(DeviceTest, DevicesOfTheNameAreConfiguredTunnels) {
     ASSERT_EQ(entry.tunnelVia.size(), 1u) << one.port;
     const auto encap = entry.tunnelVia[0].encapId;
     EXPECT_EQ(encap.value(), one.encap) << one.port;
-    const Tunnel::L3TunnelInfo ends =
-        encap.kind() == gre ? Tunnel::L3TunnelInfo(fib.greEncap(encap)) : fib.ipsecVtiEncap(encap);
-    EXPECT_EQ(ends.destination.stringValue().str(), one.destination) << one.port;
-    EXPECT_EQ(ends.source.stringValue().str(), "10.0.0.1") << one.port;
+    const Tunnel::L3TunnelInfo* ends = &fib.ipsecVtiEncap(encap);
+    if (encap.kind() == gre) ends = &fib.greEncap(encap);
+    EXPECT_EQ(ends->destination.stringValue().str(), one.destination) << one.port;
+    EXPECT_EQ(ends->source.stringValue().str(), "10.0.0.1") << one.port;
   }
 }
 
