@@ -10,7 +10,7 @@ QUERY_PARTS = ("vrf, host, longer-prefixes, detail, interface, or a protocol (ag
 
 # The message, the command line, the caret.
 WRONG_WORDS = [
-    """rova: the command is not complete: expected ip or ipv6
+    """rova: the command is not complete: expected ip, ipv6 or nexthop-group
   show
        ^
 """,
@@ -155,6 +155,14 @@ WRONG_WORDS = [
   show ip route vrf büro interface
                                    ^
 """,
+    """rova: "b" is not understood: expected vrf or summary
+  show nexthop-group a b
+                     ^
+""",
+    """rova: the summary is of all nexthop groups; leave the name out
+  show nexthop-group summary name vrf
+                                  ^
+""",
     """rova: expected the name of a file, or - for standard output
   snapshot save
                 ^
@@ -169,6 +177,8 @@ WRONG_WORDS = [
 WRONG_OPTIONS = [
     (["--nope", "show"], "--nope does not exist"),
     (["-x", "show"], "-x does not exist"),
+    (["show", "ip", "route", "--nope"], "--nope does not exist"),
+    (["show", "ip", "route", "--format"], "--format needs a value"),
     (["--form", "json", "show"], "--form does not exist"),
     (["--format", "xml", "show"], '--format takes text or json, found "xml"'),
     (["--format=", "show"], '--format takes text or json, found ""'),

@@ -12,8 +12,7 @@ using sources::snapshot::loadText;
 using sources::snapshot::saveText;
 
 state::DeviceState rich() {
-  return sources::snapshot::load(std::filesystem::path(__FILE__).parent_path() /
-                                 "samples/rich.json");
+  return sources::snapshot::load(std::filesystem::path(ROVA_SAMPLES) / "rich.json");
 }
 
 const Routing::NexthopGroup::NexthopGroupConfigEntry& group(const state::DeviceState& device,

@@ -17,7 +17,7 @@ using sources::snapshot::loadText;
 using sources::snapshot::saveText;
 using Vanta::Fib::FecId;
 
-const auto samples = std::filesystem::path(__FILE__).parent_path() / "samples";
+const auto samples = std::filesystem::path(ROVA_SAMPLES);
 
 std::string fileText(const std::filesystem::path& path) {
   std::ostringstream text;
