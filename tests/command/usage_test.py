@@ -157,7 +157,7 @@ WRONG_WORDS = [
 """,
     """rova: "b" is not understood: expected vrf or summary
   show nexthop-group a b
-                     ^
+                       ^
 """,
     """rova: the summary is of all nexthop groups; leave the name out
   show nexthop-group summary name vrf
