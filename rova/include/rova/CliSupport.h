@@ -4,6 +4,10 @@
 // run time: its types stand in the registry of lumo/Type.h when it is loaded.
 #pragma once
 
+#include "rova/check/AddressAssignmentChecker.h"
+#include "rova/check/ClearInterfaceRoutes.h"
+#include "rova/check/NextHopCheckers.h"
+#include "rova/check/RdAssignmentChecker.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/CachedFec.h"
 #include "rova/fec/PolicyInfo.h"
@@ -13,3 +17,5 @@
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"
+#include "rova/staticroute/StaticRoutesCliSaver.h"
+#include "rova/staticroute/StaticRoutesRibCommon.h"

@@ -9,6 +9,9 @@
 
 namespace Kesh {
 
+template <class Address>
+class BasicPrefix;
+
 /// An address with a mask length, bits kept as they are (an interface address).
 template <class Address>
 class AddrWithMask {
@@ -21,6 +24,12 @@ class AddrWithMask {
   const Address& address() const { return address_; }
   std::int32_t len() const { return length_; }
   Lumo::String stringValue() const;
+  /// The network that the address is in.
+  BasicPrefix<Address> subnet() const { return {address_, length_}; }
+  /// Whether the two networks have an address in common.
+  bool overlaps(const AddrWithMask& other) const {
+    return subnet().contains(other.subnet()) || other.subnet().contains(subnet());
+  }
   std::size_t hash() const {
     return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_));
   }

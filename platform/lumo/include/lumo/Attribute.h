@@ -254,6 +254,14 @@ constexpr TypeRecord makeTypeRecord() {
   LUMO_ROW((::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))   \
   LUMO_FIELD(Type, x)
 
+/// A constructor argument that can be changed later.
+#define LUMO_CTOR_WRITABLE(Type, x)                                                                \
+  LUMO_READ(Type, x)                                                                               \
+  void x##Is(Type value) { x##_ = std::move(value); }                                              \
+  LUMO_ROW((                                                                                       \
+      ::Lumo::scalarRow<&LumoSelf::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument))) \
+  LUMO_FIELD(Type, x)
+
 /// A constructor argument that is a public field of the base class, which has no attribute lines.
 #define LUMO_INHERITED(x)                                                                          \
  public:                                                                                           \

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <new>
 #include <type_traits>
 #include <typeinfo>
@@ -91,6 +92,8 @@ class Ptr {
   T* operator->() const { return object_; }
   T& operator*() const { return *object_; }
   explicit operator bool() const { return object_ != nullptr; }
+  /// Of the entity's identity.
+  std::size_t hash() const { return std::hash<T*>{}(object_); }
   template <class U>
   bool operator==(const Ptr<U>& other) const {
     return object_ == other.ptr();

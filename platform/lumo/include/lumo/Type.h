@@ -34,7 +34,7 @@ using GenericArguments = std::span<const Ptr<GenericIf>>;
 
 /// One attribute of a type. An operation that the attribute does not have is null.
 struct AttributeRecord {
-  static constexpr std::size_t maxArguments = 4;
+  static constexpr std::size_t maxArguments = 5;
 
   const char* name = nullptr;
   AttributeKind kind = AttributeKind::plain;

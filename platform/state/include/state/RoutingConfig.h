@@ -9,11 +9,47 @@
 #include "state/RouteType.h"
 #include "state/Vrf.h"
 
+#include <compare>
 #include <cstdint>
+#include <ostream>
+#include <string>
+#include <tuple>
+
+namespace Vxlan {
+
+/// A VXLAN network identifier (RFC 7348), 24 bits.
+class VniExtOrNone {
+ public:
+  constexpr explicit VniExtOrNone(std::uint32_t vni) : vni_(vni) {}
+  /// The number, or with `dotted` its three bytes with dots between them.
+  Lumo::String stringValue(bool dotted) const {
+    if (!dotted) return std::to_string(vni_);
+    return std::to_string(vni_ >> 16) + "." + std::to_string(vni_ >> 8 & 0xff) + "." +
+           std::to_string(vni_ & 0xff);
+  }
+
+ private:
+  std::uint32_t vni_;
+};
+
+} // namespace Vxlan
 
 namespace Routing {
 
-using RoutePreference = std::uint8_t;
+/// The administrative distance of a route, 0 to 255: the lowest wins. It reads and writes as a
+/// number; it is a type of its own so that access by name tells it from one.
+class RoutePreference {
+ public:
+  constexpr RoutePreference(std::uint8_t value = 0) : value_(value) {}
+  constexpr operator std::uint8_t() const { return value_; }
+  constexpr std::uint8_t value() const { return value_; }
+  friend std::ostream& operator<<(std::ostream& out, RoutePreference preference) {
+    return out << unsigned{preference.value_};
+  }
+
+ private:
+  std::uint8_t value_;
+};
 
 struct RouteKey {
   Kesh::IpGenPrefix prefix;
@@ -35,6 +71,13 @@ struct Via {
   Kesh::EthAddr routerMac;
   std::size_t hash() const { return hop.v6Addr().hash() ^ intfId.hash(); }
   friend bool operator==(const Via&, const Via&) = default;
+  /// By interface, then next hop, then all that is left.
+  friend bool operator<(const Via& a, const Via& b) {
+    const auto key = [](const Via& via) {
+      return std::tie(via.intfId, via.hop, via.mplsLabel, via.vtepAddr, via.vni, via.routerMac);
+    };
+    return key(a) < key(b);
+  }
 };
 
 class Route : public Lumo::PtrInterface {

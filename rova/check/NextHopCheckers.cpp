@@ -1,0 +1,47 @@
+#include "rova/check/NextHopCheckers.h"
+
+#include "ConfiguredInterface.h"
+
+#include <algorithm>
+
+namespace Rova {
+
+LUMO_DEFINE_TYPE(InvalidNextHopChecker);
+LUMO_DEFINE_TYPE(InvalidNextHop6Checker);
+
+namespace {
+
+/// Whether one of the addresses with masks is `hop`.
+template <class Addresses, class Address>
+bool contains(const Addresses& addresses, const Address& hop) {
+  return std::any_of(addresses.begin(), addresses.end(),
+                     [&](const auto& member) { return member.first.address() == hop; });
+}
+
+} // namespace
+
+bool InvalidNextHopChecker::check(Lumo::Ptr<const Ip::Config> ipConfig, Kesh::IpAddr hop,
+                                  L3::VrfName vrfName) const {
+  return firstOfVrf(ipConfig->ipIntfConfig, vrfName.stringValue(),
+                    [&](const Ip::IpIntfConfig& interface, const Lumo::String&) {
+                      return interface.addrWithMask.address() == hop ||
+                             contains(interface.secondaryWithMask, hop);
+                    });
+}
+
+bool InvalidNextHop6Checker::check(Lumo::Ptr<const Ip6::Config> ip6Config, const Kesh::Ip6Addr& hop,
+                                   L3::VrfName vrfName) const {
+  return firstOfVrf(ip6Config->intf, vrfName.stringValue(),
+                    [&](const Ip6::IntfConfig& interface, const Lumo::String&) {
+                      return contains(interface.addr, hop);
+                    });
+}
+
+std::ostream& operator<<(std::ostream& out, const InvalidNextHopChecker& checker) {
+  return out << Lumo::valueToStrep(checker);
+}
+std::ostream& operator<<(std::ostream& out, const InvalidNextHop6Checker& checker) {
+  return out << Lumo::valueToStrep(checker);
+}
+
+} // namespace Rova

@@ -1,0 +1,68 @@
+// The values that go into and come out of the saving of static routes.
+#pragma once
+
+#include "lumo/Attribute.h"
+#include "rova/core/Export.h"
+#include "rova/core/TypeNames.h"
+
+namespace Rova {
+
+/// The defaults that configuration lines leave out.
+class ROVA_EXPORT RovaConsts {
+  LUMO_TYPE(RovaConsts, "Rova::RovaConsts")
+  LUMO_CTOR(Routing::RoutePreference, defaultStaticRoutePreference)
+  LUMO_CTOR(std::uint32_t, defaultStaticRouteTag)
+  LUMO_CTOR(Lumo::String, defaultStaticRouteName)
+  LUMO_END
+
+  RovaConsts() : defaultStaticRoutePreference_(1) {}
+  RovaConsts(Routing::RoutePreference preference, std::uint32_t tag, Lumo::String name)
+      : defaultStaticRoutePreference_(preference),
+        defaultStaticRouteTag_(tag),
+        defaultStaticRouteName_(std::move(name)) {}
+
+  friend bool operator==(const RovaConsts& a, const RovaConsts& b) {
+    return a.defaultStaticRoutePreference_ == b.defaultStaticRoutePreference_ &&
+           a.defaultStaticRouteTag_ == b.defaultStaticRouteTag_ &&
+           a.defaultStaticRouteName_ == b.defaultStaticRouteName_;
+  }
+  bool operator!() const { return *this == RovaConsts(); }
+};
+
+/// The place of a route in the saved configuration: by the 16 bytes of its address whatever the
+/// family, then the shorter mask, then the lower preference.
+class ROVA_EXPORT RouteSortKey {
+  LUMO_TYPE(RouteSortKey, "Rova::RouteSortKey")
+  LUMO_CTOR(Kesh::IpGenPrefix, prefix)
+  LUMO_CTOR(Routing::RoutePreference, preference)
+  LUMO_END
+
+  RouteSortKey() : preference_(1) {}
+  RouteSortKey(const Kesh::IpGenPrefix& prefix, Routing::RoutePreference preference)
+      : prefix_(prefix), preference_(preference) {}
+
+  friend bool operator==(const RouteSortKey& a, const RouteSortKey& b) {
+    return a.prefix_ == b.prefix_ && a.preference_ == b.preference_;
+  }
+  friend ROVA_EXPORT bool operator<(const RouteSortKey& a, const RouteSortKey& b);
+  bool operator!() const { return *this == RouteSortKey(); }
+};
+
+/// What stands behind a route's prefix in its lines: one text for the route, or one for each via.
+class ROVA_EXPORT NexthopInfo {
+  LUMO_TYPE(NexthopInfo, "Rova::NexthopInfo")
+  LUMO_ATTR(Lumo::String, nexthopCmd)
+  LUMO_ORDERED(Routing::Via, Lumo::String, sortedVia, SortedVia)
+  LUMO_END
+
+  friend bool operator==(const NexthopInfo& a, const NexthopInfo& b) {
+    return a.nexthopCmd_ == b.nexthopCmd_ && a.sortedVia_ == b.sortedVia_;
+  }
+  bool operator!() const { return *this == NexthopInfo(); }
+};
+
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RovaConsts& consts);
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RouteSortKey& key);
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const NexthopInfo& info);
+
+} // namespace Rova
