@@ -1,0 +1,105 @@
+#include "command/StaticLoad.h"
+
+#include "command/StaticLineParser.h"
+#include "command/StaticLines.h"
+#include "command/VrfChoice.h"
+#include "rova/CliSupport.h"
+#include "sources/Source.h"
+#include "sources/SourceError.h"
+#include "sources/snapshot/Snapshot.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+
+namespace command {
+
+namespace {
+
+/// The lines of a file, or of standard input for "-". Raises SourceError.
+Lines readLines(const std::string& path) {
+  std::ifstream file;
+  if (path != "-") file.open(path);
+  std::istream& in = path == "-" ? std::cin : file;
+  Lines lines;
+  for (std::string line; std::getline(in, line);) lines.push_back(std::move(line));
+  if (!in.eof()) throw sources::SourceError(path + ": cannot be read: " + std::strerror(errno));
+  return lines;
+}
+
+/// Empty lines and those that are notes say nothing.
+bool isNote(std::string_view line) {
+  const auto first = line.find_first_not_of(' ');
+  return first == line.npos || line[first] == '!' || line[first] == '#';
+}
+
+/// A route to the device itself would never forward.
+void refuseOwnAddress(const StaticLine& line, const state::DeviceState& device) {
+  const auto& hop = line.via.hop;
+  const L3::VrfName vrf{Lumo::String(line.vrf)};
+  const bool isOwn =
+      (hop.af() == Kesh::AddressFamily::ip4 &&
+       Rova::InvalidNextHopChecker().check(device.ipConfig, hop.v4Addr(), vrf)) ||
+      (hop.af() == Kesh::AddressFamily::ip6 &&
+       Rova::InvalidNextHop6Checker().check(device.ip6Config, hop.v6Addr(), vrf));
+  if (!isOwn) return;
+  throw LineError(hop.stringValue().str() + " is an address of this device in VRF " + line.vrf,
+                  line.hopColumn);
+}
+
+Routing::ConfigGen& configOf(const StaticLine& line, const state::DeviceState& device,
+                             const Options& options) {
+  const auto& vrf = chosenVrf(device, line.vrf, options);
+  const auto& config = vrf.*staticFamilies[line.ip6 ? 1 : 0].config;
+  if (!config) throw LineError("the configuration of VRF " + line.vrf + " is not known", 0);
+  return *config;
+}
+
+/// Enters all lines; an error names the file, the line and the place in it.
+void enterAll(const Lines& lines, const std::string& path, const state::DeviceState& device,
+              const Options& options) {
+  for (std::size_t number = 0; number < lines.size(); ++number) {
+    if (isNote(lines[number])) continue;
+    try {
+      const auto line = parseStaticLine(lines[number]);
+      refuseOwnAddress(line, device);
+      enterStaticLine(line, configOf(line, device, options));
+    } catch (const LineError& error) {
+      throw sources::SourceError(path + " line " + std::to_string(number + 1) + ": " +
+                                 error.what() + "\n  " + lines[number] + "\n  " +
+                                 std::string(error.column, ' ') + "^");
+    }
+  }
+}
+
+Lines allLines(const state::DeviceState& device) {
+  Lines lines;
+  for (const auto& vrf : device.vrfs) {
+    for (auto& line : staticLines(vrf, false)) lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+} // namespace
+
+ExitStatus loadStatic(Words& words, const Options& options) {
+  const std::string path(words.take("the name of a file, or - for standard input"));
+  if (!words.atEnd()) words.fail("nothing is expected behind the name of the file");
+  Options target = options;
+  if (sources::isKernel(options.state)) target.state = options.into;
+  if (target.state.empty()) {
+    throw UsageError("rova: static load changes a snapshot: --into names the file of one");
+  }
+  const auto lines = readLines(path);
+  const auto device = sources::open(target.state);
+  const auto before = allLines(device);
+  enterAll(lines, path, device, target);
+  if (!options.dryRun) {
+    sources::snapshot::save(device, options.into.empty() ? target.state : options.into);
+  }
+  printLines(linesWithout(allLines(device), before), options);
+  return success;
+}
+
+} // namespace command
