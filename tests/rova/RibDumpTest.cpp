@@ -28,8 +28,7 @@ struct RibDumpTest : testing::Test {
   }
   void describe(const char* interface, const char* description) {
     const auto id = intf(interface);
-    interfaces->configs.insertOrAssign(id,
-                                       Lumo::newEntity<Interface::IntfConfig>(id, description));
+    interfaces->configs.insertOrAssign(id, Lumo::newEntity<Interface::IntfConfig>(id, description));
   }
   std::string dumped(std::uint32_t format, const Rova::RovaConsts& consts = {}) {
     const Sink sink;

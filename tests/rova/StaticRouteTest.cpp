@@ -132,7 +132,8 @@ TEST_F(StaticRouteTest, ANameThatIsTheDefaultIsNeverWrittenForAVia) {
   on.via.insertOrAssign(via, true);
   for (const auto& [name, piece] : {std::pair("spare", ""), {"", ""}, {"core", " name core"}}) {
     on.viaNextHopName.insertOrAssign(via, name);
-    EXPECT_EQ(saved(false, otherDefaults), std::string("ip route 10.0.0.0/8 1.1.1.1") + piece + "\n");
+    EXPECT_EQ(saved(false, otherDefaults),
+              std::string("ip route 10.0.0.0/8 1.1.1.1") + piece + "\n");
     EXPECT_EQ(saved(true, otherDefaults),
               std::string("ip route 10.0.0.0/8 1.1.1.1 200 tag 9") + piece + "\n");
   }
@@ -164,17 +165,17 @@ TEST(RouteSortKeyTest, ComparesBytesThenMaskThenPreference) {
   const auto key = [](const char* text, std::uint8_t preference) {
     return Rova::RouteSortKey(prefix(text), preference);
   };
-  const Rova::RouteSortKey ascending[] = {key("0.0.0.0/0", 1),   key("0.0.0.0/0", 2),
-                                          key("9.0.0.0/24", 1),  key("10.0.0.0/8", 1),
-                                          key("10.0.0.0/8", 2),  key("10.0.0.0/16", 1),
-                                          key("a00::/16", 2),    key("a00::1/128", 1),
-                                          key("255.0.0.0/8", 0), key("ff00::/8", 1)};
+  const Rova::RouteSortKey ascending[] = {
+      key("0.0.0.0/0", 1),   key("0.0.0.0/0", 2),   key("9.0.0.0/24", 1), key("10.0.0.0/8", 1),
+      key("10.0.0.0/8", 2),  key("10.0.0.0/16", 1), key("a00::/16", 2),   key("a00::1/128", 1),
+      key("255.0.0.0/8", 0), key("ff00::/8", 1)};
   for (std::size_t i = 0; i < std::size(ascending); ++i) {
     for (std::size_t j = 0; j < std::size(ascending); ++j) {
       EXPECT_EQ(ascending[i] < ascending[j], i < j) << i << " " << j;
     }
   }
-  EXPECT_FALSE(key("10.0.0.0/8", 1) < key("a00::/8", 1) || key("a00::/8", 1) < key("10.0.0.0/8", 1));
+  EXPECT_FALSE(key("10.0.0.0/8", 1) < key("a00::/8", 1) ||
+               key("a00::/8", 1) < key("10.0.0.0/8", 1));
   EXPECT_FALSE(key("10.0.0.0/8", 1) == key("a00::/8", 1)) << "the family counts for equality";
   EXPECT_TRUE(!Rova::RouteSortKey());
   EXPECT_TRUE(!Rova::RouteSortKey(Kesh::IpGenPrefix(Lumo::String("")), 1));
@@ -188,8 +189,7 @@ TEST_F(StaticRouteTest, ASaverKeepsItsRoutesAndReplacesThoseOfOneKey) {
   config->route = {};
   addVias(route("10.0.0.0/8"), {{.hop = "1.1.1.1"}});
   route("11.0.0.0/8", 1, RouteType::drop);
-  EXPECT_EQ(saver.save(config, false, "b", {}).str(),
-            "b10.0.0.0/8 1.1.1.1\nb11.0.0.0/8 Null0\n");
+  EXPECT_EQ(saver.save(config, false, "b", {}).str(), "b10.0.0.0/8 1.1.1.1\nb11.0.0.0/8 Null0\n");
   config->route = {};
   EXPECT_EQ(saver.save(config, true, "", {}).str(), "10.0.0.0/8 1.1.1.1\n11.0.0.0/8 Null0\n");
 }
@@ -233,8 +233,8 @@ TEST_F(StaticRouteTest, ALockThatIsNotReleasableFailsTheSave) {
   activity.releasableIs(true);
 }
 
-/// The walk gives the lock up on every 2001st step, and dynamic routes are no steps: an unreleasable
-/// lock then fails ahead of the routes that follow.
+/// The walk gives the lock up on every 2001st step, and dynamic routes are no steps: an
+/// unreleasable lock then fails ahead of the routes that follow.
 TEST_F(StaticRouteTest, YieldsOnEvery2001stRouteThatIsConfiguration) {
   auto& activity = Lumo::ActivityUnlockAnchor::lock();
   for (const bool dynamic : {false, true}) {
