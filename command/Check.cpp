@@ -143,8 +143,8 @@ ExitStatus checkNextHop(Words& words, const Options& options) {
   const auto device = openConfigured(options);
   const auto& vrf = chosenVrf(device, name, options);
   if (!isOwnAddress(device, *hop, vrf.name)) return printVerdict({}, options);
-  return printVerdict(
-      hop->stringValue().str() + " is an address of this device in VRF " + name, options);
+  return printVerdict(hop->stringValue().str() + " is an address of this device in VRF " + name,
+                      options);
 }
 
 ExitStatus checkRouteDistinguisher(Words& words, const Options& options) {

@@ -80,9 +80,8 @@ using InputPtr = Lumo::Ptr<Routing::RouteInput>;
 /// file which of two agents is the later one.
 std::vector<InputPtr> inputsByAgent(const state::RouteInputs& inputs) {
   std::vector<std::pair<Lumo::String, InputPtr>> named;
-  inputs.forEach([&](const Lumo::String& agent, const InputPtr& input) {
-    named.emplace_back(agent, input);
-  });
+  inputs.forEach(
+      [&](const Lumo::String& agent, const InputPtr& input) { named.emplace_back(agent, input); });
   std::sort(named.begin(), named.end(),
             [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<InputPtr> ordered;
