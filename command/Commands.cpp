@@ -1,8 +1,11 @@
 #include "command/Commands.h"
 
+#include "command/Check.h"
+#include "command/ClearStatic.h"
 #include "command/RouteQuery.h"
 #include "command/ShowNexthopGroup.h"
 #include "command/ShowRoute.h"
+#include "command/ShowStatic.h"
 #include "command/SnapshotSave.h"
 
 #include <algorithm>
@@ -23,6 +26,22 @@ constexpr Command commands[] = {
      showIpv6Route},
     {"show nexthop-group", "[NAME | summary] [vrf NAME]",
      "The nexthop groups of a VRF, or how many there are of each type and size.", showNexthopGroup},
+    {"show running-config static", "[vrf NAME|all] [all]",
+     "The configuration lines of the static routes of a VRF, with all also the defaults in them.",
+     showStaticConfig},
+    {"show static", "[dynamic] [tag N] [vrf NAME]",
+     "The static routes that agents hand to routing in a VRF.", showStatic},
+    {"check address", "ADDRESS/LENGTH interface NAME [secondary] [replace]",
+     "Whether an interface may get an address, beside or in place of those that it has.",
+     checkAddress},
+    {"check next-hop", "ADDRESS [vrf NAME]",
+     "Whether a static route may lead to a next hop: to none that is the device itself.",
+     checkNextHop},
+    {"check rd", "RD vrf NAME", "Whether a route distinguisher is free for a VRF.",
+     checkRouteDistinguisher},
+    {"clear static interface", "NAME [--into FILE] [--dry-run]",
+     "Take the static routes through an interface out of a snapshot; shows their lines.",
+     clearStatic},
     {"snapshot save", "FILE", "Write the state that is shown to a file, - for standard output.",
      saveSnapshot},
 };
@@ -83,6 +102,8 @@ options:
   --timing                end a listing with the time that it took (text only)
   --older-nexthop-groups  show nexthop group routes in their older form
   --counters              show the packets and bytes of nexthop group entries
+  --into FILE             write what clear leaves to another file than that of the snapshot
+  --dry-run               show what clear would take, and leave it
   --help, --version
 
 examples:
@@ -92,7 +113,7 @@ examples:
   rova show ip route vrf all host
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
 
-exit status: 0 success, 1 failure, 2 wrong usage, 130 after an interrupt
+exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt
 )";
   return text;
 }

@@ -20,6 +20,12 @@ OutputFormat parseFormat(std::string_view option, std::string_view value) {
   failOption(option, "takes text or json, found \"" + std::string(value) + "\"");
 }
 
+/// The standard output has another use: a command that changes a snapshot shows there what it did.
+std::string parseFile(std::string_view option, std::string_view value) {
+  if (!value.empty() && value != "-") return std::string(value);
+  failOption(option, "takes the name of a file, found \"" + std::string(value) + "\"");
+}
+
 /// An option of the table: one with a value, or a switch.
 struct OptionRow {
   std::string_view name;
@@ -36,6 +42,9 @@ constexpr OptionRow rows[] = {
      [](Options& o, std::string_view, std::string_view) { o.olderNexthopGroups = true; }},
     {"--counters", false,
      [](Options& o, std::string_view, std::string_view) { o.counters = true; }},
+    {"--into", true,
+     [](Options& o, std::string_view n, std::string_view v) { o.into = parseFile(n, v); }},
+    {"--dry-run", false, [](Options& o, std::string_view, std::string_view) { o.dryRun = true; }},
     {"--help", false, [](Options& o, std::string_view, std::string_view) { o.help = true; }},
     {"-h", false, [](Options& o, std::string_view, std::string_view) { o.help = true; }},
     {"--version", false, [](Options& o, std::string_view, std::string_view) { o.version = true; }},

@@ -21,6 +21,8 @@ struct Options {
   bool timing = false;
   bool olderNexthopGroups = false;
   bool counters = false;
+  std::string into; ///< where a changed snapshot goes; empty for its own file
+  bool dryRun = false;
   bool help = false;
   bool version = false;
   /// Seconds of the framework's clock at which the program began to work on the command.

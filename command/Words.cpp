@@ -48,6 +48,15 @@ int Words::takeKeyword(std::span<const std::string_view> keywords) {
   return found;
 }
 
+std::size_t Words::takeOnce(std::span<const std::string_view> keywords, Seen& seen) {
+  const int found = takeKeyword(keywords);
+  if (found < 0) failExpecting(keywords);
+  const auto keyword = static_cast<std::size_t>(found);
+  if (seen[keyword]) failAtLast(std::string(keywords[keyword]) + " stands twice");
+  seen.set(keyword);
+  return keyword;
+}
+
 bool Words::dropTrailingPipe(std::string_view word) {
   const auto count = words_.size();
   if (count < 2 || words_[count - 2] != "|" || words_[count - 1] != word) return false;

@@ -2,6 +2,7 @@
 // caret under the word and says what was expected there.
 #pragma once
 
+#include <bitset>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -32,6 +33,11 @@ class Words {
   /// Reads the next word if it is `word` itself or an abbreviation that no other of `keywords`
   /// shares; -1 if it is none of them. An abbreviation of several is an error.
   int takeKeyword(std::span<const std::string_view> keywords);
+  /// The keywords of a list that were read, a bit for each.
+  using Seen = std::bitset<32>;
+  /// Reads one of the keywords and gives its place. Any other word, and a keyword that was seen
+  /// before, are errors.
+  std::size_t takeOnce(std::span<const std::string_view> keywords, Seen& seen);
   /// Drops the last two words if they are "|" and the given one.
   bool dropTrailingPipe(std::string_view word);
 

@@ -59,7 +59,7 @@ namespace {
 /// A route with its key's parts and its vias side by side.
 struct ConfiguredRoute {
   Kesh::IpGenPrefix prefix;
-  Routing::RoutePreference preference = 1;
+  std::uint8_t preference = 1;
   Routing::RouteType type = Routing::RouteType::forward;
   std::uint32_t tag = 0;
   bool dynamic = false;

@@ -10,7 +10,7 @@ QUERY_PARTS = ("vrf, host, longer-prefixes, detail, interface, or a protocol (ag
 
 # The message, the command line, the caret.
 WRONG_WORDS = [
-    """rova: the command is not complete: expected ip, ipv6 or nexthop-group
+    """rova: the command is not complete: expected ip, ipv6, nexthop-group, running-config or static
   show
        ^
 """,
@@ -163,6 +163,86 @@ WRONG_WORDS = [
   show nexthop-group summary name vrf
                                   ^
 """,
+    """rova: "c" is short for several words: check or clear
+  c static
+  ^
+""",
+    """rova: "interface" is not understood: expected all or vrf
+  show running-config static interface Ethernet1
+                             ^
+""",
+    """rova: all stands twice
+  show running-config static all vrf all all
+                                         ^
+""",
+    """rova: expected the name of a VRF, or all
+  show running-config static vrf
+                                 ^
+""",
+    """rova: "0" is no tag: expected 1 to 4294967295
+  show static tag 0 dynamic
+                  ^
+""",
+    """rova: "4294967296" is no tag: expected 1 to 4294967295
+  show static tag 4294967296
+                  ^
+""",
+    """rova: "7x" is no tag: expected 1 to 4294967295
+  show static dynamic tag 7x
+                          ^
+""",
+    """rova: expected a tag, 1 to 4294967295
+  show static tag
+                  ^
+""",
+    """rova: "all" is not understood: expected dynamic, tag or vrf
+  show static all
+              ^
+""",
+    """rova: "10.0.0.1" is no address with a mask length, as in 10.0.0.1/24
+  check address 10.0.0.1 interface Ethernet1
+                ^
+""",
+    """rova: the command is not complete: expected interface, replace or secondary
+  check address 10.0.0.1/24
+                            ^
+""",
+    """rova: expected the name of an interface
+  check address 10.0.0.1/24 secondary interface
+                                                ^
+""",
+    """rova: this is for IPv4 alone: all IPv6 addresses of an interface are of one kind, and each may be entered again
+  check address 2001:db8::1/64 interface Ethernet1 replace
+                                                   ^
+""",
+    """rova: "10.0.0.0/8" is no IPv4 or IPv6 address
+  check next-hop 10.0.0.0/8
+                 ^
+""",
+    """rova: "red" is not understood: expected vrf
+  check next-hop 10.0.0.1 red
+                          ^
+""",
+    """rova: nothing is expected behind the name of the VRF
+  check next-hop 10.0.0.1 vrf red blue
+                                  ^
+""",
+    """rova: "65000" is no route distinguisher: expected ASN:N or A.B.C.D:N
+  check rd 65000 vrf red
+           ^
+""",
+    """rova: the command is not complete: expected vrf
+  check rd 65000:1
+                   ^
+""",
+    """rova: the command is not complete: expected interface
+  clear static
+               ^
+""",
+    """rova: nothing is expected behind the name of the interface
+  clear static interface Ethernet1 Ethernet2
+                                   ^
+""",
     """rova: expected the name of a file, or - for standard output
   snapshot save
                 ^
@@ -184,6 +264,8 @@ WRONG_OPTIONS = [
     (["--format=", "show"], '--format takes text or json, found ""'),
     (["--format"], "--format needs a value"),
     (["--state"], "--state needs a value"),
+    (["--into", "-", "show"], '--into takes the name of a file, found "-"'),
+    (["--dry-run=1", "show"], "--dry-run takes no value"),
     (["--timing=1", "show"], "--timing takes no value"),
 ]
 
@@ -203,7 +285,7 @@ class UsageTest(CommandTest):
                 self.assert_ends(rova(*words), 2, expected)
 
     def test_no_command(self):
-        expected = ("rova: the command is not complete: expected show or snapshot\n"
+        expected = ("rova: the command is not complete: expected show, check, clear or snapshot\n"
                     "  rova --help shows the commands\n")
         self.assert_ends(rova(), 2, expected)
         self.assert_ends(rova(" "), 2, expected)

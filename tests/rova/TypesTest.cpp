@@ -168,6 +168,68 @@ constexpr const char* counterIndexRows[] = {"counterIndex*: U64", "chipMask*: Du
 
 constexpr const char* counterEntryRows[] = {"packets*: U64", "bytes*: U64"};
 
+constexpr const char* rovaConstsRows[] = {"defaultStaticRoutePreference*: Routing::RoutePreference",
+                                          "defaultStaticRouteTag*: U32",
+                                          "defaultStaticRouteName*: Lumo::String"};
+
+constexpr const char* routeSortKeyRows[] = {"prefix*: Kesh::IpGenPrefix",
+                                            "preference*: Routing::RoutePreference"};
+
+constexpr const char* nexthopInfoRows[] = {"nexthopCmd: Lumo::String",
+                                           "sortedVia (ordered): Routing::Via to Lumo::String"};
+
+constexpr const char* staticRoutesCliSaverRows[] = {
+    "sortedRoute (ordered): Rova::RouteSortKey to Rova::NexthopInfo",
+    "save(config: Routing::ConfigGen, saveAll: bool, routeCmd: Lumo::String, "
+    "rovaConsts: Rova::RovaConsts): Lumo::String"};
+
+constexpr const char* staticRoutesRibCommonRows[] = {
+    "sortedRoute (ordered): Routing::RouteKey to Routing::Route",
+    "allIntfConfig*: Interface::AllIntfConfigDir",
+    "dynamic: bool",
+    "fd: U32",
+    "fmt: U32",
+    "tag: U32",
+    "routeInputConf (hashed): Routing::RouteInput to bool",
+    "legend(): Lumo::String",
+    "dump(rovaConsts: Rova::RovaConsts): void"};
+
+// "+" behind the name of a constructor argument that can be set later.
+constexpr const char* addressQueryParamsRows[] = {"ipConfig+: Ip::Config",
+                                                  "intfName+: Lumo::String",
+                                                  "mgmtPrefix+: Lumo::String",
+                                                  "primaryMatch+: Rova::AddrMatchType",
+                                                  "secondaryMatch+: Rova::AddrMatchType",
+                                                  "addrWithMask+: Kesh::IpAddrWithMask"};
+
+constexpr const char* address6QueryParamsRows[] = {
+    "ipConfig+: Ip6::Config", "intfName+: Lumo::String", "mgmtPrefix+: Lumo::String",
+    "addrWithMask+: Kesh::Ip6AddrWithMask"};
+
+constexpr const char* addressQueryResultRows[] = {"acceptable: bool", "msg: Lumo::String"};
+
+constexpr const char* addressAssignmentCheckerRows[] = {
+    "check(params: Rova::AddressQueryParams): Rova::AddressQueryResult"};
+
+constexpr const char* address6AssignmentCheckerRows[] = {
+    "check(params: Rova::Address6QueryParams): Rova::AddressQueryResult"};
+
+constexpr const char* invalidNextHopCheckerRows[] = {
+    "check(ipConfig: Ip::Config, hop: Kesh::IpAddr, vrfName: L3::VrfName): bool"};
+
+constexpr const char* invalidNextHop6CheckerRows[] = {
+    "check(ip6Config: Ip6::Config, hop: Kesh::Ip6Addr, vrfName: L3::VrfName): bool"};
+
+constexpr const char* rdAssignmentCheckerRows[] = {"routeDistinguisherInputDir*: Lumo::Dir",
+                                                   "vrfName*: Lumo::String",
+                                                   "routeDistinguisher*: Kesh::RouteDistinguisher",
+                                                   "acceptable: bool",
+                                                   "errorMessage: Lumo::String",
+                                                   "handleInitialized(): void"};
+
+constexpr const char* clearIntfRoutesAndViasHelperRows[] = {
+    "clearIntfRoutesAndViasHelper(config: Routing::ConfigGen, intfName: Lumo::String): void"};
+
 /// A row of an attribute table in the form of the lists above.
 std::string described(const Lumo::AttributeRecord& row) {
   const std::string name = row.name, type = row.valueType;
@@ -238,7 +300,42 @@ std::vector<TypeFace> faces() {
           {Rova::SortedTunViaSet::lumoType, "Rova::SortedTunViaSet", false,
            listed(sortedTunViaSetRows)},
           {Rova::PolicyInfo::lumoType, "Rova::PolicyInfo", false, listed(policyInfoRows)},
-          {Rova::PolicyInfoSet::lumoType, "Rova::PolicyInfoSet", false, listed(policyInfoSetRows)}};
+          {Rova::PolicyInfoSet::lumoType, "Rova::PolicyInfoSet", false, listed(policyInfoSetRows)},
+          {Rova::RovaConsts::lumoType, "Rova::RovaConsts", false, listed(rovaConstsRows)},
+          {Rova::RouteSortKey::lumoType, "Rova::RouteSortKey", false, listed(routeSortKeyRows)},
+          {Rova::NexthopInfo::lumoType, "Rova::NexthopInfo", false, listed(nexthopInfoRows)},
+          {Rova::StaticRoutesCliSaver::lumoType, "Rova::StaticRoutesCliSaver", false,
+           listed(staticRoutesCliSaverRows)},
+          {Rova::StaticRoutesRibCommon::lumoType, "Rova::StaticRoutesRibCommon", false,
+           listed(staticRoutesRibCommonRows)},
+          {Rova::AddressQueryParams::lumoType, "Rova::AddressQueryParams", true,
+           listed(addressQueryParamsRows)},
+          {Rova::Address6QueryParams::lumoType, "Rova::Address6QueryParams", true,
+           listed(address6QueryParamsRows)},
+          {Rova::AddressQueryResult::lumoType, "Rova::AddressQueryResult", false,
+           listed(addressQueryResultRows)},
+          {Rova::AddressAssignmentChecker::lumoType, "Rova::AddressAssignmentChecker", false,
+           listed(addressAssignmentCheckerRows)},
+          {Rova::Address6AssignmentChecker::lumoType, "Rova::Address6AssignmentChecker", false,
+           listed(address6AssignmentCheckerRows)},
+          {Rova::InvalidNextHopChecker::lumoType, "Rova::InvalidNextHopChecker", false,
+           listed(invalidNextHopCheckerRows)},
+          {Rova::InvalidNextHop6Checker::lumoType, "Rova::InvalidNextHop6Checker", false,
+           listed(invalidNextHop6CheckerRows)},
+          {Rova::RdAssignmentChecker::lumoType, "Rova::RdAssignmentChecker", false,
+           listed(rdAssignmentCheckerRows)},
+          {Rova::ClearIntfRoutesAndViasHelper::lumoType, "Rova::ClearIntfRoutesAndViasHelper",
+           false, listed(clearIntfRoutesAndViasHelperRows)},
+          {Rova::NexthopGroupHelper::lumoType, "Rova::NexthopGroupHelper", true,
+           listed(nexthopGroupHelperRows)},
+          {Rova::NexthopGroupSummaryHelper::lumoType, "Rova::NexthopGroupSummaryHelper", false,
+           listed(nexthopGroupSummaryHelperRows)},
+          {Rova::NexthopGroupCounterHelper::lumoType, "Rova::NexthopGroupCounterHelper", true,
+           listed(counterHelperRows)},
+          {Rova::NexthopGroupCliCounterInterface::lumoType, "Rova::NexthopGroupCliCounterInterface",
+           true, listed(counterInterfaceRows)},
+          {Rova::CounterIndex::lumoType, "Rova::CounterIndex", false, listed(counterIndexRows)},
+          {Rova::CounterEntry::lumoType, "Rova::CounterEntry", false, listed(counterEntryRows)}};
 }
 
 TEST(TypeTableTest, HoldsTheAttributesInTheirOrder) {

@@ -12,4 +12,7 @@ namespace sources {
 /// namespace, and anything else is the file of a snapshot. Raises SourceError.
 state::DeviceState open(const std::string& source);
 
+/// Whether that name means a kernel, which is shown and not written to.
+bool isKernel(const std::string& source);
+
 } // namespace sources

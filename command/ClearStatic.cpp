@@ -1,0 +1,61 @@
+#include "command/ClearStatic.h"
+
+#include "command/StaticLines.h"
+#include "rova/CliSupport.h"
+#include "sources/Source.h"
+#include "sources/snapshot/Snapshot.h"
+
+namespace command {
+
+namespace {
+
+/// The lines of `before` that `after` lacks; both are in one order.
+Lines missingLines(const Lines& before, const Lines& after) {
+  Lines missing;
+  auto next = after.begin();
+  for (const auto& line : before) {
+    if (next != after.end() && *next == line) {
+      ++next;
+    } else {
+      missing.push_back(line);
+    }
+  }
+  return missing;
+}
+
+/// Clears in every VRF; the lines that went.
+Lines clear(const state::DeviceState& device, const Lumo::String& interface) {
+  Lines gone;
+  for (const auto& vrf : device.vrfs) {
+    const auto before = staticLines(vrf, false);
+    for (const auto& family : staticFamilies) {
+      if (const auto& config = vrf.*family.config) {
+        Rova::ClearIntfRoutesAndViasHelper().clearIntfRoutesAndViasHelper(config, interface);
+      }
+    }
+    for (auto& line : missingLines(before, staticLines(vrf, false))) {
+      gone.push_back(std::move(line));
+    }
+  }
+  return gone;
+}
+
+} // namespace
+
+ExitStatus clearStatic(Words& words, const Options& options) {
+  const std::string interface(words.take("the name of an interface"));
+  if (!words.atEnd()) words.fail("nothing is expected behind the name of the interface");
+  if (sources::isKernel(options.state)) {
+    throw sources::SourceError(options.state + ": static routes are cleared in snapshots alone; " +
+                               "--state names the file of one");
+  }
+  const auto device = sources::open(options.state);
+  const auto gone = clear(device, interface);
+  if (!options.dryRun) {
+    sources::snapshot::save(device, options.into.empty() ? options.state : options.into);
+  }
+  printLines(gone, options);
+  return success;
+}
+
+} // namespace command

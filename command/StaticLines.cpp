@@ -1,0 +1,44 @@
+#include "command/StaticLines.h"
+
+#include "rova/CliSupport.h"
+#include "scrivo/Printer.h"
+
+#include <sstream>
+#include <unistd.h>
+
+namespace command {
+
+std::string routeCommand(const StaticFamily& family, const L3::VrfName& vrf) {
+  const std::string words(family.words);
+  if (vrf.stringValue() == L3::defaultVrfName) return words;
+  return words + "vrf " + vrf.stringValue().str() + " ";
+}
+
+Lines staticLines(const state::VrfState& vrf, bool saveAll) {
+  Lines lines;
+  for (const auto& family : staticFamilies) {
+    const auto& config = vrf.*family.config;
+    if (!config) continue;
+    Rova::StaticRoutesCliSaver saver;
+    std::istringstream text(
+        saver.save(config, saveAll, routeCommand(family, vrf.name), Rova::RovaConsts()).str());
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+  }
+  return lines;
+}
+
+void printLines(const Lines& lines, const Options& options) {
+  scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::StringAttrInfo shown(printer, "");
+  printer.start();
+  printer.startList("lines");
+  for (const auto& line : lines) {
+    shown.setValue(line);
+    printer.addAttributes("%s\n", 1, shown.getArg());
+  }
+  printer.endList();
+  printer.end();
+  printer.close();
+}
+
+} // namespace command
