@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Runs scenarios as text and as JSON and compares what they print with what their folders expect.
+Listings of routes are also compared with each other: text and model show the same values.
 
     run.py                     all scenarios
     run.py ecmp leaked/ip      those of a folder, and one
@@ -57,8 +58,9 @@ def model_problems(scenario, output, text):
     if model != expected:
         yield difference("JSON", json.dumps(expected, indent=2, sort_keys=True),
                          json.dumps(model, indent=2, sort_keys=True))
-    for problem in agreement.problems_of(text, model):
-        yield f"text and model disagree: {problem}\n"
+    if agreement.covers(model):
+        for problem in agreement.problems_of(text, model):
+            yield f"text and model disagree: {problem}\n"
 
 
 def problems_of(scenario):
