@@ -21,9 +21,10 @@ constexpr Exported exported() {
 }
 
 constexpr Exported types[] = {
-    exported<PolicyInfo>(),    exported<CachedFec>(),       exported<RouteSorter>(),
-    exported<PolicyInfoSet>(), exported<SortedTunViaSet>(), exported<CachedNhgVia>(),
-    exported<Route6Sorter>(),  exported<SortedTunVia>(),    exported<CachedVia>(),
+    exported<PolicyInfo>(),      exported<CachedFec>(),     exported<Route6Summary>(),
+    exported<RouteSorter>(),     exported<PolicyInfoSet>(), exported<RouteSummary>(),
+    exported<SortedTunViaSet>(), exported<CachedNhgVia>(),  exported<Route6Sorter>(),
+    exported<SortedTunVia>(),    exported<CachedVia>(),
 };
 
 constexpr std::size_t namesLength() {

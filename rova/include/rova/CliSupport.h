@@ -11,3 +11,4 @@
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"
+#include "rova/summary/Summary.h"

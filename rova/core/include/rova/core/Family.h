@@ -24,7 +24,10 @@ struct ROVA_EXPORT Ip4Family {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "RouteSorter";
   static constexpr const char* sorterTypeName = "Rova::RouteSorter";
+  static constexpr const char* summaryTypeName = "Rova::RouteSummary";
   static constexpr RouteType attachedType = RouteType::attached;
+  /// A summary counts no route of a type above.
+  static constexpr RouteType lastRouteType = RouteType::reserved;
 
   /// A listing switches to the lines of IPv6 once a FEC of the IPv6 table was captured for it.
   static constexpr bool remembersV6Nexthops = true;
@@ -52,6 +55,18 @@ struct ROVA_EXPORT Ip4Family {
   static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
     return status.error;
   }
+
+  /// The neighbours of the family, those of all VRFs.
+  static const auto& neighbors(const Arp::Table::Status& status) { return status.arpEntry; }
+
+  /// The types that a summary adds up as OSPF and as BGP. IPv6 has one type of each, which the
+  /// summary counts under the key of the sum itself.
+  static constexpr bool isOspfKind(RouteType type) {
+    return type >= RouteType::ospfIntraArea && type <= RouteType::ospfNssaExternal2;
+  }
+  static constexpr bool isBgpKind(RouteType type) {
+    return type == RouteType::bgpInternal || type == RouteType::bgpExternal;
+  }
 };
 
 struct ROVA_EXPORT Ip6Family {
@@ -70,7 +85,9 @@ struct ROVA_EXPORT Ip6Family {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "Route6Sorter";
   static constexpr const char* sorterTypeName = "Rova::Route6Sorter";
+  static constexpr const char* summaryTypeName = "Rova::Route6Summary";
   static constexpr RouteType attachedType = RouteType::attached;
+  static constexpr RouteType lastRouteType = RouteType::reserved;
 
   static constexpr bool remembersV6Nexthops = false;
   static constexpr bool hasIntfFlag = true;
@@ -87,6 +104,11 @@ struct ROVA_EXPORT Ip6Family {
   static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
     return status.error6;
   }
+
+  static const auto& neighbors(const Arp::Table::Status& status) { return status.neighborEntry; }
+
+  static constexpr bool isOspfKind(RouteType) { return false; }
+  static constexpr bool isBgpKind(RouteType) { return false; }
 };
 
 } // namespace Rova
