@@ -19,11 +19,11 @@ constexpr Protocol protocols[] = {
 
 /// The keywords that are no protocols; the protocols stand behind them in one list, so that an
 /// abbreviation is unambiguous among all.
-enum Keyword { detail, interface, longerPrefixes, vrf, firstProtocol };
+enum Keyword { detail, interface, longerPrefixes, summary, vrf, firstProtocol };
 
 constexpr auto keywords = [] {
-  std::array<std::string_view, firstProtocol + std::size(protocols)> list{"detail", "interface",
-                                                                          "longer-prefixes", "vrf"};
+  std::array<std::string_view, firstProtocol + std::size(protocols)> list{
+      "detail", "interface", "longer-prefixes", "summary", "vrf"};
   for (std::size_t i = 0; i < std::size(protocols); ++i)
     list[firstProtocol + i] = protocols[i].word;
   return list;
@@ -59,8 +59,20 @@ class QueryParser {
     seen = true;
   }
 
+  /// Reports a word that does not go with an earlier one: a summary counts the whole table, so that
+  /// of the other parts it has the VRF alone.
+  void narrows() {
+    narrowed_ = true;
+    refuseNarrowedSummary();
+  }
+  void refuseNarrowedSummary() {
+    if (!query_.summary || !narrowed_) return;
+    words_.failAtLast("summary goes with vrf alone: it counts the whole table");
+  }
+
   void readPrefix() {
     const auto word = words_.take("a prefix");
+    narrows();
     once(hasPrefix_);
     if (const auto address = AddressOf<Prefix>::parse(word)) {
       query_.prefix = Prefix(*address, Prefix::maxLength);
@@ -82,6 +94,7 @@ class QueryParser {
   void readKeyword() {
     const int keyword = words_.takeKeyword(keywords);
     if (keyword < 0) failUnknown();
+    if (keyword != summary && keyword != vrf) narrows();
     switch (keyword) {
     case detail:
       once(query_.detail);
@@ -92,6 +105,10 @@ class QueryParser {
       break;
     case longerPrefixes:
       once(query_.longerPrefixes);
+      break;
+    case summary:
+      once(query_.summary);
+      refuseNarrowedSummary();
       break;
     case vrf:
       once(hasVrf_);
@@ -106,7 +123,7 @@ class QueryParser {
   [[noreturn]] void failUnknown() {
     words_.fail("\"" + std::string(words_.peek()) + "\" is not understood: expected an " +
                 familyName<Prefix> +
-                " address or prefix, vrf, longer-prefixes, detail, interface, " +
+                " address or prefix, vrf, summary, longer-prefixes, detail, interface, " +
                 "or a protocol (" + protocolWordList() + ")");
   }
 
@@ -115,6 +132,7 @@ class QueryParser {
   bool hasPrefix_ = false;
   bool hasVrf_ = false;
   bool hasProtocol_ = false;
+  bool narrowed_ = false; ///< has a part that selects among the routes, or shows more of them
 };
 
 } // namespace

@@ -14,6 +14,7 @@ struct RouteQuery {
   std::string vrf = "default"; ///< "all" for every VRF
   Prefix prefix = Prefix::nullPrefix();
   bool typedMask = false;
+  bool summary = false; ///< counts of the whole table, which go with no other part but the VRF
   bool longerPrefixes = false;
   bool detail = false;
   std::string protocol; ///< a protocol code

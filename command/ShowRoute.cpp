@@ -1,6 +1,7 @@
 #include "command/ShowRoute.h"
 
 #include "command/RouteQuery.h"
+#include "command/ShowRouteSummary.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 #include "sources/Source.h"
@@ -96,6 +97,10 @@ ExitStatus showRoute(Words& words, const Options& options) {
   const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
   const auto device = sources::open(options.state);
   const auto vrfs = vrfsOf(device, query.vrf, options);
+  if (query.summary) {
+    showRouteSummary<typename Listing::Family>(device, vrfs, options.format);
+    return success;
+  }
   // The document around the listings, which write their fragments into it: it is flushed ahead of
   // each of them.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
