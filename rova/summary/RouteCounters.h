@@ -45,6 +45,6 @@ using Route4Counters = RouteCounters<Ip4Family>;
 using Route6Counters = RouteCounters<Ip6Family>;
 
 static_assert(Route4Counters::types == 37 && Route6Counters::types == 22,
-              "a new type above the last one needs a row in the vocabulary");
+              "how many types a summary counts is part of the interface");
 
 } // namespace Rova

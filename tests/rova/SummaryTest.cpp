@@ -33,30 +33,29 @@ struct Facts<Rova::Ip4Family> {
   static auto*& otherNeighbors(Device& device) { return device.tables.neighbors; }
   static const std::vector<Kind> kinds;
 };
-const std::vector<Kind> Facts<Rova::Ip4Family>::kinds = {
-    {"'':1 ", {0, 12, 36}},
-    {"internal:1 ", {1, 2, 3, 4, 9, 26, 33}},
-    {"attached:1 ", {5}},
-    {"", {6, 35}},
-    {"static:1 ", {7}},
-    {"vcs:1 ", {8}},
-    {"rip:1 ", {10}},
-    {"connected:1 ", {11}},
-    {"aggregate:1 ", {13, 14}},
-    {"ospfIntraArea:1 ospfTotal:1 ", {15}},
-    {"ospfInterArea:1 ospfTotal:1 ", {16}},
-    {"ospfExternal1:1 ospfTotal:1 ", {17}},
-    {"ospfExternal2:1 ospfTotal:1 ", {18}},
-    {"nssaExternal1:1 ospfTotal:1 ", {19}},
-    {"nssaExternal2:1 ospfTotal:1 ", {20}},
-    {"bgpInternal:1 bgpTotal:1 ", {21}},
-    {"bgpExternal:1 bgpTotal:1 ", {22}},
-    {"isisLevel1:1 isisTotal:1 ", {23}},
-    {"isisLevel2:1 isisTotal:1 ", {24}},
-    {"staticNexthopGroup:1 ", {25}},
-    {"ospfv3Total:1 ", {27, 28, 29, 30, 31}},
-    {"DhcpDefaultRoute:1 ", {32}},
-    {"dynamicPolicy:1 ", {34}}};
+const std::vector<Kind> Facts<Rova::Ip4Family>::kinds = {{"'':1 ", {0, 12, 36}},
+                                                         {"internal:1 ", {1, 2, 3, 4, 9, 26, 33}},
+                                                         {"attached:1 ", {5}},
+                                                         {"", {6, 35}},
+                                                         {"static:1 ", {7}},
+                                                         {"vcs:1 ", {8}},
+                                                         {"rip:1 ", {10}},
+                                                         {"connected:1 ", {11}},
+                                                         {"aggregate:1 ", {13, 14}},
+                                                         {"ospfIntraArea:1 ospfTotal:1 ", {15}},
+                                                         {"ospfInterArea:1 ospfTotal:1 ", {16}},
+                                                         {"ospfExternal1:1 ospfTotal:1 ", {17}},
+                                                         {"ospfExternal2:1 ospfTotal:1 ", {18}},
+                                                         {"nssaExternal1:1 ospfTotal:1 ", {19}},
+                                                         {"nssaExternal2:1 ospfTotal:1 ", {20}},
+                                                         {"bgpInternal:1 bgpTotal:1 ", {21}},
+                                                         {"bgpExternal:1 bgpTotal:1 ", {22}},
+                                                         {"isisLevel1:1 isisTotal:1 ", {23}},
+                                                         {"isisLevel2:1 isisTotal:1 ", {24}},
+                                                         {"staticNexthopGroup:1 ", {25}},
+                                                         {"ospfv3Total:1 ", {27, 28, 29, 30, 31}},
+                                                         {"DhcpDefaultRoute:1 ", {32}},
+                                                         {"dynamicPolicy:1 ", {34}}};
 
 template <>
 struct Facts<Rova::Ip6Family> {
@@ -107,8 +106,8 @@ struct SummaryTest : testing::Test {
 
   Lumo::Ptr<Rova::Summary<Family>> open(const char* vrf = L3::defaultVrfName) {
     const auto& of = device.state.vrfs.front();
-    return Facts<Family>::factory(of.*Facts<Family>::config, of.*Facts<Family>::status, device.state.arpVanta, device.state.vrfIdMap,
-                      vrf);
+    return Facts<Family>::factory(of.*Facts<Family>::config, of.*Facts<Family>::status,
+                                  device.state.arpVanta, device.state.vrfIdMap, vrf);
   }
   std::string routes() {
     const auto summary = open();
@@ -173,7 +172,7 @@ TYPED_TEST(SummaryTest, TypesOfOneKeyAddUpAndLengthsReachBothEnds) {
 
 TYPED_TEST(SummaryTest, TheConfigurationDividesStaticRoutes) {
   using T = Texts<TypeParam>;
-  // The route under test is `inside` with preference 1.
+  // The route under test is `inside` with preference 200.
   const struct {
     const char* what;
     const char* prefix;
@@ -181,21 +180,27 @@ TYPED_TEST(SummaryTest, TheConfigurationDividesStaticRoutes) {
     bool dynamic;
     const char* key;
   } cases[] = {
-      {"configured to stay", T::inside, 1, false, "staticPersistent:1 "},
-      {"made at run time", T::inside, 1, true, "staticNonPersistent:1 "},
-      {"another preference", T::inside, 2, true, "staticPersistent:1 "},
-      {"another prefix", T::wide, 1, true, "staticPersistent:1 "},
+      {"configured to stay", T::inside, 200, false, "staticPersistent:1 "},
+      {"made at run time", T::inside, 200, true, "staticNonPersistent:1 "},
+      {"another preference", T::inside, 1, true, "staticPersistent:1 "},
+      {"another prefix", T::wide, 200, true, "staticPersistent:1 "},
   };
-  const std::string rest = "| " + std::to_string(prefixOf<TypeParam>(T::inside).len()) + ":1 | 1";
-  this->route(T::inside, T::Type::staticRoute);
+  typename TypeParam::Route route;
+  route.key = prefixOf<TypeParam>(T::inside);
+  route.preferenceIs(200);
+  route.routeType = T::Type::staticRoute;
+  auto& routes = this->device.template routes<TypeParam>();
+  routes.insert(route);
+  const std::string rest = "| " + std::to_string(route.key.len()) + ":1 | 1";
   EXPECT_EQ(this->routes(), "static:1 staticPersistent:1 " + rest) << "not configured at all";
   for (const auto& [what, prefix, preference, dynamic, key] : cases) {
     this->config() = Lumo::newEntity<Routing::ConfigGen>();
     this->configure(prefix, preference, dynamic);
     EXPECT_EQ(this->routes(), "static:1 " + std::string(key) + rest) << what;
   }
-  this->configure(T::inside, 1, true);
-  this->route(T::inside, T::Type::nexthopGroup);
+  this->configure(T::inside, 200, true);
+  route.routeType = T::Type::nexthopGroup;
+  routes.insert(route);
   EXPECT_EQ(this->routes(), "staticNexthopGroup:1 " + rest) << "of another type";
 }
 
@@ -330,6 +335,41 @@ TYPED_TEST(SummaryTest, IsCalledAndReadByName) {
   summary->routeCountByTypeDelAll();
   summary->routeCountByMaskDelAll();
   EXPECT_EQ(counted(*summary), "| | 2");
+}
+
+TYPED_TEST(SummaryTest, ItsTextNamesItsAttributes) {
+  const auto summary = Facts<TypeParam>::factory({}, {}, {}, {}, "red");
+  EXPECT_EQ(Lumo::valueToStrep(*summary).str(),
+            "Value('" + std::string(summary->fwkType()->name) +
+                "', ** {'routingConfig': None, 'routingStatus': None, 'arpVanta': None, "
+                "'vrfIdMap': None, 'vrfName': " +
+                Lumo::valueToStrep(summary->vrfName()).str() +
+                ", 'routeCountByType': None, 'routeCountByMask': None, 'totalNumRoutes': 0})");
+}
+
+/// Makes every attempt to give up the activity lock raise, for the life of the object.
+struct Unreleasable {
+  Unreleasable() { Lumo::ActivityUnlockAnchor::lock().releasableIs(false); }
+  ~Unreleasable() { Lumo::ActivityUnlockAnchor::lock().releasableIs(true); }
+};
+
+TYPED_TEST(SummaryTest, YieldsOnThe2001stRouteCountedOrNotAndForNoNeighbour) {
+  using Address = typename TypeParam::Address;
+  const Unreleasable unreleasable;
+  typename TypeParam::Route record;
+  record.routeType = typename TypeParam::RouteType(Facts<TypeParam>::types);
+  const auto enter = [&](unsigned number) {
+    std::array<std::uint8_t, Address::bits / 8> bytes{0x20, std::uint8_t(number >> 8),
+                                                      std::uint8_t(number)};
+    record.key = Kesh::pfx(Address::fromBytes(bytes.data()), TypeParam::hostLength);
+    this->device.template routes<TypeParam>().insert(record);
+    this->neighbor(0, ("Ethernet" + std::to_string(number)).c_str());
+  };
+  for (unsigned number = 1; number <= 2000; ++number) enter(number);
+  EXPECT_EQ(this->routes(), "| | 0");
+  enter(2001);
+  EXPECT_THROW(this->routes(), Lumo::InternalException);
+  EXPECT_EQ(this->attached("default"), "attached:2001 | " + this->host() + ":2001 | 2001");
 }
 
 /// The texts of the trace points on levels 0 and 1 for the life of the object.
