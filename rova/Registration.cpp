@@ -21,20 +21,14 @@ constexpr Exported exported() {
 }
 
 constexpr Exported types[] = {
-    exported<PolicyInfo>(),
-    exported<CachedFec>(),
-    exported<NexthopGroupCounterHelper>(),
-    exported<RouteSorter>(),
-    exported<PolicyInfoSet>(),
-    exported<NexthopGroupCliCounterInterface>(),
-    exported<SortedTunViaSet>(),
-    exported<NexthopGroupSummaryHelper>(),
-    exported<CachedNhgVia>(),
-    exported<NexthopGroupHelper>(),
-    exported<CounterEntry>(),
-    exported<Route6Sorter>(),
-    exported<SortedTunVia>(),
-    exported<CachedVia>(),
+    exported<PolicyInfo>(),      exported<CachedFec>(),
+    exported<Route6Summary>(),   exported<NexthopGroupCounterHelper>(),
+    exported<RouteSorter>(),     exported<PolicyInfoSet>(),
+    exported<RouteSummary>(),    exported<NexthopGroupCliCounterInterface>(),
+    exported<SortedTunViaSet>(), exported<NexthopGroupSummaryHelper>(),
+    exported<CachedNhgVia>(),    exported<NexthopGroupHelper>(),
+    exported<CounterEntry>(),    exported<Route6Sorter>(),
+    exported<SortedTunVia>(),    exported<CachedVia>(),
     exported<CounterIndex>(),
 };
 

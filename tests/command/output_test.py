@@ -50,7 +50,8 @@ class OutputTest(CommandTest):
 
     def test_full_disk(self):
         for words in (["show", "ip", "route"], ["--format", "json", "show", "ip", "route"],
-                      ["show", "ipv6", "route", "vrf", "all"], ["snapshot", "save", "-"],
+                      ["show", "ipv6", "route", "vrf", "all"], ["show", "ip", "route", "summary"],
+                      ["snapshot", "save", "-"],
                       ["--help"], ["--version"]):
             with self.subTest(words), open("/dev/full", "wb") as full:
                 result = subprocess.run([program(), "--state", STATE, *words], stdout=full,

@@ -17,6 +17,8 @@ SAME = [
     ("sh ip ro ospf", "show ip route ospf"),
     ("sh ip ro h | json", "show ip route host | json"),
     ("sh ipv6 ro ho vr red | json", "show ipv6 route vrf red host | json"),
+    ("sh ip ro su", "show ip route summary"),
+    ("sh ipv6 ro vr red sum | json", "--format json show ipv6 route summary vrf red"),
     ("sn s -", "snapshot save -"),
     ("sh ip ro | json", "--format json show ip route"),
     ("sh ipv6 ro vrf all | json", "--format json show ipv6 route vrf all"),

@@ -13,3 +13,4 @@
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"
+#include "rova/summary/Summary.h"
