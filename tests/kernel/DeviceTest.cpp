@@ -382,8 +382,9 @@ TEST_F(DeviceTest, DevicesOfTheNameAreConfiguredTunnels) {
     ASSERT_EQ(entry.tunnelVia.size(), 1u) << one.port;
     const auto encap = entry.tunnelVia[0].encapId;
     EXPECT_EQ(encap.value(), one.encap) << one.port;
-    const Tunnel::L3TunnelInfo ends =
-        encap.kind() == gre ? Tunnel::L3TunnelInfo(fib.greEncap(encap)) : fib.ipsecVtiEncap(encap);
+    const Tunnel::L3TunnelInfo ends = encap.kind() == gre
+                                          ? Tunnel::L3TunnelInfo(fib.greEncap(encap))
+                                          : Tunnel::L3TunnelInfo(fib.ipsecVtiEncap(encap));
     EXPECT_EQ(ends.destination.stringValue().str(), one.destination) << one.port;
     EXPECT_EQ(ends.source.stringValue().str(), "10.0.0.1") << one.port;
   }

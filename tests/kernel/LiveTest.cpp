@@ -330,8 +330,9 @@ std::set<std::string> configuredTunnels(const state::DeviceState& device) {
     const auto encap = entry.tunnelVia.at(0).encapId;
     const bool gre = encap.kind() == Tunnel::TunnelTable::EncapKind::gre;
     const auto key = device.tunnelFib->greEncap(encap).greKey;
-    const Tunnel::L3TunnelInfo ends = gre ? Tunnel::L3TunnelInfo(device.tunnelFib->greEncap(encap))
-                                          : device.tunnelFib->ipsecVtiEncap(encap);
+    const Tunnel::L3TunnelInfo ends =
+        gre ? Tunnel::L3TunnelInfo(device.tunnelFib->greEncap(encap))
+            : Tunnel::L3TunnelInfo(device.tunnelFib->ipsecVtiEncap(encap));
     out.insert("Tunnel" + std::to_string(id.index()) + (gre ? " GRE " : " VTI ") +
                ends.source.stringValue().str() + " to " + ends.destination.stringValue().str() +
                " key " + std::to_string(key) + " ttl " + std::to_string(ends.ttl));
