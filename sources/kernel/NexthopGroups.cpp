@@ -51,6 +51,7 @@ class GroupFiller {
         builder_(builder),
         gateways_(kernel),
         encapsulations_(kernel.encapsulations.byNumber()) {
+    objects_.reserve(kernel.nexthops.size());
     for (const Nexthop& object : kernel.nexthops) objects_[object.id] = &object;
   }
 
@@ -107,7 +108,6 @@ class GroupFiller {
 
   /// Enters the group in each VRF that it is programmed in.
   void enterAdjacency(std::uint32_t id, const std::vector<Entry>& entries) {
-    const NexthopGroupAdj adjacency = adjacencyOf(entries);
     std::set<std::uint32_t> tables{RT_TABLE_MAIN};
     for (const Entry& entry : entries) {
       if (entry.object) tables.insert(interfaces_.find(entry.object->hop.interface).table);
@@ -117,7 +117,7 @@ class GroupFiller {
       const L3::VrfName& vrf = vrfs_.vrf(table).name;
       auto* status = vrfStatus.find(vrf);
       if (!status) status = &vrfStatus.insertOrAssign(vrf, {});
-      status->nexthopGroupAdj.insertOrAssign(id, adjacency);
+      status->nexthopGroupAdj.insertOrAssign(id, adjacencyOf(entries));
     }
   }
 
