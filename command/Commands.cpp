@@ -12,11 +12,14 @@ namespace command {
 namespace {
 
 constexpr std::string_view routeArguments =
-    "[vrf NAME|all] [ADDRESS | PREFIX [longer-prefixes]] [detail] [PROTOCOL] [interface NAME]";
+    "[vrf NAME|all] [ADDRESS | PREFIX [longer-prefixes]] [detail] [PROTOCOL] [interface NAME] | "
+    "[vrf NAME|all] host";
 
 constexpr Command commands[] = {
-    {"show ip route", routeArguments, "The IPv4 routing table of a VRF.", showIpRoute},
-    {"show ipv6 route", routeArguments, "The IPv6 routing table of a VRF.", showIpv6Route},
+    {"show ip route", routeArguments, "The IPv4 routing table of a VRF, or its host route table.",
+     showIpRoute},
+    {"show ipv6 route", routeArguments, "The IPv6 routing table of a VRF, or its host route table.",
+     showIpv6Route},
     {"snapshot save", "FILE", "Write the state that is shown to a file, - for standard output.",
      saveSnapshot},
 };
@@ -81,6 +84,7 @@ examples:
   rova show ip route
   rova show ip route 10.1.2.3
   rova show ipv6 route vrf red bgp
+  rova show ip route vrf all host
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
 
 exit status: 0 success, 1 failure, 2 wrong usage, 130 after an interrupt

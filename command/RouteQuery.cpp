@@ -19,11 +19,11 @@ constexpr Protocol protocols[] = {
 
 /// The keywords that are no protocols; the protocols stand behind them in one list, so that an
 /// abbreviation is unambiguous among all.
-enum Keyword { detail, interface, longerPrefixes, vrf, firstProtocol };
+enum Keyword { detail, host, interface, longerPrefixes, vrf, firstProtocol };
 
 constexpr auto keywords = [] {
-  std::array<std::string_view, firstProtocol + std::size(protocols)> list{"detail", "interface",
-                                                                          "longer-prefixes", "vrf"};
+  std::array<std::string_view, firstProtocol + std::size(protocols)> list{
+      "detail", "host", "interface", "longer-prefixes", "vrf"};
   for (std::size_t i = 0; i < std::size(protocols); ++i)
     list[firstProtocol + i] = protocols[i].word;
   return list;
@@ -59,8 +59,20 @@ class QueryParser {
     seen = true;
   }
 
+  /// Reports a word that does not go with an earlier one: the host table is shown as a whole, so
+  /// that of the other parts it has the VRF alone.
+  void narrows() {
+    narrowed_ = true;
+    refuseNarrowedHost();
+  }
+  void refuseNarrowedHost() {
+    if (!query_.host || !narrowed_) return;
+    words_.failAtLast("host goes with vrf alone: the host route table is shown as a whole");
+  }
+
   void readPrefix() {
     const auto word = words_.take("a prefix");
+    narrows();
     once(hasPrefix_);
     if (const auto address = AddressOf<Prefix>::parse(word)) {
       query_.prefix = Prefix(*address, Prefix::maxLength);
@@ -82,9 +94,14 @@ class QueryParser {
   void readKeyword() {
     const int keyword = words_.takeKeyword(keywords);
     if (keyword < 0) failUnknown();
+    if (keyword != host && keyword != vrf) narrows();
     switch (keyword) {
     case detail:
       once(query_.detail);
+      break;
+    case host:
+      once(query_.host);
+      refuseNarrowedHost();
       break;
     case interface:
       if (query_.interface) words_.failAtLast("this part of the query stands twice");
@@ -106,7 +123,7 @@ class QueryParser {
   [[noreturn]] void failUnknown() {
     words_.fail("\"" + std::string(words_.peek()) + "\" is not understood: expected an " +
                 familyName<Prefix> +
-                " address or prefix, vrf, longer-prefixes, detail, interface, " +
+                " address or prefix, vrf, host, longer-prefixes, detail, interface, " +
                 "or a protocol (" + protocolWordList() + ")");
   }
 
@@ -115,6 +132,7 @@ class QueryParser {
   bool hasPrefix_ = false;
   bool hasVrf_ = false;
   bool hasProtocol_ = false;
+  bool narrowed_ = false; ///< has a part that selects among the routes, or shows more of them
 };
 
 } // namespace

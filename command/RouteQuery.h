@@ -14,6 +14,7 @@ struct RouteQuery {
   std::string vrf = "default"; ///< "all" for every VRF
   Prefix prefix = Prefix::nullPrefix();
   bool typedMask = false;
+  bool host = false; ///< the host route table, which has no other part of a query but the VRF
   bool longerPrefixes = false;
   bool detail = false;
   std::string protocol; ///< a protocol code

@@ -54,7 +54,6 @@ auto makeSorter(const state::DeviceState& device, const state::VrfState& vrf,
   if (query.interface) {
     intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
   }
-  const bool host = false;
   const double quantify = options.timing ? options.startTime : 0.0;
   return std::apply(
       Listing::factory,
@@ -65,8 +64,8 @@ auto makeSorter(const state::DeviceState& device, const state::VrfState& vrf,
                           device.*Listing::hardware, device.nhEntryStatus,
                           vrf.kernelUnprogrammedRoute, device.evpnVxlanTunnelTable,
                           device.tunnelTableDir, query.prefix, intf, Lumo::String(query.protocol),
-                          query.detail, query.longerPrefixes, vrf.name, vrf.id, host, STDOUT_FILENO,
-                          quantify, query.typedMask),
+                          query.detail, query.longerPrefixes, vrf.name, vrf.id, query.host,
+                          STDOUT_FILENO, quantify, query.typedMask),
           interfaceFlag<Listing>(query),
           std::make_tuple(device.srTePolicyStatus, device.policyForwardingStatus,
                           options.olderNexthopGroups, device.*Listing::unprogrammed)));
@@ -91,13 +90,38 @@ std::vector<const state::VrfState*> vrfsOf(const state::DeviceState& device,
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
 ExitStatus endedEarly() { return scrivo::interruptRequested() ? interrupted : success; }
 
+/// The listing of one VRF, a fragment that its entry in the document holds. False when it ended
+/// early.
+template <class Sorter>
+bool showListing(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName, Sorter& sorter) {
+  frame.startDictEntry(vrfName);
+  frame.ioflush();
+  if (!sorter.printRoutes(STDOUT_FILENO, frame.format())) return false;
+  frame.endDictEntry();
+  return true;
+}
+
+/// The host table of one VRF, a document of its own, or nothing at all when it is empty.
+template <class Sorter>
+bool showHostTable(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName, Sorter& sorter) {
+  if (sorter.sortedRoutes() == 0) {
+    frame.startDictEntry(vrfName);
+    frame.endDictEntry();
+    return true;
+  }
+  frame.startSimpleDictEntry(vrfName);
+  frame.awaitDocument();
+  if (!sorter.printRoutes(STDOUT_FILENO, frame.format())) return false;
+  frame.endSimpleDictEntry();
+  return true;
+}
+
 template <class Listing>
 ExitStatus showRoute(Words& words, const Options& options) {
   const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
   const auto device = sources::open(options.state);
   const auto vrfs = vrfsOf(device, query.vrf, options);
-  // The document around the listings, which write their fragments into it: it is flushed ahead of
-  // each of them.
+  // The document around the listings, which write into it: it is flushed ahead of each of them.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   frame.start();
@@ -105,10 +129,11 @@ ExitStatus showRoute(Words& words, const Options& options) {
   for (const auto* vrf : vrfs) {
     const auto sorter = makeSorter<Listing>(device, *vrf, query, options);
     vrfName.setValue(vrf->name.stringValue());
-    frame.startDictEntry(vrfName);
-    frame.ioflush();
-    if (!sorter->printRoutes(STDOUT_FILENO, options.format)) return endedEarly();
-    frame.endDictEntry();
+    // A listing names its VRF itself, a host table does not.
+    if (query.host && query.vrf == "all") frame.addFrills("\nVRF: %s\n", vrf->name.stringValue());
+    const bool isWhole =
+        query.host ? showHostTable(frame, vrfName, *sorter) : showListing(frame, vrfName, *sorter);
+    if (!isWhole) return endedEarly();
   }
   frame.endDict();
   frame.end();

@@ -92,6 +92,12 @@ void JsonWriter::add(const AttrInfo& info) {
   putValue(info);
 }
 
+void JsonWriter::valueFollows() {
+  LUMO_ASSERT(top_->rule->holds == Holds::oneValue && !top_->hasContent,
+              "a document from elsewhere is the value of a simple entry");
+  top_->hasContent = true;
+}
+
 void JsonWriter::assertComplete() const {
   LUMO_ASSERT(top_ == levels_, "every part of the model is ended before close()");
 }

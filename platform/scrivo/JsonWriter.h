@@ -37,6 +37,8 @@ class JsonWriter {
   void openElement(const LevelRule& rule);
   void close(const LevelRule& rule);
   void add(const AttrInfo& info);
+  /// The value of the open simple entry is written by someone else, behind what stands here.
+  void valueFollows();
   /// Fails an assertion if a level is still open.
   void assertComplete() const;
 

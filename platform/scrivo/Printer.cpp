@@ -59,6 +59,11 @@ void Printer::print(FormatText format, const AttrWord* words, unsigned count) {
   if (takesText()) printFormat(body_->out, format, words, count);
 }
 
+void Printer::awaitDocument() {
+  if (takesModel()) body_->json.valueFollows();
+  ioflush();
+}
+
 int Printer::fullness() { return isAlive() ? body_->out.fullness() : 0; }
 
 void Printer::ioflush() {

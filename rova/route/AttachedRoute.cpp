@@ -42,9 +42,11 @@ typename Family::Route Sorter<Family>::createAttachedRoute(Kesh::IpGenAddr ip,
   const auto prefix = hostPrefix(ip, Family());
   Route route = sortedRoute(prefix);
   if (!(route == Route())) {
-    CachedVia via;
-    via.intfIdIs(intfId);
-    fec(route.fecId)->viaIs(via, true);
+    if (const auto& known = fec(route.fecId)) { // null for a route of the table without a FEC
+      CachedVia via;
+      via.intfIdIs(intfId);
+      known->viaIs(via, true);
+    }
     return route;
   }
   route.key = prefix;

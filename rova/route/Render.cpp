@@ -1,6 +1,7 @@
 #include "rova/route/Render.h"
 
 #include "FecLook.h"
+#include "ListingParts.h"
 #include "lumo/Assert.h"
 #include "lumo/System.h"
 #include "rova/core/Trace.h"
@@ -15,12 +16,6 @@ namespace {
 
 using Vrf::VrfIdMap::VrfId;
 
-/// Above this share of its buffer, in percent, the printer is flushed after a route.
-constexpr int flushAbove = 66;
-
-constexpr const char* rule = "======================================================\n";
-constexpr const char* hardwareWarning = "WARNING: Some of the routes are not programmed in     \n"
-                                        "hardware, and they are marked with '*'.               \n";
 constexpr const char* kernelWarning = "WARNING: Some of the routes are not programmed in     \n"
                                       "kernel, and they are marked with '%'.                 \n";
 
@@ -53,14 +48,12 @@ class Listing {
     printRoutes();
     printer_.endDict();
     printer_.addFrills("\n");
-    if (sorter_.quantify() != 0.0) printTiming(start);
+    if (sorter_.quantify() != 0.0) printTiming(sorter_, printer_, start);
   }
 
  private:
   void printEntryCount();
-  bool hasHardwareUnprogrammed() const;
   void printFlags();
-  void printTiming(double start);
 
   const char* defaultRouteState(const Route& route) const;
   bool isConfigured(const Prefix& prefix) const;
@@ -74,7 +67,6 @@ class Listing {
   bool hasV6Nexthop() const;
   RouteLine lineOf(const Route& route);
   const char* srcVrfName(VrfId vrf);
-  bool isHardwareProgrammed(const Prefix& prefix) const;
   bool isKernelProgrammed(const Prefix& prefix) const;
   void printMissingFec(const Route& route);
   void buildGroups(CachedFec& fec);
@@ -109,41 +101,22 @@ void Listing<Family>::printEntryCount() {
 }
 
 template <class Family>
-bool Listing<Family>::hasHardwareUnprogrammed() const {
-  if (!sorter_.unprogrammedRouteStatus()) return false;
-  bool found = false;
-  const auto& counts = sorter_.unprogrammedRouteStatus()->unprogrammedRouteCount;
-  const auto* const count = counts.safeLookup(sorter_.vrfId(), found, 0);
-  return found && count->count != 0;
-}
-
-template <class Family>
 void Listing<Family>::printFlags() {
   scrivo::BoolAttrInfo routingDisabled(printer_, "routingDisabled");
   scrivo::BoolAttrInfo allInHardware(printer_, "allRoutesProgrammedHardware");
   scrivo::BoolAttrInfo allInKernel(printer_, "allRoutesProgrammedKernel");
 
-  const bool hardwareMissing = hasHardwareUnprogrammed();
+  const bool hardwareMissing = hasHardwareUnprogrammed(sorter_);
   const bool kernelMissing = kernelUnprogrammedRoutes(sorter_);
-  if (hardwareMissing) printer_.addFrills("%s%s", rule, hardwareWarning);
+  if (hardwareMissing) printer_.addFrills("%s%s", warningRule, hardwareWarning);
   if (kernelMissing) printer_.addFrills("%s", kernelWarning);
-  if (hardwareMissing) printer_.addFrills("%s", rule);
+  if (hardwareMissing) printer_.addFrills("%s", warningRule);
 
-  routingDisabled.setValue(!sorter_.routingConfig() || !sorter_.routingConfig()->routing);
+  routingDisabled.setValue(isRoutingDisabled(sorter_));
   allInHardware.setValue(!hardwareMissing);
   allInKernel.setValue(!kernelMissing);
   printer_.addAttributes("", 3, routingDisabled.getArg(), allInHardware.getArg(),
                          allInKernel.getArg());
-}
-
-template <class Family>
-void Listing<Family>::printTiming(double start) {
-  scrivo::DoubleAttrInfo quantify(printer_, "quantify");
-  scrivo::DoubleAttrInfo rsTime(printer_, "rsTime");
-  quantify.setValue(Lumo::System::currentTime() - sorter_.quantify());
-  rsTime.setValue(start - sorter_.quantify());
-  printer_.addFrills("Time taken for the routes to be printed: %f seconds.\n", quantify.getArg());
-  printer_.addFrills("Time taken to create the routeSorter: %f seconds.\n", rsTime.getArg());
 }
 
 template <class Family>
@@ -251,7 +224,7 @@ RouteLine Listing<Family>::lineOf(const Route& route) {
     line.srcVrfName = srcVrfName(source);
     line.routeLeaked = !(sorter_.vrfName().stringValue() == line.srcVrfName);
   }
-  line.hardwareProgrammed = isHardwareProgrammed(route.key);
+  line.hardwareProgrammed = isHardwareProgrammed(sorter_, route.key);
   line.kernelProgrammed = isKernelProgrammed(route.key);
   return line;
 }
@@ -265,15 +238,6 @@ const char* Listing<Family>::srcVrfName(VrfId vrf) {
   lastSrcVrfName_ = found ? entry->name : Lumo::String();
   lastSrcVrf_ = vrf;
   return lastSrcVrfName_.c_str();
-}
-
-template <class Family>
-bool Listing<Family>::isHardwareProgrammed(const Prefix& prefix) const {
-  const auto& status = sorter_.unprogrammedRouteStatus();
-  if (!status) return true;
-  bool found = false;
-  status->unprogrammedRoute.safeLookup({prefix, sorter_.vrfId()}, found, 0);
-  return !found;
 }
 
 template <class Family>

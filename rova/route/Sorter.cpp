@@ -2,6 +2,7 @@
 
 #include "lumo/Assert.h"
 #include "rova/core/Trace.h"
+#include "rova/route/HostTable.h"
 #include "rova/route/Render.h"
 #include "rova/route/Selection.h"
 
@@ -48,7 +49,7 @@ void Sorter<Family>::handleInitialized() {
                                    << ", vrfId: " << vrfId_.value());
   loadAddresses();
   findTunnelTables();
-  filterPrefixes(*this);
+  host_ ? filterHostPrefixes(*this, Family::hostLength) : filterPrefixes(*this);
 }
 
 template <class Family>
@@ -83,8 +84,12 @@ bool Sorter<Family>::printRoutes(std::uint32_t fd, std::uint32_t fmt) {
   ROVA_TRACE(8, "bool " << Family::sorterTypeName << "::printRoutes(U32, U32)");
   try {
     scrivo::Printer printer(static_cast<int>(fd), fmt, false, false, true, 0);
-    printer.addFrills("\nVRF: %s\n", vrfName_.stringValue());
-    formatOutput(*this, printer);
+    if (host_) {
+      formatHostRouteOutput(*this, fd, fmt, printer);
+    } else {
+      printer.addFrills("\nVRF: %s\n", vrfName_.stringValue());
+      formatOutput(*this, printer);
+    }
     printer.close();
     return true;
   } catch (const scrivo::sigintException& interrupt) {

@@ -5,8 +5,8 @@ import unittest
 
 from support import CommandTest, rova
 
-QUERY_PARTS = ("vrf, longer-prefixes, detail, interface, or a protocol (aggregate bgp connected "
-               "dhcp dynamic isis kernel martian ospf ospf3 rip static vcs)")
+QUERY_PARTS = ("vrf, host, longer-prefixes, detail, interface, or a protocol (aggregate bgp "
+               "connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs)")
 
 # The message, the command line, the caret.
 WRONG_WORDS = [
@@ -117,6 +117,34 @@ WRONG_WORDS = [
     """rova: "2001:db8:::1" is no IPv6 address or prefix
   show ipv6 route 2001:db8:::1
                   ^
+""",
+    """rova: host goes with vrf alone: the host route table is shown as a whole
+  show ip route host detail
+                     ^
+""",
+    """rova: host goes with vrf alone: the host route table is shown as a whole
+  show ip route 10.1.0.0/16 host
+                            ^
+""",
+    """rova: host goes with vrf alone: the host route table is shown as a whole
+  show ipv6 route host vrf red 2001:db8::1
+                               ^
+""",
+    """rova: host goes with vrf alone: the host route table is shown as a whole
+  show ip route host interface Ethernet1
+                     ^
+""",
+    """rova: host goes with vrf alone: the host route table is shown as a whole
+  show ip route bgp vrf all ho
+                            ^
+""",
+    """rova: host goes with vrf alone: the host route table is shown as a whole
+  show ip route host longer-prefixes
+                     ^
+""",
+    """rova: this part of the query stands twice
+  show ip route host host
+                     ^
 """,
     # The caret counts characters, not bytes.
     """rova: this part of the query stands twice

@@ -15,6 +15,8 @@ SAME = [
     ("sh ip ro static det vrf red", "show ip route vrf red detail static"),
     ("sh ip ro int Ethernet1", "show ip route interface Ethernet1"),
     ("sh ip ro ospf", "show ip route ospf"),
+    ("sh ip ro h | json", "show ip route host | json"),
+    ("sh ipv6 ro ho vr red | json", "show ipv6 route vrf red host | json"),
     ("sn s -", "snapshot save -"),
     ("sh ip ro | json", "--format json show ip route"),
     ("sh ipv6 ro vrf all | json", "--format json show ipv6 route vrf all"),

@@ -49,6 +49,19 @@ TYPED_TEST(AttachedRouteTest, AKnownNeighbourGetsAFurtherVia) {
   EXPECT_EQ(sorter->fec(first.fecId)->weight(), 1u);
 }
 
+TYPED_TEST(AttachedRouteTest, ARouteWithoutAFecGetsNoVia) {
+  using T = Texts<TypeParam>;
+  const auto sorter = openSorter<TypeParam>(this->device);
+  typename TypeParam::Route route;
+  route.key = prefixOf<TypeParam>(T::host);
+  for (const auto fec : {FecId(), FecId(7)}) {
+    route.fecId = fec;
+    sorter->sortedRouteIs(route.key, route);
+    EXPECT_EQ(sorter->createAttachedRoute(addr(T::hostAddress), intf("Vlan10")), route);
+    EXPECT_EQ(sorter->fecs(), 0u);
+  }
+}
+
 TYPED_TEST(AttachedRouteTest, NumbersGoOnInOneClassAndAreApartFromTheOther) {
   using T = Texts<TypeParam>;
   using OtherFamily = std::conditional_t<std::is_same_v<TypeParam, Rova::Ip4Family>,

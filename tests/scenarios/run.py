@@ -14,6 +14,7 @@ import json
 import sys
 
 import agreement
+import host_agreement
 from scenario import all_scenarios, parse_json, without_times
 
 
@@ -57,7 +58,8 @@ def model_problems(scenario, output, text):
     if model != expected:
         yield difference("JSON", json.dumps(expected, indent=2, sort_keys=True),
                          json.dumps(model, indent=2, sort_keys=True))
-    for problem in agreement.problems_of(text, model):
+    values = host_agreement if "host" in scenario.words else agreement
+    for problem in values.problems_of(text, model):
         yield f"text and model disagree: {problem}\n"
 
 

@@ -139,6 +139,38 @@ TEST(Model, OneWalkMakesBothOutputs) {
   }
 }
 
+TEST(Model, ADocumentOfAnotherPrinterIsTheValueOfASimpleEntry) {
+  for (const auto& [format, output] :
+       {std::pair(scrivo::modelFormat, "{\"d\":{\"64\":{\"size\":-2}\n,\"65\":null}}\n"),
+        std::pair(scrivo::textFormat, "ahead -2 behind")}) {
+    Sink sink;
+    Printer outer(sink.fd(), format, false, false, true, 0);
+    Infos infos(outer);
+    outer.start();
+    outer.startDict("d");
+    outer.addFrills("ahead ");
+    outer.startSimpleDictEntry(infos.key);
+    outer.awaitDocument();
+    {
+      Printer inner(sink.fd(), format, false, false, true, 0);
+      Infos innerInfos(inner);
+      inner.start();
+      inner.addAttributes("%d", 1, innerInfos.size.getArg());
+      inner.end();
+      inner.close();
+    }
+    outer.endSimpleDictEntry();
+    outer.addFrills(" behind");
+    infos.key.setValue(65);
+    outer.startSimpleDictEntry(infos.key);
+    outer.endSimpleDictEntry();
+    outer.endDict();
+    outer.end();
+    outer.close();
+    EXPECT_EQ(sink.text(), output);
+  }
+}
+
 TEST(Model, NestsToThirtyTwoLevels) {
   const auto nest = [](int levels) {
     return capture(scrivo::modelFormat, [=](Printer& p) {
@@ -166,6 +198,14 @@ TEST(ModelDeath, MisuseSaysWhatIsWanted) {
       {[](Printer& p, Infos& i) {
          p.startSimpleDictEntry(i.key);
          p.addAttributes("", 2, i.bare.getArg(), i.bare.getArg());
+       },
+       "a simple entry has one value"},
+      {[](Printer& p, Infos&) { p.startDict("d"), p.awaitDocument(); },
+       "a document from elsewhere"},
+      {[](Printer& p, Infos& i) {
+         p.startSimpleDictEntry(i.key);
+         p.awaitDocument();
+         p.addAttributes("", 1, i.bare.getArg());
        },
        "a simple entry has one value"},
       {[](Printer& p, Infos&) { p.startDict("d"); }, "every part of the model is ended"},

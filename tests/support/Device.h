@@ -166,6 +166,7 @@ struct Query {
   bool byInterface = false;   ///< the IPv6 flag `intf`
   std::string vrf = L3::defaultVrfName;
   bool withoutKernelStatus = false; ///< a null `kernelUnprogrammedRoute`
+  bool host = false;                ///< the host route table
 };
 
 template <class Family>
@@ -193,7 +194,7 @@ Lumo::Ptr<Rova::Sorter<Family>> openSorter(const Device& device, const Query& qu
         state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ipStatus,
         state.routingHardwareStatus, state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable,
         state.tunnelTableDir, prefix, intf, query.protocol, query.detail, query.longerPrefixes,
-        vrf->name, vrf->id, false, 1, 0.0, true, state.srTePolicyStatus,
+        vrf->name, vrf->id, query.host, 1, 0.0, true, state.srTePolicyStatus,
         state.policyForwardingStatus, false, state.unprogrammedRouteStatus);
   } else {
     return Rova::route6SorterFactory(
@@ -201,7 +202,7 @@ Lumo::Ptr<Rova::Sorter<Family>> openSorter(const Device& device, const Query& qu
         state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ip6Status,
         state.routing6HardwareStatus, state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable,
         state.tunnelTableDir, prefix, intf, query.protocol, query.detail, query.longerPrefixes,
-        vrf->name, vrf->id, false, 1, 0.0, true, query.byInterface, state.srTePolicyStatus,
+        vrf->name, vrf->id, query.host, 1, 0.0, true, query.byInterface, state.srTePolicyStatus,
         state.policyForwardingStatus, false, state.unprogrammedRoute6Status);
   }
 }

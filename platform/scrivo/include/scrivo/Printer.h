@@ -139,6 +139,11 @@ class LUMO_EXPORT Printer {
           sizeof...(Args));
   }
 
+  /// Tells that another printer on the same descriptor now writes a document of its own, `start` to
+  /// `end`, as the value of the open simple entry; writes out what stands ahead of it. Fails an
+  /// assertion where the model has no such entry open.
+  void awaitDocument();
+
   /// How full the buffer is, in percent (0 to 100).
   int fullness();
   /// Writes out what is buffered.

@@ -52,6 +52,20 @@ struct ROVA_EXPORT Ip4Family {
   static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
     return status.error;
   }
+
+  /// The neighbours whose attached routes the host table shows.
+  static const auto& neighbors(const Arp::Table::Status& status) { return status.arpEntry; }
+  /// The host table shows these types as going to the processor, whatever their FEC holds: IPv4
+  /// receives broadcasts too, where the same number of IPv6 is the attached type.
+  static constexpr bool hostGoesToCpu(RouteType type) {
+    return type >= RouteType::receive && type <= RouteType::receiveBroadcast;
+  }
+  /// A via on an interface without next hop goes to the processor in the host table, but for these
+  /// types: a neighbour is reached on the link, and a directed broadcast, which IPv6 does not
+  /// have, is sent out there.
+  static constexpr bool hostIsOnLink(RouteType type) {
+    return type == RouteType::receiveDirectedBroadcast || type == RouteType::attached;
+  }
 };
 
 struct ROVA_EXPORT Ip6Family {
@@ -87,6 +101,12 @@ struct ROVA_EXPORT Ip6Family {
   static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
     return status.error6;
   }
+
+  static const auto& neighbors(const Arp::Table::Status& status) { return status.neighborEntry; }
+  static constexpr bool hostGoesToCpu(RouteType type) {
+    return type == RouteType::receive || type == RouteType::receiveAll;
+  }
+  static constexpr bool hostIsOnLink(RouteType type) { return type == RouteType::attached; }
 };
 
 } // namespace Rova

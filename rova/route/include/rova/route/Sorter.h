@@ -3,6 +3,9 @@
 //   auto sorter = Rova::routeSorterFactory(...);   // loads: selection and FEC capture
 //   sorter->printRoutes(fd, format);               // renders, once
 //
+// With `host` set, the listing is that of the host route table, and the query's other parts but the
+// VRF do not matter.
+//
 // One template serves both families; core/Family.h names every difference.
 #pragma once
 
@@ -93,7 +96,7 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   /// Fills `cachedNexthopGroupIdToName` from the nexthop group entries.
   void buildNexthopGroupIdToName();
   /// A host route for a neighbour, with a FEC of its own; a neighbour that has a route already gets
-  /// one via more there. The route is returned, not stored.
+  /// one via more there, unless that route has no FEC. The route is returned, not stored.
   Route createAttachedRoute(Kesh::IpGenAddr ip, Kesh::IntfId intfId);
   /// Loads: local addresses, tunnel tables, then the selection of routes.
   void handleInitialized();

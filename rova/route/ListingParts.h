@@ -1,0 +1,56 @@
+// What the listing of the routing table and that of the host table have in common: whether routes
+// are programmed in hardware and the warning about it, the routing flag, the lines of timing.
+#pragma once
+
+#include "lumo/System.h"
+#include "rova/route/Sorter.h"
+#include "scrivo/Printer.h"
+
+namespace Rova {
+
+/// Above this share of its buffer, in percent, the printer is flushed after a route.
+inline constexpr int flushAbove = 66;
+
+/// The line above and below the warnings.
+inline constexpr const char* warningRule =
+    "======================================================\n";
+inline constexpr const char* hardwareWarning =
+    "WARNING: Some of the routes are not programmed in     \n"
+    "hardware, and they are marked with '*'.               \n";
+
+/// Whether the counts say that a route of the sorter's VRF is missing from the hardware.
+template <class Family>
+bool hasHardwareUnprogrammed(const Sorter<Family>& sorter) {
+  if (!sorter.unprogrammedRouteStatus()) return false;
+  bool found = false;
+  const auto& counts = sorter.unprogrammedRouteStatus()->unprogrammedRouteCount;
+  const auto* const count = counts.safeLookup(sorter.vrfId(), found, 0);
+  return found && count->count != 0;
+}
+
+template <class Family>
+bool isHardwareProgrammed(const Sorter<Family>& sorter, const typename Family::Prefix& prefix) {
+  const auto& status = sorter.unprogrammedRouteStatus();
+  if (!status) return true;
+  bool found = false;
+  status->unprogrammedRoute.safeLookup({prefix, sorter.vrfId()}, found, 0);
+  return !found;
+}
+
+template <class Family>
+bool isRoutingDisabled(const Sorter<Family>& sorter) {
+  return !sorter.routingConfig() || !sorter.routingConfig()->routing;
+}
+
+/// The last two lines of a timed listing whose printing began at `start`.
+template <class Family>
+void printTiming(const Sorter<Family>& sorter, scrivo::Printer& printer, double start) {
+  scrivo::DoubleAttrInfo quantify(printer, "quantify");
+  scrivo::DoubleAttrInfo rsTime(printer, "rsTime");
+  quantify.setValue(Lumo::System::currentTime() - sorter.quantify());
+  rsTime.setValue(start - sorter.quantify());
+  printer.addFrills("Time taken for the routes to be printed: %f seconds.\n", quantify.getArg());
+  printer.addFrills("Time taken to create the routeSorter: %f seconds.\n", rsTime.getArg());
+}
+
+} // namespace Rova
