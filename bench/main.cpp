@@ -11,8 +11,8 @@
 namespace {
 
 constexpr const char* usage =
-    "usage: bench_listing measure|text|json|snapshot [--ip6] [--routes N] [--repeats N]\n"
-    "                     [--prefixes FILE]\n";
+    "usage: bench_listing measure|rows|text|json|snapshot [--shape plain|tunnels|policies|host]\n"
+    "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n";
 
 /// Above it a table no longer fits into the memory of common machines.
 constexpr std::size_t mostRoutes = 20000000;
@@ -28,6 +28,18 @@ std::size_t number(const std::string& option, const std::string& text, std::size
   return value;
 }
 
+bench::Shape shape(const std::string& text) {
+  constexpr std::pair<const char*, bench::Shape> shapes[] = {{"plain", bench::Shape::plain},
+                                                             {"tunnels", bench::Shape::tunnels},
+                                                             {"policies", bench::Shape::policies},
+                                                             {"host", bench::Shape::host}};
+  for (const auto& [name, shape] : shapes) {
+    if (text == name) return shape;
+  }
+  throw std::runtime_error("--shape: found \"" + text +
+                           "\", expected plain, tunnels, policies or host");
+}
+
 bench::CaseOptions parse(const std::vector<std::string>& words) {
   bench::CaseOptions options;
   for (std::size_t at = 0; at < words.size(); ++at) {
@@ -40,6 +52,8 @@ bench::CaseOptions parse(const std::vector<std::string>& words) {
     const std::string& value = words[at + 1];
     if (words[at] == "--routes") {
       options.routes = number(words[at], value, mostRoutes);
+    } else if (words[at] == "--shape") {
+      options.shape = shape(value);
     } else if (words[at] == "--repeats") {
       options.repeats = static_cast<int>(number(words[at], value, 100));
     } else if (words[at] == "--prefixes") {
@@ -56,6 +70,8 @@ bench::CaseOptions parse(const std::vector<std::string>& words) {
 void run(const std::string& what, const bench::CaseOptions& options) {
   if (what == "measure") {
     std::cout << bench::toJson(options, bench::measure(options)) << std::endl;
+  } else if (what == "rows") {
+    std::cout << bench::checkRows(options) << std::endl;
   } else if (what == "text" || what == "json" || what == "snapshot") {
     bench::writeOutput(options, what);
   } else {

@@ -470,7 +470,7 @@ void RouteLinePrinter::printTunnelVias(const Subject& route,
     const auto index = static_cast<Tunnel::CliSupport::TunnelViaIndex>(at);
     const auto text = [index](const auto& table) {
       const auto* const found = table.find(index);
-      return found ? found->view() : std::string_view();
+      return found ? found->c_str() : "";
     };
     const auto* const labels = tunnel.viaLabelStack.find(index);
     const auto nexthopAddr = text(tunnel.nexthopAddr);
