@@ -9,20 +9,18 @@ namespace command {
 
 namespace {
 
-/// Where the handles of each family stand, and the factory that takes them.
+/// Where the handles of each family stand.
 template <class Family>
 struct Handles;
 
 template <>
 struct Handles<Rova::Ip4Family> {
-  static constexpr auto factory = Rova::routeSummaryFactory;
   static constexpr auto config = &state::VrfState::routingConfig;
   static constexpr auto routes = &state::VrfState::routingStatus;
 };
 
 template <>
 struct Handles<Rova::Ip6Family> {
-  static constexpr auto factory = Rova::route6SummaryFactory;
   static constexpr auto config = &state::VrfState::routing6Config;
   static constexpr auto routes = &state::VrfState::routing6Status;
 };
@@ -118,11 +116,10 @@ void printSummary(scrivo::Printer& printer, const Rova::Summary<Family>& summary
 /// The counts of one VRF, loaded.
 template <class Family>
 auto makeSummary(const state::DeviceState& device, const state::VrfState& vrf) {
-  const auto summary =
-      Handles<Family>::factory(vrf.*Handles<Family>::config, vrf.*Handles<Family>::routes,
-                               device.arpVanta, device.vrfIdMap, vrf.name);
-  summary->loadInternalStructures();
-  summary->loadAttachedRoutes();
+  Rova::Summary<Family> summary(vrf.*Handles<Family>::config, vrf.*Handles<Family>::routes,
+                                device.arpVanta, device.vrfIdMap, vrf.name);
+  summary.loadInternalStructures();
+  summary.loadAttachedRoutes();
   return summary;
 }
 
@@ -138,7 +135,7 @@ void showRouteSummary(const state::DeviceState& device,
   for (const auto* vrf : vrfs) {
     vrfName.setValue(vrf->name.stringValue());
     printer.startDictEntry(vrfName);
-    printSummary(printer, *makeSummary<Family>(device, *vrf));
+    printSummary(printer, makeSummary<Family>(device, *vrf));
     printer.endDictEntry();
   }
   printer.endDict();

@@ -158,22 +158,11 @@ constinit const Lumo::TypeRecord
 template class Summary<Ip4Family>;
 template class Summary<Ip6Family>;
 
-Lumo::Ptr<RouteSummary>
-routeSummaryFactory(const Lumo::Ptr<const Routing::ConfigGen>& routingConfig,
-                    const Lumo::Ptr<const Vanta::Fib::RouteStatus>& routingStatus,
-                    const Lumo::Ptr<const Arp::Table::Status>& arpVanta,
-                    const Lumo::Ptr<const Vrf::VrfIdMap::Status>& vrfIdMap, L3::VrfName vrfName) {
-  return Lumo::newEntity<RouteSummary>(routingConfig, routingStatus, arpVanta, vrfIdMap,
-                                       std::move(vrfName));
+std::ostream& operator<<(std::ostream& out, const RouteSummary& summary) {
+  return out << Lumo::valueToStrep(summary);
 }
-
-Lumo::Ptr<Route6Summary>
-route6SummaryFactory(const Lumo::Ptr<const Routing::ConfigGen>& routingConfig,
-                     const Lumo::Ptr<const Vanta::Fib6::RouteStatus>& routingStatus,
-                     const Lumo::Ptr<const Arp::Table::Status>& arpVanta,
-                     const Lumo::Ptr<const Vrf::VrfIdMap::Status>& vrfIdMap, L3::VrfName vrfName) {
-  return Lumo::newEntity<Route6Summary>(routingConfig, routingStatus, arpVanta, vrfIdMap,
-                                        std::move(vrfName));
+std::ostream& operator<<(std::ostream& out, const Route6Summary& summary) {
+  return out << Lumo::valueToStrep(summary);
 }
 
 } // namespace Rova

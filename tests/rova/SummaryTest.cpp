@@ -28,7 +28,6 @@ struct Facts<Rova::Ip4Family> {
   static constexpr std::size_t tracedTypes = 35;
   static constexpr auto config = &state::VrfState::routingConfig;
   static constexpr auto status = &state::VrfState::routingStatus;
-  static constexpr auto factory = Rova::routeSummaryFactory;
   static auto*& neighbors(Device& device) { return device.tables.arp; }
   static auto*& otherNeighbors(Device& device) { return device.tables.neighbors; }
   static const std::vector<Kind> kinds;
@@ -64,7 +63,6 @@ struct Facts<Rova::Ip6Family> {
   static constexpr std::size_t tracedTypes = 21;
   static constexpr auto config = &state::VrfState::routing6Config;
   static constexpr auto status = &state::VrfState::routing6Status;
-  static constexpr auto factory = Rova::route6SummaryFactory;
   static auto*& neighbors(Device& device) { return device.tables.neighbors; }
   static auto*& otherNeighbors(Device& device) { return device.tables.arp; }
   static const std::vector<Kind> kinds;
@@ -104,20 +102,20 @@ template <class Family>
 struct SummaryTest : testing::Test {
   using Type = typename Family::RouteType;
 
-  Lumo::Ptr<Rova::Summary<Family>> open(const char* vrf = L3::defaultVrfName) {
+  Rova::Summary<Family> open(const char* vrf = L3::defaultVrfName) {
     const auto& of = device.state.vrfs.front();
-    return Facts<Family>::factory(of.*Facts<Family>::config, of.*Facts<Family>::status,
-                                  device.state.arpVanta, device.state.vrfIdMap, vrf);
+    return Rova::Summary<Family>(of.*Facts<Family>::config, of.*Facts<Family>::status,
+                                 device.state.arpVanta, device.state.vrfIdMap, vrf);
   }
   std::string routes() {
-    const auto summary = open();
-    summary->loadInternalStructures();
-    return counted(*summary);
+    auto summary = open();
+    summary.loadInternalStructures();
+    return counted(summary);
   }
   std::string attached(const char* vrf) {
-    const auto summary = open(vrf);
-    summary->loadAttachedRoutes();
-    return counted(*summary);
+    auto summary = open(vrf);
+    summary.loadAttachedRoutes();
+    return counted(summary);
   }
   void route(const char* prefix, Type type) { device.route(prefix, type, {}); }
   void neighbor(std::uint32_t vrf, const char* interface) {
@@ -229,12 +227,12 @@ TYPED_TEST(SummaryTest, EveryLoadAddsInAnyOrder) {
   this->route(T::host, T::Type::attached);
   this->route(T::otherHost, T::Type::isisLevel2);
   this->neighbor(0, "Ethernet1");
-  const auto summary = this->open();
-  summary->loadAttachedRoutes();
-  summary->loadInternalStructures();
-  summary->loadAttachedRoutes();
-  summary->loadInternalStructures();
-  EXPECT_EQ(counted(*summary), "attached:4 isisLevel2:2 isisTotal:2 | " + this->host() + ":6 | 6");
+  auto summary = this->open();
+  summary.loadAttachedRoutes();
+  summary.loadInternalStructures();
+  summary.loadAttachedRoutes();
+  summary.loadInternalStructures();
+  EXPECT_EQ(counted(summary), "attached:4 isisLevel2:2 isisTotal:2 | " + this->host() + ":6 | 6");
 }
 
 /// A status of its own over tables that the test can damage; with a handler they detach then.
@@ -267,7 +265,7 @@ struct Damaged {
     detachesOnDamage(arp->arpEntry);
     detachesOnDamage(arp->neighborEntry);
   }
-  auto open() { return Facts<Family>::factory({}, status, arp, {}, L3::defaultVrfName); }
+  auto open() { return Rova::Summary<Family>({}, status, arp, {}, L3::defaultVrfName); }
 
   Routes* routes;
   Neighbors* neighbors;
@@ -287,63 +285,62 @@ TYPED_TEST(SummaryTest, DamageEndsTheWalk) {
   for (const int read : {1, 2, 3, 4}) {
     Damaged<TypeParam> tables(true);
     tables.routes->corruptAt(static_cast<std::uint64_t>(read));
-    const auto summary = tables.open();
-    summary->loadInternalStructures();
-    EXPECT_EQ(summary->totalNumRoutes(), read - 1);
-    EXPECT_EQ(summary->routeCountByType("connected"), static_cast<std::uint32_t>(read - 1));
+    auto summary = tables.open();
+    summary.loadInternalStructures();
+    EXPECT_EQ(summary.totalNumRoutes(), read - 1);
+    EXPECT_EQ(summary.routeCountByType("connected"), static_cast<std::uint32_t>(read - 1));
     EXPECT_EQ(tables.told, "record is not whole");
 
     tables.neighbors->corruptAt(static_cast<std::uint64_t>(read));
     tables.told = {};
-    summary->loadAttachedRoutes();
-    EXPECT_EQ(summary->routeCountByType("attached"), static_cast<std::uint32_t>(read - 1));
-    EXPECT_EQ(summary->totalNumRoutes(), 2 * (read - 1));
+    summary.loadAttachedRoutes();
+    EXPECT_EQ(summary.routeCountByType("attached"), static_cast<std::uint32_t>(read - 1));
+    EXPECT_EQ(summary.totalNumRoutes(), 2 * (read - 1));
     EXPECT_EQ(tables.told, "record is not whole");
   }
 }
 
 TYPED_TEST(SummaryTest, DamageThatNobodyHandlesPassesOut) {
   Damaged<TypeParam> tables(false);
-  const auto summary = tables.open();
+  auto summary = tables.open();
   tables.routes->corruptAt(3);
-  EXPECT_THROW(summary->loadInternalStructures(), Tembra::CorruptionDetectedException);
-  EXPECT_EQ(counted(*summary), "| | 0") << "the counts of the pass are lost";
+  EXPECT_THROW(summary.loadInternalStructures(), Tembra::CorruptionDetectedException);
+  EXPECT_EQ(counted(summary), "| | 0") << "the counts of the pass are lost";
   tables.neighbors->corruptAt(3);
-  EXPECT_THROW(summary->loadAttachedRoutes(), Tembra::CorruptionDetectedException);
-  EXPECT_EQ(summary->totalNumRoutes(), 2) << "neighbours count as they are read";
+  EXPECT_THROW(summary.loadAttachedRoutes(), Tembra::CorruptionDetectedException);
+  EXPECT_EQ(summary.totalNumRoutes(), 2) << "neighbours count as they are read";
 }
 
 TYPED_TEST(SummaryTest, IsCalledAndReadByName) {
   using T = Texts<TypeParam>;
   this->route(T::inside, T::Type::connected);
   this->neighbor(0, "Ethernet1");
-  const auto summary = this->open();
-  const auto row = [&](const char* name) { return summary->fwkType()->attribute(name); };
-  EXPECT_FALSE(row("loadInternalStructures")->call(summary.ptr(), {}));
-  EXPECT_FALSE(row("loadAttachedRoutes")->call(summary.ptr(), {}));
-  EXPECT_EQ(Lumo::unwrap<int>(row("totalNumRoutes")->read(summary.ptr())), 2);
+  auto summary = this->open();
+  const auto row = [&](const char* name) { return summary.lumoType.attribute(name); };
+  EXPECT_FALSE(row("loadInternalStructures")->call(&summary, {}));
+  EXPECT_FALSE(row("loadAttachedRoutes")->call(&summary, {}));
+  EXPECT_EQ(Lumo::unwrap<int>(row("totalNumRoutes")->read(&summary)), 2);
   const auto count = [&](const char* name, auto key) {
-    return Lumo::unwrap<std::uint32_t>(
-        row(name)->readMember(summary.ptr(), Lumo::wrapAttrValue(key)));
+    return Lumo::unwrap<std::uint32_t>(row(name)->readMember(&summary, Lumo::wrapAttrValue(key)));
   };
   EXPECT_EQ(count("routeCountByType", Lumo::String("attached")), 1u);
   EXPECT_EQ(count("routeCountByType", Lumo::String("static")), 0u);
   EXPECT_EQ(count("routeCountByMask", std::uint32_t{TypeParam::hostLength}), 1u);
-  EXPECT_TRUE(summary->routeCountByMaskHas(TypeParam::hostLength));
-  EXPECT_EQ(summary->routeCountByMaskDel(TypeParam::hostLength), 1u);
-  EXPECT_FALSE(summary->routeCountByMaskHas(TypeParam::hostLength));
-  summary->routeCountByTypeDelAll();
-  summary->routeCountByMaskDelAll();
-  EXPECT_EQ(counted(*summary), "| | 2");
+  EXPECT_TRUE(summary.routeCountByMaskHas(TypeParam::hostLength));
+  EXPECT_EQ(summary.routeCountByMaskDel(TypeParam::hostLength), 1u);
+  EXPECT_FALSE(summary.routeCountByMaskHas(TypeParam::hostLength));
+  summary.routeCountByTypeDelAll();
+  summary.routeCountByMaskDelAll();
+  EXPECT_EQ(counted(summary), "| | 2");
 }
 
 TYPED_TEST(SummaryTest, ItsTextNamesItsAttributes) {
-  const auto summary = Facts<TypeParam>::factory({}, {}, {}, {}, "red");
-  EXPECT_EQ(Lumo::valueToStrep(*summary).str(),
-            "Value('" + std::string(summary->fwkType()->name) +
+  auto summary = Rova::Summary<TypeParam>({}, {}, {}, {}, "red");
+  EXPECT_EQ(Lumo::valueToStrep(summary).str(),
+            "Value('" + std::string(summary.lumoType.name) +
                 "', ** {'routingConfig': None, 'routingStatus': None, 'arpVanta': None, "
                 "'vrfIdMap': None, 'vrfName': " +
-                Lumo::valueToStrep(summary->vrfName()).str() +
+                Lumo::valueToStrep(summary.vrfName()).str() +
                 ", 'routeCountByType': None, 'routeCountByMask': None, 'totalNumRoutes': 0})");
 }
 
@@ -460,13 +457,13 @@ TYPED_TEST(SummaryTest, AgreesWithADetailListing) {
   std::mt19937 random(20);
   for (int round = 0; round < 50; ++round) {
     randomRoutes<TypeParam>(this->device, random);
-    const auto summary = this->open();
-    summary->loadInternalStructures();
+    auto summary = this->open();
+    summary.loadInternalStructures();
     Listed listed(*openSorter<TypeParam>(this->device, {.detail = true}));
     for (const auto& [keys, types] : Facts<TypeParam>::kinds) {
       const std::string kind = keys.substr(0, keys.find(':'));
       if (kind.empty()) continue; // in no count by type
-      const auto count = summary->routeCountByType(kind == "''" ? "" : kind.c_str());
+      const auto count = summary.routeCountByType(kind == "''" ? "" : kind.c_str());
       if (kind == "''" || kind == "attached" || kind == "internal") {
         EXPECT_GE(count, listed.kinds[kind]) << kind;
       } else {
@@ -474,11 +471,11 @@ TYPED_TEST(SummaryTest, AgreesWithADetailListing) {
       }
     }
     std::uint32_t sum = 0;
-    for (const auto& [length, count] : summary->routeCountByMaskMap()) {
+    for (const auto& [length, count] : summary.routeCountByMaskMap()) {
       EXPECT_GE(count, listed.lengths[length]);
       sum += count;
     }
-    EXPECT_EQ(summary->totalNumRoutes(), static_cast<int>(sum));
+    EXPECT_EQ(summary.totalNumRoutes(), static_cast<int>(sum));
     EXPECT_EQ(sum, this->device.template routes<TypeParam>().members()) << "every route is counted";
   }
 }

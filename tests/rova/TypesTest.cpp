@@ -244,8 +244,8 @@ struct TypeFace {
 std::vector<TypeFace> faces() {
   return {{Rova::RouteSorter::lumoType, "Rova::RouteSorter", true, rowsOf(sorterRows, '4')},
           {Rova::Route6Sorter::lumoType, "Rova::Route6Sorter", true, rowsOf(sorterRows, '6')},
-          {Rova::RouteSummary::lumoType, "Rova::RouteSummary", true, rowsOf(summaryRows, '4')},
-          {Rova::Route6Summary::lumoType, "Rova::Route6Summary", true, rowsOf(summaryRows, '6')},
+          {Rova::RouteSummary::lumoType, "Rova::RouteSummary", false, rowsOf(summaryRows, '4')},
+          {Rova::Route6Summary::lumoType, "Rova::Route6Summary", false, rowsOf(summaryRows, '6')},
           {Rova::CachedFec::lumoType, "Rova::CachedFec", true, listed(cachedFecRows)},
           {Rova::CachedVia::lumoType, "Rova::CachedVia", false, listed(cachedViaRows)},
           {Rova::CachedNhgVia::lumoType, "Rova::CachedNhgVia", false, listed(cachedNhgViaRows)},

@@ -1,9 +1,9 @@
 // The counts of one VRF's routes: by kind, by mask length, and in all.
 //
-//   auto summary = Rova::routeSummaryFactory(config, routes, neighbours, vrfs, "default");
-//   summary->loadInternalStructures();   // the route table
-//   summary->loadAttachedRoutes();       // the neighbours, each of them an attached host route
-//   summary->routeCountByType("static");
+//   Rova::RouteSummary summary(config, routes, neighbours, vrfs, "default");
+//   summary.loadInternalStructures();   // the route table
+//   summary.loadAttachedRoutes();       // the neighbours, each of them an attached host route
+//   summary.routeCountByType("static");
 //
 // The keys of the kinds are the `summaryWord`s of rova/route/RouteTypeStrings.h, and with them
 // stand sums that are no routes of their own: "staticPersistent" and "staticNonPersistent" divide
@@ -16,11 +16,13 @@
 #include "rova/core/Family.h"
 
 #include <cstdint>
+#include <ostream>
+#include <tuple>
 
 namespace Rova {
 
 template <class FamilyType>
-class ROVA_EXPORT Summary : public Lumo::PtrInterface {
+class ROVA_EXPORT Summary {
  public:
   using Family = FamilyType;
 
@@ -41,7 +43,10 @@ class ROVA_EXPORT Summary : public Lumo::PtrInterface {
           Lumo::Ptr<const typename Family::RouteStatus> routingStatus,
           Lumo::Ptr<const Arp::Table::Status> arpVanta,
           Lumo::Ptr<const Vrf::VrfIdMap::Status> vrfIdMap, L3::VrfName vrfName);
-  const Lumo::TypeRecord* fwkType() const override { return &lumoType; }
+
+  Summary() = default;
+  friend bool operator==(const Summary& a, const Summary& b) { return a.fields() == b.fields(); }
+  bool operator!() const { return *this == Summary(); }
 
   bool routeCountByMaskHas(std::uint32_t length) const {
     return routeCountByMask_.find(length) != nullptr;
@@ -54,6 +59,12 @@ class ROVA_EXPORT Summary : public Lumo::PtrInterface {
   /// Adds the VRF's neighbours to the counts, but for those on management interfaces. A second call
   /// adds them once more. After an error those read so far are counted.
   void loadAttachedRoutes();
+
+ private:
+  auto fields() const {
+    return std::tie(routingConfig_, routingStatus_, arpVanta_, vrfIdMap_, vrfName_,
+                    routeCountByType_, routeCountByMask_, totalNumRoutes_);
+  }
 };
 
 using RouteSummary = Summary<Ip4Family>;
@@ -62,16 +73,7 @@ using Route6Summary = Summary<Ip6Family>;
 extern template class Summary<Ip4Family>;
 extern template class Summary<Ip6Family>;
 
-/// Create a summary without counts; the arguments are the constructor attributes in their order.
-ROVA_EXPORT Lumo::Ptr<RouteSummary>
-routeSummaryFactory(const Lumo::Ptr<const Routing::ConfigGen>& routingConfig,
-                    const Lumo::Ptr<const Vanta::Fib::RouteStatus>& routingStatus,
-                    const Lumo::Ptr<const Arp::Table::Status>& arpVanta,
-                    const Lumo::Ptr<const Vrf::VrfIdMap::Status>& vrfIdMap, L3::VrfName vrfName);
-ROVA_EXPORT Lumo::Ptr<Route6Summary>
-route6SummaryFactory(const Lumo::Ptr<const Routing::ConfigGen>& routingConfig,
-                     const Lumo::Ptr<const Vanta::Fib6::RouteStatus>& routingStatus,
-                     const Lumo::Ptr<const Arp::Table::Status>& arpVanta,
-                     const Lumo::Ptr<const Vrf::VrfIdMap::Status>& vrfIdMap, L3::VrfName vrfName);
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RouteSummary& summary);
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const Route6Summary& summary);
 
 } // namespace Rova
