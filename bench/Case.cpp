@@ -160,6 +160,40 @@ std::string checkRows(const CaseOptions& options) {
          ",\"areKept\":" + (rows.areKept ? "true}" : "false}");
 }
 
+template <class Family, class Prefix>
+Cost summaryCost(const CaseOptions& options, std::size_t& counted) {
+  state::DeviceBuilder device;
+  fillDevice(device, prefixesOf<Prefix>(options));
+  const state::VrfState& vrf = device.state.vrfs.front();
+  Cost cost;
+  for (int i = 0; i < options.repeats; ++i) {
+    const auto routes = [&] {
+      if constexpr (std::is_same_v<Prefix, Kesh::Prefix>)
+        return vrf.routingStatus;
+      else
+        return vrf.routing6Status;
+    }();
+    Rova::Summary<Family> summary(vrf.routingConfig, routes, device.state.arpVanta,
+                                  device.state.vrfIdMap, vrf.name);
+    cost.lower(costOf([&] { summary.loadInternalStructures(); }));
+    counted = static_cast<std::size_t>(summary.totalNumRoutes());
+  }
+  return cost;
+}
+
+std::string measureSummary(const CaseOptions& options) {
+  const Lumo::ActivityLockHold hold;
+  std::size_t counted = 0;
+  const Cost cost = options.ip6 ? summaryCost<Rova::Ip6Family, Kesh::Ip6Prefix>(options, counted)
+                                : summaryCost<Rova::Ip4Family, Kesh::Prefix>(options, counted);
+  std::ostringstream out;
+  out.precision(9);
+  out << "{\"family\":\"" << (options.ip6 ? "IPv6" : "IPv4") << "\",\"routes\":" << counted;
+  putCost(out, "summary", cost);
+  out << '}';
+  return out.str();
+}
+
 std::string toJson(const CaseOptions& options, const CaseResult& result) {
   std::ostringstream out;
   out.precision(9);

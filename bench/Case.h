@@ -46,6 +46,10 @@ void writeOutput(const CaseOptions& options, const std::string& what);
 /// the shapes whose routes all show by rows; raises std::runtime_error for another.
 std::string checkRows(const CaseOptions& options);
 
+/// Counts the routes of a case's device for its summary, and gives the lowest cost of `repeats` as
+/// one JSON object on a line.
+std::string measureSummary(const CaseOptions& options);
+
 /// The result as one JSON object on a line.
 std::string toJson(const CaseOptions& options, const CaseResult& result);
 

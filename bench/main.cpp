@@ -2,6 +2,7 @@
 // scripts/bench runs the cases, each in a process of its own, and makes a table of them.
 #include "Case.h"
 #include "Generator.h"
+#include "NexthopGroups.h"
 
 #include <charconv>
 #include <cstring>
@@ -12,10 +13,15 @@ namespace {
 
 constexpr const char* usage =
     "usage: bench_listing measure|rows|text|json|snapshot [--shape plain|tunnels|policies|host]\n"
-    "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n";
+    "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n"
+    "       bench_listing nexthop-groups [--repeats N]\n"
+    "       bench_listing summary [--ip6] [--routes N] [--repeats N]\n";
 
 /// Above it a table no longer fits into the memory of common machines.
 constexpr std::size_t mostRoutes = 20000000;
+
+constexpr std::size_t nexthopGroups = 10000;
+constexpr std::size_t groupEntries = 64;
 
 std::size_t number(const std::string& option, const std::string& text, std::size_t most) {
   std::size_t value = 0;
@@ -72,6 +78,11 @@ void run(const std::string& what, const bench::CaseOptions& options) {
     std::cout << bench::toJson(options, bench::measure(options)) << std::endl;
   } else if (what == "rows") {
     std::cout << bench::checkRows(options) << std::endl;
+  } else if (what == "nexthop-groups") {
+    std::cout << bench::measureNexthopGroups(nexthopGroups, groupEntries, options.repeats)
+              << std::endl;
+  } else if (what == "summary") {
+    std::cout << bench::measureSummary(options) << std::endl;
   } else if (what == "text" || what == "json" || what == "snapshot") {
     bench::writeOutput(options, what);
   } else {
