@@ -85,10 +85,11 @@ TEST_F(NexthopGroupTest, WhatIsNotAtAPathMountsNothing) {
   EXPECT_FALSE(mount.getEntity(Gaugex::CounterTable::path)) << "not mounted";
 }
 
-/// With its handler set, a damaged table of identifiers detaches: the groups from there on have none.
+/// With its handler set, a damaged table of identifiers detaches: the groups from there on have
+/// none.
 TEST_F(NexthopGroupTest, GroupsBehindADamagedIdentifierAreLeftOut) {
-  using Table = Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey,
-                                   NexthopGroup::NexthopGroupEntry>;
+  using Table =
+      Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey, NexthopGroup::NexthopGroupEntry>;
   auto table = std::make_unique<Table>("nexthopGroupEntry");
   for (const char* const name : {"a", "b", "c"}) {
     const Lumo::Name groupName(name);
