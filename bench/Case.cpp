@@ -1,41 +1,50 @@
 #include "Case.h"
 
-#include "Generator.h"
+#include "Descriptor.h"
 #include "Listing.h"
+#include "RowsKept.h"
 #include "SnapshotText.h"
 #include "lumo/ActivityLock.h"
 
-#include <fcntl.h>
 #include <iostream>
-#include <optional>
 #include <sstream>
 #include <stdexcept>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace bench {
 
 namespace {
 
-/// An open file without a name, or /dev/null, closed at the end.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {
-    if (fd_ < 0) throw std::runtime_error("no file to print the listing to can be opened");
-  }
-  ~Descriptor() { ::close(fd_); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int fd() const { return fd_; }
-
- private:
-  int fd_;
-};
-
 template <class Prefix>
 std::vector<Prefix> prefixesOf(const CaseOptions& options) {
-  if (options.prefixFile.empty()) return makePrefixes<Prefix>(options.routes);
-  return readPrefixes<Prefix>(options.prefixFile);
+  if (!options.prefixFile.empty()) return readPrefixes<Prefix>(options.prefixFile);
+  if constexpr (std::is_same_v<Prefix, Kesh::Prefix>) {
+    if (options.shape == Shape::host) return makeHostPrefixes(options.routes);
+  }
+  return makePrefixes<Prefix>(options.routes);
+}
+
+void fill(state::DeviceBuilder& device, const std::vector<Kesh::Prefix>& prefixes, Shape shape) {
+  switch (shape) {
+  case Shape::plain:
+    return fillDevice(device, prefixes);
+  case Shape::tunnels:
+    return fillTunnelDevice(device, prefixes);
+  case Shape::policies:
+    return fillPolicyDevice(device, prefixes);
+  case Shape::host:
+    return fillHostDevice(device, prefixes);
+  }
+}
+
+void fill(state::DeviceBuilder& device, const std::vector<Kesh::Ip6Prefix>& prefixes, Shape shape) {
+  if (shape != Shape::plain) throw std::runtime_error("this shape has IPv4 routes alone");
+  fillDevice(device, prefixes);
+}
+
+template <class Prefix>
+auto sorterOver(const state::DeviceState& device, const CaseOptions& options) {
+  return makeSorter(device, Prefix(), options.shape == Shape::host);
 }
 
 template <class Prefix>
@@ -50,61 +59,69 @@ std::size_t routesOf(const state::DeviceState& device) {
 
 /// The length of a listing, from a file that takes it.
 template <class Prefix>
-std::size_t bytesOf(const state::DeviceState& device, Form form) {
-  const Descriptor file(::open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-  print(*makeSorter(device, Prefix()), file.fd(), form);
-  struct stat status {};
-  ::fstat(file.fd(), &status);
-  return static_cast<std::size_t>(status.st_size);
+std::size_t bytesOf(const state::DeviceState& device, const CaseOptions& options, Form form) {
+  const Descriptor file = Descriptor::temporary();
+  print(*sorterOver<Prefix>(device, options), file.fd(), form);
+  return file.bytes();
 }
 
 /// Selection and one render. The sorter dies here, outside the measurement.
 template <class Prefix>
-void measureListing(const state::DeviceState& device, Form form, CaseResult& result, Cost& render) {
-  const Descriptor null(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-  decltype(makeSorter(device, Prefix())) sorter;
-  result.selection.lower(costOf([&] { sorter = makeSorter(device, Prefix()); }));
+void measureListing(const state::DeviceState& device, const CaseOptions& options, Form form,
+                    CaseResult& result, Cost& render) {
+  const Descriptor null = Descriptor::null();
+  decltype(sorterOver<Prefix>(device, options)) sorter;
+  result.selection.lower(costOf([&] { sorter = sorterOver<Prefix>(device, options); }));
   result.selected = sorter->sortedRoutes();
   render.lower(costOf([&] { print(*sorter, null.fd(), form); }));
 }
 
 /// The first listing of the process, so that no memory of an earlier one is used again.
 template <class Prefix>
-void measureMemory(const state::DeviceState& device, CaseResult& result) {
+void measureMemory(const state::DeviceState& device, const CaseOptions& options,
+                   CaseResult& result) {
   result.tableMemory = settledMemory();
   resetPeakMemory();
-  measureListing<Prefix>(device, Form::text, result, result.text);
+  measureListing<Prefix>(device, options, Form::text, result, result.text);
   result.listingMemory = peakMemory() - result.tableMemory;
+}
+
+/// How often the selection yields: once in so many records that it walks over.
+template <class Prefix>
+std::size_t yieldsOf(const state::DeviceState& device, const CaseOptions& options) {
+  constexpr std::size_t stepsToYield = 2001;
+  const bool walksNeighbors = options.shape == Shape::host;
+  return (routesOf<Prefix>(device) + (walksNeighbors ? device.arpVanta->arpEntry.members() : 0)) /
+         stepsToYield;
 }
 
 template <class Prefix>
 CaseResult measureFamily(const CaseOptions& options) {
-  constexpr std::size_t stepsToYield = 2001;
   CaseResult result;
   state::DeviceBuilder device;
   {
     const auto prefixes = prefixesOf<Prefix>(options);
-    result.load = costOf([&] { fillDevice(device, prefixes); });
-    result.fecs = fecCount(prefixes.size());
+    result.load = costOf([&] { fill(device, prefixes, options.shape); });
+    result.fecs = fecCount(options.shape, prefixes.size());
   }
   result.routes = routesOf<Prefix>(device.state);
-  result.yields = result.routes / stepsToYield;
-  measureMemory<Prefix>(device.state, result);
+  result.yields = yieldsOf<Prefix>(device.state, options);
+  measureMemory<Prefix>(device.state, options, result);
   for (int i = 0; i < options.repeats; ++i) {
-    measureListing<Prefix>(device.state, Form::text, result, result.text);
-    measureListing<Prefix>(device.state, Form::model, result, result.model);
+    measureListing<Prefix>(device.state, options, Form::text, result, result.text);
+    measureListing<Prefix>(device.state, options, Form::model, result, result.model);
   }
-  result.textBytes = bytesOf<Prefix>(device.state, Form::text);
-  result.modelBytes = bytesOf<Prefix>(device.state, Form::model);
+  result.textBytes = bytesOf<Prefix>(device.state, options, Form::text);
+  result.modelBytes = bytesOf<Prefix>(device.state, options, Form::model);
   return result;
 }
 
 template <class Prefix>
 void writeFamily(const CaseOptions& options, const std::string& what) {
   state::DeviceBuilder device;
-  fillDevice(device, prefixesOf<Prefix>(options));
+  fill(device, prefixesOf<Prefix>(options), options.shape);
   if (what == "snapshot") return writeSnapshot(device.state, std::cout);
-  print(*makeSorter(device.state, Prefix()), STDOUT_FILENO,
+  print(*sorterOver<Prefix>(device.state, options), STDOUT_FILENO,
         what == "json" ? Form::model : Form::text);
 }
 
@@ -121,9 +138,60 @@ CaseResult measure(const CaseOptions& options) {
 }
 
 void writeOutput(const CaseOptions& options, const std::string& what) {
+  if (what == "snapshot" && options.shape != Shape::plain) {
+    throw std::runtime_error("snapshot: only the plain shape has one");
+  }
   const Lumo::ActivityLockHold hold;
-  options.ip6 ? writeFamily<Kesh::Ip6Prefix>(options, what)
-              : writeFamily<Kesh::Prefix>(options, what);
+  return options.ip6 ? writeFamily<Kesh::Ip6Prefix>(options, what)
+                     : writeFamily<Kesh::Prefix>(options, what);
+}
+
+std::string checkRows(const CaseOptions& options) {
+  if (options.shape != Shape::tunnels && options.shape != Shape::host) {
+    throw std::runtime_error("rows: only tunnels and host show all their routes by rows");
+  }
+  const Lumo::ActivityLockHold hold;
+  state::DeviceBuilder device;
+  fill(device, prefixesOf<Kesh::Prefix>(options), options.shape);
+  const auto sorter = sorterOver<Kesh::Prefix>(device.state, options);
+  const RowsKept rows = findRowsKept(device, *sorter);
+  if (!rows.wouldTell) throw std::runtime_error("rows: no line of this shape depends on them");
+  return "{\"fecsWithRows\":" + std::to_string(rows.fecs) +
+         ",\"areKept\":" + (rows.areKept ? "true}" : "false}");
+}
+
+template <class Family, class Prefix>
+Cost summaryCost(const CaseOptions& options, std::size_t& counted) {
+  state::DeviceBuilder device;
+  fillDevice(device, prefixesOf<Prefix>(options));
+  const state::VrfState& vrf = device.state.vrfs.front();
+  Cost cost;
+  for (int i = 0; i < options.repeats; ++i) {
+    const auto routes = [&] {
+      if constexpr (std::is_same_v<Prefix, Kesh::Prefix>)
+        return vrf.routingStatus;
+      else
+        return vrf.routing6Status;
+    }();
+    Rova::Summary<Family> summary(vrf.routingConfig, routes, device.state.arpVanta,
+                                  device.state.vrfIdMap, vrf.name);
+    cost.lower(costOf([&] { summary.loadInternalStructures(); }));
+    counted = static_cast<std::size_t>(summary.totalNumRoutes());
+  }
+  return cost;
+}
+
+std::string measureSummary(const CaseOptions& options) {
+  const Lumo::ActivityLockHold hold;
+  std::size_t counted = 0;
+  const Cost cost = options.ip6 ? summaryCost<Rova::Ip6Family, Kesh::Ip6Prefix>(options, counted)
+                                : summaryCost<Rova::Ip4Family, Kesh::Prefix>(options, counted);
+  std::ostringstream out;
+  out.precision(9);
+  out << "{\"family\":\"" << (options.ip6 ? "IPv6" : "IPv4") << "\",\"routes\":" << counted;
+  putCost(out, "summary", cost);
+  out << '}';
+  return out.str();
 }
 
 std::string toJson(const CaseOptions& options, const CaseResult& result) {

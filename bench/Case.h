@@ -1,6 +1,7 @@
 // One case: a device of so many routes, and what each step from its table to a listing costs.
 #pragma once
 
+#include "Generator.h"
 #include "Measure.h"
 
 #include <cstddef>
@@ -11,6 +12,7 @@ namespace bench {
 /// What to measure on.
 struct CaseOptions {
   bool ip6 = false;
+  Shape shape = Shape::plain; ///< any other is of IPv4 alone
   std::size_t routes = 1000000;
   std::string prefixFile; ///< takes the prefixes from here, whatever `routes` says
   int repeats = 3;        ///< of selection and renders; the lowest cost counts
@@ -38,6 +40,15 @@ CaseResult measure(const CaseOptions& options);
 /// Writes one listing of the case's device, "text" or "json", or its "snapshot", on standard
 /// output.
 void writeOutput(const CaseOptions& options, const std::string& what);
+
+/// Whether the rows of a FEC are built once, as one JSON object: how many FECs have rows after a
+/// render, and whether a second one still shows them when all that they are made of is gone. For
+/// the shapes whose routes all show by rows; raises std::runtime_error for another.
+std::string checkRows(const CaseOptions& options);
+
+/// Counts the routes of a case's device for its summary, and gives the lowest cost of `repeats` as
+/// one JSON object on a line.
+std::string measureSummary(const CaseOptions& options);
 
 /// The result as one JSON object on a line.
 std::string toJson(const CaseOptions& options, const CaseResult& result);

@@ -62,7 +62,7 @@ Kesh::IntfId interfaceOf(std::size_t number) {
 /// vias, then all others.
 struct FecPlan {
   explicit FecPlan(std::size_t routes)
-      : all(fecCount(routes)),
+      : all(fecCount(Shape::plain, routes)),
         connected(std::max<std::size_t>(all / 100, 1)),
         several(connected + std::max<std::size_t>(all / 100, 1)) {}
 
@@ -120,9 +120,10 @@ typename Kind<Prefix>::Route makeRoute(const Prefix& prefix, const FecPlan& plan
 
 } // namespace
 
-std::size_t fecCount(std::size_t routes) {
+std::size_t fecCount(Shape shape, std::size_t routes) {
   constexpr std::size_t fewest = 10; // so that each kind of FEC is there
-  return std::clamp<std::size_t>(routes / 20, fewest, 50000);
+  const std::size_t routesEach = shape == Shape::policies ? 50 : 20;
+  return std::clamp<std::size_t>(routes / routesEach, fewest, 50000);
 }
 
 template <class Prefix>

@@ -8,7 +8,6 @@ namespace {
 
 constexpr bool detail = false;
 constexpr bool longerPrefixes = false;
-constexpr bool host = false;
 constexpr bool originalMask = false;
 constexpr bool byInterface = false;
 constexpr bool degradeNhgModel = false;
@@ -17,7 +16,7 @@ constexpr double noTimingLines = 0.0;
 
 } // namespace
 
-Lumo::Ptr<Rova::RouteSorter> makeSorter(const state::DeviceState& device, Kesh::Prefix) {
+Lumo::Ptr<Rova::RouteSorter> makeSorter(const state::DeviceState& device, Kesh::Prefix, bool host) {
   const state::VrfState& vrf = device.vrfs.front();
   return Rova::routeSorterFactory(
       vrf.routingConfig, vrf.routingStatus, device.forwardingStatus, device.forwarding6Status,
@@ -29,7 +28,8 @@ Lumo::Ptr<Rova::RouteSorter> makeSorter(const state::DeviceState& device, Kesh::
       device.unprogrammedRouteStatus);
 }
 
-Lumo::Ptr<Rova::Route6Sorter> makeSorter(const state::DeviceState& device, Kesh::Ip6Prefix) {
+Lumo::Ptr<Rova::Route6Sorter> makeSorter(const state::DeviceState& device, Kesh::Ip6Prefix,
+                                         bool host) {
   const state::VrfState& vrf = device.vrfs.front();
   return Rova::route6SorterFactory(
       vrf.routing6Config, vrf.routing6Status, device.forwardingStatus, device.forwarding6Status,

@@ -123,6 +123,18 @@ std::vector<Prefix> makePrefixes(std::size_t count) {
   return prefixes;
 }
 
+std::vector<Kesh::Prefix> makeHostPrefixes(std::size_t count) {
+  constexpr std::uint32_t first = 100u << 24; // 100.0.0.0/7 is the space
+  Random random(count);
+  std::vector<Kesh::Prefix> prefixes;
+  prefixes.reserve(count);
+  for (const std::uint64_t host : differentNumbers(random, std::uint64_t{1} << 25, count)) {
+    prefixes.push_back(Kesh::pfx(first + static_cast<std::uint32_t>(host), 32));
+  }
+  shuffle(prefixes, random);
+  return prefixes;
+}
+
 template <class Prefix>
 std::vector<Prefix> readPrefixes(const std::string& path) {
   std::ifstream file = open(path);

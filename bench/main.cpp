@@ -2,6 +2,7 @@
 // scripts/bench runs the cases, each in a process of its own, and makes a table of them.
 #include "Case.h"
 #include "Generator.h"
+#include "NexthopGroups.h"
 
 #include <charconv>
 #include <cstring>
@@ -11,11 +12,16 @@
 namespace {
 
 constexpr const char* usage =
-    "usage: bench_listing measure|text|json|snapshot [--ip6] [--routes N] [--repeats N]\n"
-    "                     [--prefixes FILE]\n";
+    "usage: bench_listing measure|rows|text|json|snapshot [--shape plain|tunnels|policies|host]\n"
+    "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n"
+    "       bench_listing nexthop-groups [--repeats N]\n"
+    "       bench_listing summary [--ip6] [--routes N] [--repeats N]\n";
 
 /// Above it a table no longer fits into the memory of common machines.
 constexpr std::size_t mostRoutes = 20000000;
+
+constexpr std::size_t nexthopGroups = 10000;
+constexpr std::size_t groupEntries = 64;
 
 std::size_t number(const std::string& option, const std::string& text, std::size_t most) {
   std::size_t value = 0;
@@ -26,6 +32,18 @@ std::size_t number(const std::string& option, const std::string& text, std::size
                              std::to_string(most));
   }
   return value;
+}
+
+bench::Shape shape(const std::string& text) {
+  constexpr std::pair<const char*, bench::Shape> shapes[] = {{"plain", bench::Shape::plain},
+                                                             {"tunnels", bench::Shape::tunnels},
+                                                             {"policies", bench::Shape::policies},
+                                                             {"host", bench::Shape::host}};
+  for (const auto& [name, shape] : shapes) {
+    if (text == name) return shape;
+  }
+  throw std::runtime_error("--shape: found \"" + text +
+                           "\", expected plain, tunnels, policies or host");
 }
 
 bench::CaseOptions parse(const std::vector<std::string>& words) {
@@ -40,6 +58,8 @@ bench::CaseOptions parse(const std::vector<std::string>& words) {
     const std::string& value = words[at + 1];
     if (words[at] == "--routes") {
       options.routes = number(words[at], value, mostRoutes);
+    } else if (words[at] == "--shape") {
+      options.shape = shape(value);
     } else if (words[at] == "--repeats") {
       options.repeats = static_cast<int>(number(words[at], value, 100));
     } else if (words[at] == "--prefixes") {
@@ -56,6 +76,13 @@ bench::CaseOptions parse(const std::vector<std::string>& words) {
 void run(const std::string& what, const bench::CaseOptions& options) {
   if (what == "measure") {
     std::cout << bench::toJson(options, bench::measure(options)) << std::endl;
+  } else if (what == "rows") {
+    std::cout << bench::checkRows(options) << std::endl;
+  } else if (what == "nexthop-groups") {
+    std::cout << bench::measureNexthopGroups(nexthopGroups, groupEntries, options.repeats)
+              << std::endl;
+  } else if (what == "summary") {
+    std::cout << bench::measureSummary(options) << std::endl;
   } else if (what == "text" || what == "json" || what == "snapshot") {
     bench::writeOutput(options, what);
   } else {

@@ -9,20 +9,6 @@ namespace command {
 
 namespace {
 
-/// The lines of `before` that `after` lacks; both are in one order.
-Lines missingLines(const Lines& before, const Lines& after) {
-  Lines missing;
-  auto next = after.begin();
-  for (const auto& line : before) {
-    if (next != after.end() && *next == line) {
-      ++next;
-    } else {
-      missing.push_back(line);
-    }
-  }
-  return missing;
-}
-
 /// Clears in every VRF; the lines that went.
 Lines clear(const state::DeviceState& device, const Lumo::String& interface) {
   Lines gone;
@@ -33,7 +19,7 @@ Lines clear(const state::DeviceState& device, const Lumo::String& interface) {
         Rova::ClearIntfRoutesAndViasHelper().clearIntfRoutesAndViasHelper(config, interface);
       }
     }
-    for (auto& line : missingLines(before, staticLines(vrf, false))) {
+    for (auto& line : linesWithout(before, staticLines(vrf, false))) {
       gone.push_back(std::move(line));
     }
   }

@@ -7,6 +7,7 @@
 #include "command/ShowRoute.h"
 #include "command/ShowStatic.h"
 #include "command/SnapshotSave.h"
+#include "command/StaticLoad.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,13 +18,13 @@ namespace {
 
 constexpr std::string_view routeArguments =
     "[vrf NAME|all] [ADDRESS | PREFIX [longer-prefixes]] [detail] [PROTOCOL] [interface NAME] | "
-    "[vrf NAME|all] host";
+    "[vrf NAME|all] host|summary";
 
 constexpr Command commands[] = {
-    {"show ip route", routeArguments, "The IPv4 routing table of a VRF, or its host route table.",
-     showIpRoute},
-    {"show ipv6 route", routeArguments, "The IPv6 routing table of a VRF, or its host route table.",
-     showIpv6Route},
+    {"show ip route", routeArguments,
+     "The IPv4 routing table of a VRF, its host route table, or a summary of it.", showIpRoute},
+    {"show ipv6 route", routeArguments,
+     "The IPv6 routing table of a VRF, its host route table, or a summary of it.", showIpv6Route},
     {"show nexthop-group", "[NAME | summary] [vrf NAME]",
      "The nexthop groups of a VRF, or how many there are of each type and size.", showNexthopGroup},
     {"show running-config static", "[vrf NAME|all] [all]",
@@ -42,6 +43,9 @@ constexpr Command commands[] = {
     {"clear static interface", "NAME [--into FILE] [--dry-run]",
      "Take the static routes through an interface out of a snapshot; shows their lines.",
      clearStatic},
+    {"static load", "FILE --into SNAPSHOT [--dry-run]",
+     "Enter the configuration lines of a file, - for standard input, into a snapshot; shows them.",
+     loadStatic},
     {"snapshot save", "FILE", "Write the state that is shown to a file, - for standard output.",
      saveSnapshot},
 };
@@ -111,6 +115,7 @@ examples:
   rova show ip route 10.1.2.3
   rova show ipv6 route vrf red bgp
   rova show ip route vrf all host
+  rova show ip route vrf all summary
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
 
 exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt

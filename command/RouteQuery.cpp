@@ -19,11 +19,11 @@ constexpr Protocol protocols[] = {
 
 /// The keywords that are no protocols; the protocols stand behind them in one list, so that an
 /// abbreviation is unambiguous among all.
-enum Keyword { detail, host, interface, longerPrefixes, vrf, firstProtocol };
+enum Keyword { detail, host, interface, longerPrefixes, summary, vrf, firstProtocol };
 
 constexpr auto keywords = [] {
   std::array<std::string_view, firstProtocol + std::size(protocols)> list{
-      "detail", "host", "interface", "longer-prefixes", "vrf"};
+      "detail", "host", "interface", "longer-prefixes", "summary", "vrf"};
   for (std::size_t i = 0; i < std::size(protocols); ++i)
     list[firstProtocol + i] = protocols[i].word;
   return list;
@@ -59,15 +59,21 @@ class QueryParser {
     seen = true;
   }
 
-  /// Reports a word that does not go with an earlier one: the host table is shown as a whole, so
-  /// that of the other parts it has the VRF alone.
+  /// Reports a word that does not go with an earlier one: the host table is shown as a whole and a
+  /// summary counts the whole table, so that of the other parts they have the VRF alone.
   void narrows() {
     narrowed_ = true;
-    refuseNarrowedHost();
+    refuseNarrowed();
   }
-  void refuseNarrowedHost() {
-    if (!query_.host || !narrowed_) return;
-    words_.failAtLast("host goes with vrf alone: the host route table is shown as a whole");
+  void refuseNarrowed() {
+    if (query_.host && query_.summary) words_.failAtLast("host and summary are two displays");
+    if (!narrowed_) return;
+    if (query_.host) {
+      words_.failAtLast("host goes with vrf alone: the host route table is shown as a whole");
+    }
+    if (query_.summary) {
+      words_.failAtLast("summary goes with vrf alone: it counts the whole table");
+    }
   }
 
   void readPrefix() {
@@ -94,14 +100,14 @@ class QueryParser {
   void readKeyword() {
     const int keyword = words_.takeKeyword(keywords);
     if (keyword < 0) failUnknown();
-    if (keyword != host && keyword != vrf) narrows();
+    if (keyword != host && keyword != summary && keyword != vrf) narrows();
     switch (keyword) {
     case detail:
       once(query_.detail);
       break;
     case host:
       once(query_.host);
-      refuseNarrowedHost();
+      refuseNarrowed();
       break;
     case interface:
       if (query_.interface) words_.failAtLast("this part of the query stands twice");
@@ -109,6 +115,10 @@ class QueryParser {
       break;
     case longerPrefixes:
       once(query_.longerPrefixes);
+      break;
+    case summary:
+      once(query_.summary);
+      refuseNarrowed();
       break;
     case vrf:
       once(hasVrf_);
@@ -123,7 +133,7 @@ class QueryParser {
   [[noreturn]] void failUnknown() {
     words_.fail("\"" + std::string(words_.peek()) + "\" is not understood: expected an " +
                 familyName<Prefix> +
-                " address or prefix, vrf, host, longer-prefixes, detail, interface, " +
+                " address or prefix, vrf, host, summary, longer-prefixes, detail, interface, " +
                 "or a protocol (" + protocolWordList() + ")");
   }
 

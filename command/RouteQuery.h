@@ -14,7 +14,8 @@ struct RouteQuery {
   std::string vrf = "default"; ///< "all" for every VRF
   Prefix prefix = Prefix::nullPrefix();
   bool typedMask = false;
-  bool host = false; ///< the host route table, which has no other part of a query but the VRF
+  bool host = false;    ///< the host route table, which has no other part of a query but the VRF
+  bool summary = false; ///< counts of the whole table, which go with no other part but the VRF
   bool longerPrefixes = false;
   bool detail = false;
   std::string protocol; ///< a protocol code

@@ -1,6 +1,7 @@
 #include "command/ShowRoute.h"
 
 #include "command/RouteQuery.h"
+#include "command/ShowRouteSummary.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
@@ -106,6 +107,10 @@ ExitStatus showRoute(Words& words, const Options& options) {
   const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
   const auto device = sources::open(options.state);
   const auto vrfs = chosenVrfs(device, query.vrf, options);
+  if (query.summary) {
+    showRouteSummary<typename Listing::Family>(device, vrfs, options.format);
+    return success;
+  }
   // The document around the listings, which write into it: it is flushed ahead of each of them.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::StringAttrInfo vrfName(frame, "vrf");

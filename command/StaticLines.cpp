@@ -4,7 +4,9 @@
 #include "scrivo/Printer.h"
 
 #include <sstream>
+#include <string_view>
 #include <unistd.h>
+#include <unordered_set>
 
 namespace command {
 
@@ -25,6 +27,15 @@ Lines staticLines(const state::VrfState& vrf, bool saveAll) {
     for (std::string line; std::getline(text, line);) lines.push_back(line);
   }
   return lines;
+}
+
+Lines linesWithout(const Lines& lines, const Lines& others) {
+  const std::unordered_set<std::string_view> known(others.begin(), others.end());
+  Lines missing;
+  for (const auto& line : lines) {
+    if (!known.contains(line)) missing.push_back(line);
+  }
+  return missing;
 }
 
 void printLines(const Lines& lines, const Options& options) {

@@ -32,6 +32,9 @@ using Lines = std::vector<std::string>;
 /// known has none.
 Lines staticLines(const state::VrfState& vrf, bool saveAll);
 
+/// The lines that `others` lacks.
+Lines linesWithout(const Lines& lines, const Lines& others);
+
 /// Prints the lines; in JSON the document {"lines":[...]}.
 void printLines(const Lines& lines, const Options& options);
 

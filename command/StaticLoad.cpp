@@ -38,11 +38,10 @@ bool isNote(std::string_view line) {
 void refuseOwnAddress(const StaticLine& line, const state::DeviceState& device) {
   const auto& hop = line.via.hop;
   const L3::VrfName vrf{Lumo::String(line.vrf)};
-  const bool isOwn =
-      (hop.af() == Kesh::AddressFamily::ip4 &&
-       Rova::InvalidNextHopChecker().check(device.ipConfig, hop.v4Addr(), vrf)) ||
-      (hop.af() == Kesh::AddressFamily::ip6 &&
-       Rova::InvalidNextHop6Checker().check(device.ip6Config, hop.v6Addr(), vrf));
+  const bool isOwn = (hop.af() == Kesh::AddressFamily::ip4 &&
+                      Rova::InvalidNextHopChecker().check(device.ipConfig, hop.v4Addr(), vrf)) ||
+                     (hop.af() == Kesh::AddressFamily::ip6 &&
+                      Rova::InvalidNextHop6Checker().check(device.ip6Config, hop.v6Addr(), vrf));
   if (!isOwn) return;
   throw LineError(hop.stringValue().str() + " is an address of this device in VRF " + line.vrf,
                   line.hopColumn);

@@ -6,14 +6,10 @@ namespace {
 
 // Values for the model alone. An empty text and the number 0 stand for no value.
 void addToModel(scrivo::Printer& printer, const char* key, const char* value) {
-  if (!*value) return;
+  if (!*value || printer.format() == scrivo::textFormat) return;
   scrivo::StringAttrInfo info(printer, key);
   info.setValue(value);
   printer.addArgs("", info.getArg());
-}
-
-void addToModel(scrivo::Printer& printer, const char* key, std::string_view value) {
-  if (!value.empty()) addToModel(printer, key, Lumo::String(value).c_str());
 }
 
 void addIndex(scrivo::Printer& printer, std::uint64_t index) {
@@ -39,6 +35,16 @@ void forEachLabel(Kesh::MplsLabel label, const Kesh::MplsLabelOperation& operati
   if (!label.isNull()) print(label);
   for (std::uint8_t i = 0; i < operation.stackSize(); ++i) {
     print(operation.label(Kesh::MplsStackEntryIndex(i)));
+  }
+}
+
+/// " LABEL". The labels of the label space have no names, so that their text is their number.
+void addLabelText(scrivo::Printer& printer, Kesh::MplsLabel label) {
+  constexpr std::uint32_t firstUnreserved = 16; // RFC 3032, section 2.1
+  if (label.value() >= firstUnreserved && label.value() < Kesh::MplsLabel::null) {
+    printer.addFrills(" %u", label.value());
+  } else {
+    printer.addFrills(" %s", Kesh::labelText(label));
   }
 }
 
@@ -83,12 +89,12 @@ void printTunnelViaInfo(scrivo::Printer& printer, bool inModel, const TunnelViaT
   printer.addFrills("%s", via.directlyConnected ? "is directly connected" : "via");
   if (via.directlyConnected) {
     separator = ", ";
-  } else if (!via.nexthopAddr.empty()) {
+  } else if (*via.nexthopAddr) {
     printer.addFrills(" %s", via.nexthopAddr);
     separator = ", ";
   }
-  if (!via.interface.empty()) printer.addFrills("%s%s", separator, via.interface);
-  if (!via.interfaceDescription.empty()) printer.addFrills(" %s", via.interfaceDescription);
+  if (*via.interface) printer.addFrills("%s%s", separator, via.interface);
+  if (*via.interfaceDescription) printer.addFrills(" %s", via.interfaceDescription);
   if (inModel) {
     if (!via.directlyConnected) addToModel(printer, "nexthopAddr", via.nexthopAddr);
     addToModel(printer, "interface", via.interface);
@@ -103,8 +109,7 @@ void maybeAddLabelStackToOutput(scrivo::Printer& printer, Kesh::MplsLabel label,
   if (label.isNull() && operation.stackSize() == 0) return;
   if (printer.format() == scrivo::textFormat) {
     printer.addFrills(" label");
-    forEachLabel(label, operation,
-                 [&](Kesh::MplsLabel one) { printer.addFrills(" %s", Kesh::labelText(one)); });
+    forEachLabel(label, operation, [&](Kesh::MplsLabel one) { addLabelText(printer, one); });
   } else if (inModel) {
     addLabelsToModel(printer, label, operation, key);
   }

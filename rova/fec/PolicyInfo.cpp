@@ -44,7 +44,7 @@ void printSegmentList(scrivo::Printer& printer, const PolicyInfo& policy,
     printer.addFrills("%*c", viaIndent + viaStep, ' ');
     Tunnel::CliSupport::printTunnelViaInfo(
         printer, false,
-        {nexthopAddr.view(), interface.view(), {}, policy.tunnelLabelStack(tunnel)});
+        {nexthopAddr.c_str(), interface.c_str(), "", policy.tunnelLabelStack(tunnel)});
     printer.addFrills("\n");
   }
 }

@@ -198,11 +198,11 @@ void GroupListing::addDestinations(const ShownGroup& group) {
 bool chooseGroups(NexthopGroupHelper& helper) {
   const auto& groups = helper.nhgConfig()->nexthopGroup;
   if (helper.nhgName().empty()) {
-    ROVA_TRACE(8, "Printing all nexthop groups");
+    ROVA_TRACE(3, "Printing all nexthop groups");
     groups.forEach([&](const auto&, const auto& group) { helper.sortedNhgNameIs(group); });
     return true;
   }
-  ROVA_TRACE(8, "Printing Nexthop Group: " << helper.nhgName());
+  ROVA_TRACE(3, "Printing Nexthop Group: " << helper.nhgName());
   const auto* const group = groups.find(helper.nhgName());
   if (group) helper.sortedNhgNameIs(*group);
   return group != nullptr;

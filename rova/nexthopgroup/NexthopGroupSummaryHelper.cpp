@@ -88,6 +88,7 @@ bool NexthopGroupSummaryHelper::isProgrammed(const Lumo::Name& name) const {
 }
 
 void NexthopGroupSummaryHelper::processNexthopGroups() {
+  ROVA_TRACE(8, "void Rova::NexthopGroupSummaryHelper::processNexthopGroups()");
   nhgCount_ = static_cast<std::uint32_t>(nhgConfig_->nexthopGroup.size());
   const std::uint32_t hardwareSize = routingHwStatus_->maxNexthopGroupSize;
   nhgConfig_->nexthopGroup.forEach([&](const auto& name, const auto& group) {

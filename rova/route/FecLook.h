@@ -12,9 +12,11 @@ struct FecLook {
   CachedFec* fec = nullptr; ///< null for one that was not captured
   bool forwards = true;     ///< whether a route on it may print outside a detail listing
   bool isDirect = false;    ///< whether its only via prints without a row
-  bool hasText = false;     ///< whether what follows is made, as it is at the first print
-  bool isHidden = false;    ///< whether the query or the tunnel table leaves out its only via
-  DirectViaText text;       ///< of its only via
+  bool isNexthopGroup = false;
+  bool isSrTePolicy = false;
+  bool hasText = false;  ///< whether what follows is made, as it is at the first print
+  bool isHidden = false; ///< whether the query or the tunnel table leaves out its only via
+  DirectViaText text;    ///< of its only via
 };
 
 /// The looks of one listing. The vias of the FECs must not change meanwhile.
@@ -51,7 +53,9 @@ class FecLooks {
     look.fec = fec;
     if (!fec) return look;
     look.forwards = fec->forwards();
-    look.isDirect = fec->numEntries() == 0 && !fec->isNexthopGroup() && !fec->isSrTePolicy() &&
+    look.isNexthopGroup = fec->isNexthopGroup();
+    look.isSrTePolicy = fec->isSrTePolicy();
+    look.isDirect = fec->numEntries() == 0 && !look.isNexthopGroup && !look.isSrTePolicy &&
                     printsDirectly(*fec);
     return look;
   }

@@ -202,9 +202,10 @@ void Listing<Family>::printRoute(const Route& route) {
   RouteLine line = lineOf(route);
   line.fec = &fec;
   PolicyInfoSet policies;
-  if (isNexthopGroup(type) || fec.isNexthopGroup()) {
+  line.isNexthopGroup = isNexthopGroup(type) || look.isNexthopGroup;
+  if (line.isNexthopGroup) {
     buildGroups(fec);
-  } else if (fec.isSrTePolicy()) {
+  } else if (look.isSrTePolicy) {
     policies = collectPolicies(sorter_, fec);
     line.policies = &policies;
   } else if (fec.vias() != 0) {

@@ -45,7 +45,6 @@ struct RouteLinePrinter::Subject {
   const RouteLine& line;
   std::string_view code;
   std::string_view prefixText;
-  bool isNexthopGroup;
   const char* nexthopAddr;
   const char* interface;
   const char* interfaceDescription;
@@ -53,7 +52,7 @@ struct RouteLinePrinter::Subject {
 
   bool hasRows() const {
     if (!line.fec) return false;
-    return isNexthopGroup ? line.fec->nhgVias() != 0 : line.fec->numEntries() != 0;
+    return line.isNexthopGroup ? line.fec->nhgVias() != 0 : line.fec->numEntries() != 0;
   }
   bool hasTexts() const { return *nexthopAddr || *interface; }
   bool hasPolicies() const { return line.policies && line.policies->policyInfos() != 0; }
@@ -95,8 +94,7 @@ RouteLinePrinter::RouteLinePrinter(scrivo::Printer& printer, LineOptions options
       groupName_(printer, "groupName"),
       groupId_(printer, "groupId") {}
 
-bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool nexthopGroupType,
-                             bool hasV6Nexthop) {
+bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool hasV6Nexthop) {
   char text[Kesh::maxAddressText + 1];
   const auto length = line.prefix.writeText(text);
   text[length] = '\0';
@@ -105,7 +103,6 @@ bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool 
   Subject route{line,
                 code,
                 {text, length},
-                nexthopGroupType || (line.fec && line.fec->isNexthopGroup()),
                 via ? via->nexthopAddr.c_str() : "",
                 via && !via->interface.empty() ? via->interface.c_str() : line.ownInterface,
                 via ? via->interfaceDescription.c_str() : "",
@@ -118,9 +115,9 @@ bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool 
 
 bool RouteLinePrinter::hasSomethingToShow(const Subject& route) const {
   const bool nexthopAlone = *route.nexthopAddr && !*route.interface;
-  return !nexthopAlone || options_.detail || route.hasEvpn || route.isNexthopGroup ||
+  return !nexthopAlone || options_.detail || route.hasEvpn || route.line.isNexthopGroup ||
          route.hasRows() || isDirectlyConnected(route.line.prefix, route.nexthopAddr) ||
-         (route.line.fec && route.line.fec->isSrTePolicy());
+         route.line.policies;
 }
 
 void RouteLinePrinter::printFormatRoute4(const Subject& route) {
@@ -259,7 +256,7 @@ void RouteLinePrinter::printRows4(const Subject& route) {
     printSourceVrf(route);
     printer_.addFrills(" ");
   }
-  if (options_.degradeNhgModel && route.isNexthopGroup) {
+  if (options_.degradeNhgModel && route.line.isNexthopGroup) {
     printer_.addFrills(" via");
     return printDegradedGroup(route);
   }
@@ -279,7 +276,7 @@ void RouteLinePrinter::printRows4(const Subject& route) {
 
 void RouteLinePrinter::printRows6(const Subject& route) {
   addKind(false, "forward");
-  if (options_.degradeNhgModel && route.isNexthopGroup) {
+  if (options_.degradeNhgModel && route.line.isNexthopGroup) {
     printer_.addFrills(ownLineVia);
     return printDegradedGroup(route);
   }
@@ -299,17 +296,18 @@ void RouteLinePrinter::printRows6(const Subject& route) {
 template <class PrintRow>
 void RouteLinePrinter::forEachRow(const Subject& route, PrintRow printRow) {
   const CachedFec& fec = *route.line.fec;
-  const std::size_t rows = route.isNexthopGroup ? fec.nhgVias() : fec.viaTypeStrings();
+  const std::size_t rows = route.line.isNexthopGroup ? fec.nhgVias() : fec.viaTypeStrings();
   std::size_t shown = 0;
   for (std::uint32_t at = 0; shown < rows && at <= 0xffff; ++at) {
     const auto number = static_cast<std::uint16_t>(at);
     const auto* const group = fec.nhgViaMap().find(number);
-    const bool exists =
-        route.isNexthopGroup ? group != nullptr : fec.viaTypeStringMap().find(number) != nullptr;
+    const bool exists = route.line.isNexthopGroup ? group != nullptr
+                                                  : fec.viaTypeStringMap().find(number) != nullptr;
     if (!exists) continue;
-    Row row{number, shown++ == 0, route.isNexthopGroup ? group : nullptr, nullptr, nullptr, {}, {},
-            {}};
-    if (!route.isNexthopGroup) {
+    Row row{
+        number, shown++ == 0, route.line.isNexthopGroup ? group : nullptr, nullptr, nullptr, {}, {},
+        {}};
+    if (!route.line.isNexthopGroup) {
       row.tunnel = fec.tunViaMap().find(number);
       const auto* const evpn = fec.viaEvpnEntryMap().find(number);
       row.evpn = evpn && evpn->isSet() ? evpn : nullptr;
@@ -470,7 +468,7 @@ void RouteLinePrinter::printTunnelVias(const Subject& route,
     const auto index = static_cast<Tunnel::CliSupport::TunnelViaIndex>(at);
     const auto text = [index](const auto& table) {
       const auto* const found = table.find(index);
-      return found ? found->view() : std::string_view();
+      return found ? found->c_str() : "";
     };
     const auto* const labels = tunnel.viaLabelStack.find(index);
     const auto nexthopAddr = text(tunnel.nexthopAddr);

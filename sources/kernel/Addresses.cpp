@@ -16,6 +16,11 @@ Kesh::IpGenAddr readAddress(unsigned family, Bytes payload) {
   return Kesh::Ip6Addr::fromBytes(payload.data());
 }
 
+Kesh::Ip6Addr ip6Form(const Kesh::IpGenAddr& address) {
+  if (address.af() != Kesh::AddressFamily::ip4) return address.v6Addr();
+  return Kesh::Ip6Addr::fromHalves(0, 0xffff00000000ull | address.v4Addr().host());
+}
+
 bool Address::isSecondary() const { return flags & IFA_F_SECONDARY; }
 
 // IPv4 gives the bit of IFA_F_DADFAILED no meaning.

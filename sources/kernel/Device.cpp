@@ -2,6 +2,7 @@
 
 #include "sources/kernel/InterfaceState.h"
 #include "sources/kernel/LinkTunnels.h"
+#include "sources/kernel/NexthopGroups.h"
 #include "sources/kernel/RouteState.h"
 
 namespace sources::kernel {
@@ -12,6 +13,7 @@ state::DeviceState makeDevice(KernelState kernel) {
   const Interfaces interfaces(kernel.links);
   fillInterfaces(kernel, interfaces, vrfs, builder);
   fillLinkTunnels(kernel.links, builder);
+  fillNexthopGroups(kernel, interfaces, vrfs, builder);
   fillRoutes(kernel, interfaces, vrfs, builder);
   return std::move(builder.state);
 }

@@ -17,12 +17,14 @@ constexpr Request links{"interfaces", RTM_GETLINK, AF_UNSPEC, sizeof(ifinfomsg)}
 constexpr Request addresses{"addresses", RTM_GETADDR, AF_UNSPEC, sizeof(ifaddrmsg)};
 constexpr Request neighbours{"neighbours", RTM_GETNEIGH, AF_UNSPEC, sizeof(ndmsg)};
 constexpr Request nexthops{"nexthop objects", RTM_GETNEXTHOP, AF_UNSPEC, sizeof(nhmsg)};
+constexpr Request countedNexthops{"nexthop objects", RTM_GETNEXTHOP,     AF_UNSPEC,
+                                  sizeof(nhmsg),     operationAttribute, dumpStatistics};
 constexpr Request routes4{"IPv4 routes", RTM_GETROUTE, AF_INET, sizeof(rtmsg)};
 constexpr Request routes6{"IPv6 routes", RTM_GETROUTE, AF_INET6, sizeof(rtmsg)};
 
 template <class Object, class Decode>
-void dumpObjects(Socket& socket, const Request& request, Decode decode, std::vector<Object>& out) {
-  socket.dump(
+bool dumpObjects(Socket& socket, const Request& request, Decode decode, std::vector<Object>& out) {
+  return socket.dump(
       request, [&] { out.clear(); },
       [&](Bytes payload) {
         if (auto object = decode(payload)) out.push_back(std::move(*object));
@@ -76,7 +78,9 @@ KernelState gatherOnce(Socket& socket) {
   dumpObjects(socket, addresses, decodeAddress, state.addresses);
   dumpObjects(socket, neighbours, decodeNeighbour, state.neighbours);
   const auto decode = [&](Bytes payload) { return decodeNexthop(payload, state.encapsulations); };
-  dumpObjects(socket, nexthops, decode, state.nexthops);
+  if (!dumpObjects(socket, countedNexthops, decode, state.nexthops)) {
+    dumpObjects(socket, nexthops, decode, state.nexthops); // by a kernel that does not count
+  }
   dumpRoutes(socket, routes4, state.routes, state);
   dumpRoutes(socket, routes6, state.routes6, state);
   return state;

@@ -26,7 +26,8 @@ void checkStrictly(const mnl_socket* socket) {
   setsockopt(mnl_socket_get_fd(socket), SOL_NETLINK, NETLINK_GET_STRICT_CHK, &on, sizeof on);
 }
 
-/// Kernels that do not know a kind of object refuse it in one of these ways; they have none.
+/// Kernels that do not know a kind of object, or what is asked of it, refuse it in one of these
+/// ways.
 bool isUnknownKind(const Request& request, int error) {
   return request.type == RTM_GETNEXTHOP && (error == EOPNOTSUPP || error == EINVAL);
 }
@@ -53,9 +54,11 @@ bool DumpReader::feedMessage(const nlmsghdr& header, Bytes payload, const TakeMe
   return true;
 }
 
-bool DumpReader::finish(Bytes payload) const {
+bool DumpReader::finish(Bytes payload) {
   const int error = -readRecord<int>(payload).value_or(0);
-  if (error != 0 && !isUnknownKind(request_, error)) fail(request_, "dump", error);
+  if (error == 0) return false;
+  if (!isUnknownKind(request_, error)) fail(request_, "dump", error);
+  known_ = false;
   return false;
 }
 
@@ -77,6 +80,7 @@ void Socket::send(const Request& request) {
   header->nlmsg_seq = ++sequence_;
   *static_cast<std::uint8_t*>(mnl_nlmsg_put_extra_header(header, request.headerSize)) =
       request.family;
+  if (request.attribute) mnl_attr_put_u32(header, request.attribute, request.attributeValue);
   if (mnl_socket_sendto(socket_.get(), header, header->nlmsg_len) < 0)
     fail(request, "ask for", errno);
 }
@@ -90,20 +94,24 @@ Bytes Socket::receive(const Request& request) {
   return Bytes(buffer_).first(static_cast<std::size_t>(size));
 }
 
-bool Socket::dumpOnce(const Request& request, const TakeMessage& take) {
+DumpReader Socket::dumpOnce(const Request& request, const TakeMessage& take) {
   send(request);
   DumpReader reader(request, sequence_);
   while (reader.feed(receive(request), take)) {
   }
-  return !reader.interrupted();
+  return reader;
 }
 
-void Socket::dump(const Request& request, const std::function<void()>& restart,
+bool Socket::dump(const Request& request, const std::function<void()>& restart,
                   const TakeMessage& take) {
+  bool known = true;
   repeatUntilWhole(request.what, [&] {
     restart();
-    return dumpOnce(request, take);
+    const DumpReader reader = dumpOnce(request, take);
+    known = reader.known();
+    return !reader.interrupted();
   });
+  return known;
 }
 
 void repeatUntilWhole(const char* what, const std::function<bool()>& attempt) {

@@ -71,13 +71,7 @@ void setHop(const Kesh::IpGenAddr& hop, Kesh::IpAddr& out) {
   if (hop.af() == AddressFamily::ip4) out = hop.v4Addr();
 }
 
-/// An IPv4 hop among IPv6 ones takes the form ::ffff:a.b.c.d of RFC 4291.
-void setHop(const Kesh::IpGenAddr& hop, Kesh::Ip6Addr& out) {
-  if (hop.af() == AddressFamily::ip6) out = hop.v6Addr();
-  if (hop.af() == AddressFamily::ip4) {
-    out = Kesh::Ip6Addr::fromHalves(0, 0xffff00000000ull | hop.v4Addr().host());
-  }
-}
+void setHop(const Kesh::IpGenAddr& hop, Kesh::Ip6Addr& out) { out = ip6Form(hop); }
 
 /// Sets where a via leads: to a tunnel, which knows hop, interface and labels itself, or there.
 template <class FecVia>

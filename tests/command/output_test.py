@@ -50,7 +50,8 @@ class OutputTest(CommandTest):
 
     def test_full_disk(self):
         for words in (["show", "ip", "route"], ["--format", "json", "show", "ip", "route"],
-                      ["show", "ipv6", "route", "vrf", "all"], ["snapshot", "save", "-"],
+                      ["show", "ipv6", "route", "vrf", "all"], ["show", "ip", "route", "summary"],
+                      ["snapshot", "save", "-"],
                       ["show", "static"], ["show", "running-config", "static", "| json"],
                       ["check", "next-hop", "10.0.0.1"],
                       ["--help"], ["--version"]):

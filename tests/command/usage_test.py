@@ -5,7 +5,7 @@ import unittest
 
 from support import CommandTest, rova
 
-QUERY_PARTS = ("vrf, host, longer-prefixes, detail, interface, or a protocol (aggregate bgp "
+QUERY_PARTS = ("vrf, host, summary, longer-prefixes, detail, interface, or a protocol (aggregate bgp "
                "connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs)")
 
 # The message, the command line, the caret.
@@ -145,6 +145,42 @@ WRONG_WORDS = [
     """rova: this part of the query stands twice
   show ip route host host
                      ^
+""",
+    """rova: host and summary are two displays
+  show ip route host vrf red summary
+                             ^
+""",
+    """rova: "s" is short for several words: summary or static
+  show ip route s
+                ^
+""",
+    """rova: summary goes with vrf alone: it counts the whole table
+  show ip route summary detail
+                        ^
+""",
+    """rova: summary goes with vrf alone: it counts the whole table
+  show ip route 10.1.0.0/16 summary
+                            ^
+""",
+    """rova: summary goes with vrf alone: it counts the whole table
+  show ipv6 route summary vrf red 2001:db8::1
+                                  ^
+""",
+    """rova: summary goes with vrf alone: it counts the whole table
+  show ip route summary interface Ethernet1
+                        ^
+""",
+    """rova: summary goes with vrf alone: it counts the whole table
+  show ip route bgp vrf all su
+                            ^
+""",
+    """rova: summary goes with vrf alone: it counts the whole table
+  show ip route summary longer-prefixes
+                        ^
+""",
+    """rova: this part of the query stands twice
+  show ip route summary summary
+                        ^
 """,
     # The caret counts characters, not bytes.
     """rova: this part of the query stands twice

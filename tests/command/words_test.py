@@ -17,6 +17,8 @@ SAME = [
     ("sh ip ro ospf", "show ip route ospf"),
     ("sh ip ro h | json", "show ip route host | json"),
     ("sh ipv6 ro ho vr red | json", "show ipv6 route vrf red host | json"),
+    ("sh ip ro su", "show ip route summary"),
+    ("sh ipv6 ro vr red sum | json", "--format json show ipv6 route summary vrf red"),
     ("sn s -", "snapshot save -"),
     ("sh ru st v all a | json", "show running-config static vrf all all | json"),
     ("sh st v red dy", "show static dynamic vrf red"),

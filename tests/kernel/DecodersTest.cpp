@@ -61,9 +61,13 @@ std::string show(const RouteMessage& route, const Encapsulations& encapsulations
 
 std::string show(const Nexthop& nexthop, const Encapsulations& encapsulations) {
   std::string out = std::to_string(nexthop.id) + " " + show(nexthop.hop, encapsulations);
+  if (nexthop.family == Kesh::AddressFamily::ip6) out += " IPv6";
   if (nexthop.blackhole) out += " blackhole";
+  if (nexthop.linkDown) out += " linkdown";
+  if (nexthop.forwardsFrames) out += " fdb";
   for (const auto& member : nexthop.group) {
     out += " +" + std::to_string(member.id) + "*" + std::to_string(member.weight);
+    if (member.packets) out += "=" + std::to_string(*member.packets) + "p";
   }
   return out;
 }
@@ -325,10 +329,13 @@ std::vector<std::byte> group() {
 TEST(NexthopDecoder, Messages) {
   const Case cases[] = {
       {"gateway", nexthop(7).add(NHA_OIF, 2).add(NHA_GATEWAY, ip("10.0.0.1")), "7 10.0.0.1@2"},
-      {"gateway6", nexthop(8, AF_INET6).add(NHA_GATEWAY, ip("fe80::1")), "8 fe80::1@0"},
+      {"gateway6", nexthop(8, AF_INET6).add(NHA_GATEWAY, ip("fe80::1")), "8 fe80::1@0 IPv6"},
       {"blackhole", nexthop(9).add(NHA_BLACKHOLE, std::vector<std::byte>()), "9 @0 blackhole"},
       {"group", nexthop(10).add(NHA_GROUP, group()), "10 @0 +1*1 +2*10 +3*512"},
       {"dead", nexthop(7, AF_INET, RTNH_F_DEAD).add(NHA_OIF, 2), "7 @2 dead"},
+      {"without carrier", nexthop(7, AF_INET, RTNH_F_LINKDOWN).add(NHA_OIF, 2), "7 @2 linkdown"},
+      {"of a bridge", nexthop(7).add(NHA_FDB, std::vector<std::byte>()), "7 @0 fdb"},
+      {"part of a member", nexthop(10).add(NHA_GROUP, std::vector<std::byte>(7)), "10 @0"},
       {"label",
        nexthop(7)
            .add(NHA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_MPLS})
@@ -341,6 +348,37 @@ TEST(NexthopDecoder, Messages) {
        "7 @0 stack 30 40"},
       {"without number", Message(nhmsg{}).add(NHA_OIF, 2), "none"},
       {"empty", Message(), "none"},
+  };
+  expectDecoded(nexthopShown, cases);
+}
+
+// The numbers of linux/nexthop.h since Linux 6.9, which older headers lack.
+constexpr unsigned statistics = 15, entry = 1, entryId = 1, entryPackets = 2;
+
+/// The statistics of one member; `packets` is of the type that the kernel chose.
+template <class Number>
+Message counted(std::uint32_t id, Number packets) {
+  return Message().add(entry, Message().add(entryId, id).add(entryPackets, packets));
+}
+
+TEST(NexthopDecoder, Statistics) {
+  const Message two = counted(1, 5u).then(counted(2, std::uint64_t{1} << 40));
+  const Message backwards =
+      Message().add(entry, Message().add(entryPackets, 5u).add(entryId, 1u)).then(counted(3, 0u));
+  const Case cases[] = {
+      {"of four and eight bytes", nexthop(10).add(NHA_GROUP, group()).add(statistics, two),
+       "10 @0 +1*1=5p +2*10=1099511627776p +3*512"},
+      {"ahead of the members", nexthop(10).add(statistics, backwards).add(NHA_GROUP, group()),
+       "10 @0 +1*1=5p +2*10 +3*512=0p"},
+      {"of a stranger", nexthop(10).add(NHA_GROUP, group()).add(statistics, counted(9, 5u)),
+       "10 @0 +1*1 +2*10 +3*512"},
+      {"too short",
+       nexthop(10).add(NHA_GROUP, group()).add(statistics, counted(1, std::uint16_t{5})),
+       "10 @0 +1*1 +2*10 +3*512"},
+      {"without a number",
+       nexthop(10).add(NHA_GROUP, group()).add(statistics, Message().add(entry, Message())),
+       "10 @0 +1*1 +2*10 +3*512"},
+      {"of a single next hop", nexthop(7).add(statistics, two), "7 @0"},
   };
   expectDecoded(nexthopShown, cases);
 }

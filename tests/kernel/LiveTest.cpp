@@ -4,8 +4,10 @@
 #include "sources/kernel/Kernel.h"
 #include "sources/kernel/Namespace.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -187,6 +189,77 @@ TEST_F(KernelTest, NexthopObjectsAndGroups) {
   // Now the kernel gives the object's number alone.
   runInside("echo 0 > /proc/sys/net/ipv4/nexthop_compat_mode");
   EXPECT_EQ(showRoutes(load(name)), routes);
+}
+
+/// Sends packets from the namespace to an address.
+void sendPackets(const std::string& netns, const char* address, int count) {
+  const sources::kernel::NamespaceStay stay(netns);
+  const int descriptor = socket(AF_INET, SOCK_DGRAM, 0);
+  sockaddr_in to{};
+  to.sin_family = AF_INET;
+  to.sin_port = htons(9);
+  inet_pton(AF_INET, address, &to.sin_addr);
+  for (int i = 0; i < count; ++i) {
+    EXPECT_EQ(sendto(descriptor, "x", 1, 0, reinterpret_cast<const sockaddr*>(&to), sizeof to), 1);
+  }
+  close(descriptor);
+}
+
+TEST_F(KernelTest, NexthopGroups) {
+  if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1")) GTEST_SKIP() << "no nexthop objects here";
+  runAll({"neigh add 10.1.0.2 lladdr 02:00:00:00:00:02 dev eth1",
+          "nexthop add id 2 via 10.2.0.2 dev eth2", "nexthop add id 3 blackhole",
+          "nexthop add id 4 via fd01::2 dev eth1", "nexthop add id 5 dev eth2",
+          "nexthop add id 6 via 10.9.0.9 fdb", "nexthop add id 10 group 1,7/2"});
+  Routes expected{
+      {"nexthop-1", "1 ip4 1 of 1 in default | 10.1.0.2 eth1 02:00:00:00:00:02 10.1.0.0/24"},
+      {"nexthop-2", "2 ip4 1 of 1 in default | 10.2.0.2 eth2 00:00:00:00:00:00 10.2.0.0/24"},
+      {"nexthop-3", "3 ip4 0 of 1 in default | -"},
+      {"nexthop-4", "4 ip6 1 of 1 in default | fd01::2 eth1 00:00:00:00:00:00 fd01::/64"},
+      {"nexthop-5", "5 ip4 1 of 1 in default | 0.0.0.0 eth2 00:00:00:00:00:00"}};
+  const auto device = load(name);
+  const bool counts = device.routingHardwareStatus->nexthopGroupEntryCounterSupported;
+  const std::string none = counts ? " 0p" : "";
+  expected["nexthop-10"] = "10 ip4 2 of 2 in default | 10.1.0.2 eth1 02:00:00:00:00:02 "
+                           "10.1.0.0/24" +
+                           none +
+                           " | 10.2.0.2 eth2 00:00:00:00:00:00 "
+                           "10.2.0.0/24" +
+                           none;
+  EXPECT_EQ(showNexthopGroups(device), expected);
+}
+
+TEST_F(KernelTest, ResilientNexthopGroups) {
+  if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1") ||
+      !tries("nexthop add id 12 group 1 type resilient buckets 8")) {
+    GTEST_SKIP() << "a kernel without resilient nexthop groups";
+  }
+  EXPECT_TRUE(showNexthopGroups(load(name))
+                  .at("nexthop-12")
+                  .starts_with("12 ip4 1 of 1 in default | 10.1.0.2 eth1 00:00:00:00:00:00 "
+                               "10.1.0.0/24"));
+}
+
+// The kernel counts where it chooses: not in groups of one member.
+TEST_F(KernelTest, PacketsOfNexthopGroups) {
+  if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1")) GTEST_SKIP() << "no nexthop objects here";
+  runAll({"nexthop add id 2 via 10.2.0.2 dev eth2", "nexthop add id 10 group 1/2",
+          "route add 40.0.0.0/8 nhid 10"});
+  if (!load(name).routingHardwareStatus->nexthopGroupEntryCounterSupported) {
+    GTEST_SKIP() << "a kernel that does not count the packets of nexthop groups";
+  }
+  sendPackets(name, "40.0.0.1", 5);
+  const auto device = load(name);
+  EXPECT_EQ(std::stoi(showPackets(device, 10, 0)) + std::stoi(showPackets(device, 10, 1)), 5);
+}
+
+TEST_F(KernelTest, MplsLabelsOfNexthopGroups) {
+  if (!tries("nexthop add id 1 encap mpls 100/200 via 10.1.0.2 dev eth1")) {
+    GTEST_SKIP() << "a kernel without MPLS encapsulation";
+  }
+  EXPECT_EQ(showNexthopGroups(load(name)).at("nexthop-1"),
+            "1 mpls ip4 1 of 1 in default | 10.1.0.2 label 200 100 eth1 00:00:00:00:00:00 "
+            "10.1.0.0/24");
 }
 
 TEST_F(KernelTest, NextHopOfADownInterfaceIsDead) {

@@ -4,6 +4,7 @@
 #include "support/Expect.h"
 
 #include <gtest/gtest.h>
+#include <linux/nexthop.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
@@ -77,7 +78,10 @@ TEST(DumpReader, RefusalNamesWhatAndWhy) {
   EXPECT_EQ(errorOf(nexthops, EPERM), "cannot dump the kernel's nexthop objects" + why);
   EXPECT_EQ(errorOf(nexthops, EOPNOTSUPP), "end") << "a kernel without them has none";
   EXPECT_NE(errorOf(routes, EOPNOTSUPP), "end");
-  DumpReader reader(routes, sequence);
+  DumpReader reader(routes, sequence), older(nexthops, sequence);
+  EXPECT_TRUE(older.known());
+  feed(older, part(NLMSG_DONE, -EINVAL)); // how the kernel refuses an attribute
+  EXPECT_FALSE(older.known());
   EXPECT_THROW(feed(reader, part(NLMSG_DONE, -ENOMEM)), sources::SourceError);
 }
 
@@ -112,6 +116,17 @@ TEST(Socket, DropsWhatADisturbedAttemptTook) {
       links, [&] { ++restarts, taken = 0; }, [&](Bytes) { ++taken; });
   EXPECT_GE(restarts, 1);
   EXPECT_GE(taken, 1) << "every namespace has a loopback interface";
+}
+
+TEST(Socket, SaysThatTheKernelDoesNotKnowWhatIsAsked) {
+  constexpr std::uint16_t noAttribute = 200;
+  Socket socket;
+  int taken = 0;
+  constexpr Request strange{"nexthop objects", RTM_GETNEXTHOP, AF_UNSPEC,
+                            sizeof(nhmsg),     noAttribute,    1};
+  EXPECT_FALSE(socket.dump(
+      strange, [] {}, [&](Bytes) { ++taken; }));
+  EXPECT_EQ(taken, 0);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // What the objects of nexthop groups do beside rendering, which the scenarios show.
 #include "rova/CliSupport.h"
+#include "scrivo/Capture.h"
 #include "state/DeviceBuilder.h"
 #include "state/Mount.h"
 #include "state/NexthopGroupSize.h"
@@ -82,6 +83,31 @@ TEST_F(NexthopGroupTest, WhatIsNotAtAPathMountsNothing) {
   LumoVanta::Mount mount(state.entityManager);
   mount.handleInitialized();
   EXPECT_FALSE(mount.getEntity(Gaugex::CounterTable::path)) << "not mounted";
+}
+
+/// With its handler set, a damaged table of identifiers detaches: the groups from there on have
+/// none.
+TEST_F(NexthopGroupTest, GroupsBehindADamagedIdentifierAreLeftOut) {
+  using Table =
+      Vanta::MemoryTable<NexthopGroup::NexthopGroupEntryKey, NexthopGroup::NexthopGroupEntry>;
+  auto table = std::make_unique<Table>("nexthopGroupEntry");
+  for (const char* const name : {"a", "b", "c"}) {
+    const Lumo::Name groupName(name);
+    state.nhgConfig->nexthopGroup.insertOrAssign(
+        groupName, Lumo::newEntity<NexthopGroupConfigEntry>(groupName));
+    table->insert({NexthopGroup::NexthopGroupEntryKey(groupName), 7});
+  }
+  table->corruptAt(2);
+  const auto identifiers = Lumo::newEntity<NexthopGroup::EntryStatus>(std::move(table));
+  identifiers->nexthopGroupEntry.corruptionHandlerIs([](auto&, const std::string&) {});
+  identifiers->nexthopGroupEntry.detachCallbackIs([](auto&) {});
+  const auto groups = Rova::nexthopGroupHelperFactory(
+      state.nhgConfig, identifiers, state.nhgHwStatus, state.routingHardwareStatus, {}, "");
+  const Sink sink;
+  groups->render(static_cast<std::uint32_t>(sink.fd()), 1);
+  EXPECT_EQ(sink.text(), "a\n  Unprogrammed nexthop group\n  Id                7\n"
+                         "  Type              invalid\n"
+                         "  Size              0  (auto size enabled, programmed size 0)\n\n");
 }
 
 TEST(CounterInterfaceTest, TheBaseStopsTheProcess) {

@@ -69,6 +69,18 @@ constexpr const char* sorterRows[] = {
     "protocolString(p: Kesh::#Prefix): Lumo::String",
     "4 viasForPrefix(p: Kesh::Prefix): Rova::CachedFec"};
 
+// Both summaries: "@" as above.
+constexpr const char* summaryRows[] = {"routingConfig*: Routing::ConfigGen",
+                                       "routingStatus*: Vanta::Fib@::RouteStatus",
+                                       "arpVanta*: Arp::Table::Status",
+                                       "vrfIdMap*: Vrf::VrfIdMap::Status",
+                                       "vrfName*: L3::VrfName",
+                                       "routeCountByType (hashed): Lumo::String to U32",
+                                       "routeCountByMask (ordered): U32 to U32",
+                                       "totalNumRoutes: int",
+                                       "loadInternalStructures(): void",
+                                       "loadAttachedRoutes(): void"};
+
 constexpr const char* cachedFecRows[] = {
     "fecId*: Vanta::Fib::FecId",
     "connected: bool",
@@ -265,10 +277,11 @@ std::string replaced(std::string row, char mark, std::string_view by) {
   return row;
 }
 
-/// The rows of the IPv4 sorter, or those of the other one.
-Lines sorterRowsOf(char family) {
+/// The rows of the IPv4 instance of a template, or those of the other one.
+template <std::size_t count>
+Lines rowsOf(const char* const (&all)[count], char family) {
   Lines rows;
-  for (const std::string row : sorterRows) {
+  for (const std::string row : all) {
     const bool single = row[1] == ' ';
     if (single && row[0] != family) continue;
     const bool ip6 = family == '6';
@@ -291,8 +304,10 @@ struct TypeFace {
 };
 
 std::vector<TypeFace> faces() {
-  return {{Rova::RouteSorter::lumoType, "Rova::RouteSorter", true, sorterRowsOf('4')},
-          {Rova::Route6Sorter::lumoType, "Rova::Route6Sorter", true, sorterRowsOf('6')},
+  return {{Rova::RouteSorter::lumoType, "Rova::RouteSorter", true, rowsOf(sorterRows, '4')},
+          {Rova::Route6Sorter::lumoType, "Rova::Route6Sorter", true, rowsOf(sorterRows, '6')},
+          {Rova::RouteSummary::lumoType, "Rova::RouteSummary", false, rowsOf(summaryRows, '4')},
+          {Rova::Route6Summary::lumoType, "Rova::Route6Summary", false, rowsOf(summaryRows, '6')},
           {Rova::CachedFec::lumoType, "Rova::CachedFec", true, listed(cachedFecRows)},
           {Rova::CachedVia::lumoType, "Rova::CachedVia", false, listed(cachedViaRows)},
           {Rova::CachedNhgVia::lumoType, "Rova::CachedNhgVia", false, listed(cachedNhgViaRows)},

@@ -1,4 +1,4 @@
-"""Text and model of one listing show the same values.
+"""Text and model of one listing of routes show the same values.
 
 Each route's lines in the text are taken apart into the values on them, and compared with the values
 of the route's entry in the model, in both directions and in the same order.
@@ -115,7 +115,7 @@ def route_problems(block, entry):
 
 
 def problems_of(text, model):
-    """What text and model disagree about, one line each."""
+    """What text and model of route listings disagree about, one line each."""
     found = []
     texts = sections(text)
     if list(texts) != list(model["vrfs"]):

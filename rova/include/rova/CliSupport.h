@@ -19,3 +19,4 @@
 #include "rova/route/Sorter.h"
 #include "rova/staticroute/StaticRoutesCliSaver.h"
 #include "rova/staticroute/StaticRoutesRibCommon.h"
+#include "rova/summary/Summary.h"

@@ -1,6 +1,8 @@
-// The hashed collection: open addressing over members that stand in the order of their entry.
+// The hashed collection: open addressing over members that stand in the order of their entry. A few
+// members need no hashing: they are searched one by one.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -35,7 +37,7 @@ class HashMap2018 {
   };
   struct Body {
     std::vector<Member> members;
-    std::vector<std::uint32_t> index; // 1 + position in members, 0 for free; a power of two
+    std::vector<std::uint32_t> index; // 1 + position in members, 0 for free; a power of two or none
     std::size_t present = 0;
     std::uint64_t nextSequence = 0;
     std::uint32_t compactions = 0;
@@ -77,7 +79,7 @@ class HashMap2018 {
   Value& insertOrAssign(const Key& key, Value value) {
     if (Value* const present = find(key)) return *present = std::move(value);
     Body& body = this->body();
-    if (body.members.size() + 1 > body.index.size() / 2) rebuild(body);
+    if (body.members.size() + 1 > std::max(searchedOneByOne, body.index.size() / 2)) rebuild(body);
     body.members.push_back({{key, std::move(value)}, body.nextSequence++, true});
     enter(body, key, static_cast<std::uint32_t>(body.members.size()));
     ++body.present;
@@ -158,6 +160,10 @@ class HashMap2018 {
   }
 
  private:
+  /// Up to that many members and holes stand without an index: it would be one more place in memory
+  /// to read, which costs more than comparing them.
+  static constexpr std::size_t searchedOneByOne = 8;
+
   Body& body() {
     if (!body_) body_ = std::make_unique<Body>();
     return *body_;
@@ -170,7 +176,8 @@ class HashMap2018 {
   }
 
   const Member* findMember(const Key& key) const {
-    if (!body_ || body_->index.empty()) return nullptr;
+    if (!body_) return nullptr;
+    if (body_->index.empty()) return searchMember(key);
     const std::size_t mask = body_->index.size() - 1;
     for (std::size_t at = slot(key, mask);; at = (at + 1) & mask) {
       const std::uint32_t place = body_->index[at];
@@ -180,7 +187,15 @@ class HashMap2018 {
     }
   }
 
+  const Member* searchMember(const Key& key) const {
+    for (const Member& member : body_->members) {
+      if (member.present && member.item.first == key) return &member;
+    }
+    return nullptr;
+  }
+
   static void enter(Body& body, const Key& key, std::uint32_t place) {
+    if (body.index.empty()) return;
     const std::size_t mask = body.index.size() - 1;
     std::size_t at = slot(key, mask);
     while (body.index[at]) at = (at + 1) & mask;
@@ -190,6 +205,8 @@ class HashMap2018 {
   static void rebuild(Body& body) {
     std::erase_if(body.members, [](const Member& member) { return !member.present; });
     ++body.compactions;
+    body.index.clear();
+    if (body.members.size() < searchedOneByOne) return;
     std::size_t size = 8;
     while (size < 4 * (body.members.size() + 1)) size *= 2;
     body.index.assign(size, 0);

@@ -3,6 +3,7 @@
 
 #include "kesh/IntfId.h"
 #include "lumo/Exception.h"
+#include "lumo/HashMap2018.h"
 
 #include <cstdint>
 
@@ -77,3 +78,11 @@ class EncapId {
 };
 
 } // namespace Tunnel::TunnelTable
+
+/// Collections mix the bits directly: the identifier's own hash walks the bytes one by one.
+template <>
+struct Lumo::HashOf<Tunnel::TunnelTable::TunnelId> {
+  std::size_t operator()(Tunnel::TunnelTable::TunnelId id) const {
+    return Kesh::mixHash(id.value());
+  }
+};

@@ -7,7 +7,6 @@
 #include "state/Tunnel.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace Tunnel::CliSupport {
 
@@ -56,9 +55,9 @@ struct CachedStaticIntfTunnelInfo {
 
 /// One via of a tunnel as a line shows it. Texts that are empty are left out.
 struct TunnelViaText {
-  std::string_view nexthopAddr;
-  std::string_view interface;
-  std::string_view interfaceDescription;
+  const char* nexthopAddr;
+  const char* interface;
+  const char* interfaceDescription;
   Kesh::MplsLabelOperation labelStack;
   bool directlyConnected = false;
 };

@@ -24,7 +24,10 @@ struct ROVA_EXPORT Ip4Family {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "RouteSorter";
   static constexpr const char* sorterTypeName = "Rova::RouteSorter";
+  static constexpr const char* summaryTypeName = "Rova::RouteSummary";
   static constexpr RouteType attachedType = RouteType::attached;
+  /// A summary counts no route of a type above.
+  static constexpr RouteType lastRouteType = RouteType::reserved;
 
   /// A listing switches to the lines of IPv6 once a FEC of the IPv6 table was captured for it.
   static constexpr bool remembersV6Nexthops = true;
@@ -53,7 +56,7 @@ struct ROVA_EXPORT Ip4Family {
     return status.error;
   }
 
-  /// The neighbours whose attached routes the host table shows.
+  /// The neighbours of the family, those of all VRFs.
   static const auto& neighbors(const Arp::Table::Status& status) { return status.arpEntry; }
   /// The host table shows these types as going to the processor, whatever their FEC holds: IPv4
   /// receives broadcasts too, where the same number of IPv6 is the attached type.
@@ -65,6 +68,15 @@ struct ROVA_EXPORT Ip4Family {
   /// have, is sent out there.
   static constexpr bool hostIsOnLink(RouteType type) {
     return type == RouteType::receiveDirectedBroadcast || type == RouteType::attached;
+  }
+
+  /// The types that a summary adds up as OSPF and as BGP. IPv6 has one type of each, which the
+  /// summary counts under the key of the sum itself.
+  static constexpr bool isOspfKind(RouteType type) {
+    return type >= RouteType::ospfIntraArea && type <= RouteType::ospfNssaExternal2;
+  }
+  static constexpr bool isBgpKind(RouteType type) {
+    return type == RouteType::bgpInternal || type == RouteType::bgpExternal;
   }
 };
 
@@ -84,7 +96,9 @@ struct ROVA_EXPORT Ip6Family {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "Route6Sorter";
   static constexpr const char* sorterTypeName = "Rova::Route6Sorter";
+  static constexpr const char* summaryTypeName = "Rova::Route6Summary";
   static constexpr RouteType attachedType = RouteType::attached;
+  static constexpr RouteType lastRouteType = RouteType::reserved;
 
   static constexpr bool remembersV6Nexthops = false;
   static constexpr bool hasIntfFlag = true;
@@ -107,6 +121,9 @@ struct ROVA_EXPORT Ip6Family {
     return type == RouteType::receive || type == RouteType::receiveAll;
   }
   static constexpr bool hostIsOnLink(RouteType type) { return type == RouteType::attached; }
+
+  static constexpr bool isOspfKind(RouteType) { return false; }
+  static constexpr bool isBgpKind(RouteType) { return false; }
 };
 
 } // namespace Rova

@@ -51,7 +51,8 @@ PolicyInfoSet collectPolicies(Sorter& sorter, const CachedFec& fec) {
   PolicyInfoSet set;
   const auto add = [&](Vanta::Fib::FecId fecId, std::uint16_t index) {
     auto policy = copySrTePolicyInfo(sorter, fecId, index);
-    if (!(policy == PolicyInfo(index, SrTePolicy::PolicyKey()))) set.policyInfoIs(policy);
+    if (policy == PolicyInfo(index, SrTePolicy::PolicyKey())) return;
+    set.policyInfoIs(std::move(policy));
   };
   if (fec.fecId().adjType() == Vanta::Fib::AdjType::srTePolicy) {
     add(fec.fecId(), 0);

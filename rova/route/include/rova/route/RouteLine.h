@@ -24,9 +24,10 @@ struct RouteLine {
   int preference = 0;
   std::uint32_t metric = 0;
   const CachedFec* fec = nullptr;
+  bool isNexthopGroup = false; ///< by its type or its FEC
   /// The single via that is printed straight from its FEC; null where rows or nothing print.
   const DirectViaText* via = nullptr;
-  /// The policies of a FEC that leads to such; null or empty for none.
+  /// The policies of a FEC that leads to such, maybe none that is known; null for any other FEC.
   const PolicyInfoSet* policies = nullptr;
   /// Where the via has no interface: a receive route's own.
   const char* ownInterface = "";
@@ -49,7 +50,7 @@ class RouteLinePrinter {
   template <class RouteType>
   bool printFormatRoute(RouteType type, const RouteLine& line, bool hasV6Nexthop) {
     routeType_.setValue(type);
-    return print(line, pcode(type), isNexthopGroup(type), hasV6Nexthop);
+    return print(line, pcode(type), hasV6Nexthop);
   }
 
  private:
@@ -57,8 +58,7 @@ class RouteLinePrinter {
   /// A line with what is worked out from it once.
   struct Subject;
 
-  bool print(const RouteLine& line, std::string_view code, bool nexthopGroupType,
-             bool hasV6Nexthop);
+  bool print(const RouteLine& line, std::string_view code, bool hasV6Nexthop);
   void printFormatRoute4(const Subject& route);
   void printFormatRoute6(const Subject& route);
   bool hasSomethingToShow(const Subject& route) const;

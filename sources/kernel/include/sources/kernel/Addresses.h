@@ -24,6 +24,9 @@ std::optional<Address> decodeAddress(Bytes payload);
 /// another family or too few bytes.
 Kesh::IpGenAddr readAddress(unsigned family, Bytes payload);
 
+/// The address among IPv6 ones: an IPv4 address takes the form ::ffff:a.b.c.d of RFC 4291.
+Kesh::Ip6Addr ip6Form(const Kesh::IpGenAddr& address);
+
 /// The bits of an address of that family, 0 for a family that is not IP.
 unsigned addressBits(unsigned family);
 
