@@ -17,6 +17,20 @@ namespace command {
 
 namespace {
 
+/// What is wrong with a line of the file, with the line and a caret.
+class FileError : public std::runtime_error {
+ public:
+  FileError(const std::string& path, std::size_t number, std::string line, const LineError& error)
+      : std::runtime_error(
+            sources::SourceError(path + " line " + std::to_string(number) + ": " + error.what())
+                .what() +
+            ("\n  " + printable(std::move(line)) + "\n  ") + std::string(error.column, ' ') + "^") {
+  }
+
+ private:
+  static std::string printable(std::string line) { return sources::SourceError(line).what(); }
+};
+
 /// The lines of a file, or of standard input for "-". Raises SourceError.
 Lines readLines(const std::string& path) {
   std::ifstream file;
@@ -65,9 +79,7 @@ void enterAll(const Lines& lines, const std::string& path, const state::DeviceSt
       refuseOwnAddress(line, device);
       enterStaticLine(line, configOf(line, device, options));
     } catch (const LineError& error) {
-      throw sources::SourceError(path + " line " + std::to_string(number + 1) + ": " +
-                                 error.what() + "\n  " + lines[number] + "\n  " +
-                                 std::string(error.column, ' ') + "^");
+      throw FileError(path, number + 1, lines[number], error);
     }
   }
 }
