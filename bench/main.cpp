@@ -3,6 +3,7 @@
 #include "Case.h"
 #include "Generator.h"
 #include "NexthopGroups.h"
+#include "StaticRoutes.h"
 
 #include <charconv>
 #include <cstring>
@@ -14,7 +15,7 @@ namespace {
 constexpr const char* usage =
     "usage: bench_listing measure|rows|text|json|snapshot [--shape plain|tunnels|policies|host]\n"
     "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n"
-    "       bench_listing nexthop-groups [--repeats N]\n"
+    "       bench_listing nexthop-groups|static [--repeats N]\n"
     "       bench_listing summary [--ip6] [--routes N] [--repeats N]\n";
 
 /// Above it a table no longer fits into the memory of common machines.
@@ -81,6 +82,8 @@ void run(const std::string& what, const bench::CaseOptions& options) {
   } else if (what == "nexthop-groups") {
     std::cout << bench::measureNexthopGroups(nexthopGroups, groupEntries, options.repeats)
               << std::endl;
+  } else if (what == "static") {
+    std::cout << bench::measureStaticRoutes(options.repeats) << std::endl;
   } else if (what == "summary") {
     std::cout << bench::measureSummary(options) << std::endl;
   } else if (what == "text" || what == "json" || what == "snapshot") {

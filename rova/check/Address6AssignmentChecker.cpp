@@ -19,14 +19,14 @@ class Address6Query {
   explicit Address6Query(const Address6QueryParams& params)
       : params_(params),
         wanted_(params.addrWithMask()),
+        interface_(params.intfName()),
         isManagement_(beginsWith(params.intfName(), params.mgmtPrefix())) {}
 
   /// The reason why the interface refuses the address; nothing when it does not.
-  std::optional<Lumo::String> refusal(const Ip6::IntfConfig& interface,
-                                      const Lumo::String& name) const {
-    const bool isSame = name == params_.intfName();
+  std::optional<Lumo::String> refusal(const Ip6::IntfConfig& interface) const {
+    const bool isSame = interface.intfId == interface_;
     for (const auto& [existing, info] : interface.addr) {
-      auto reason = isSame ? refusalByItself(existing) : refusalByOther(existing, name);
+      auto reason = isSame ? refusalByItself(existing) : refusalByOther(existing, interface.intfId);
       if (reason) return reason;
     }
     return {};
@@ -40,19 +40,20 @@ class Address6Query {
   }
 
   std::optional<Lumo::String> refusalByOther(const Ip6AddrWithMask& existing,
-                                             const Lumo::String& name) const {
+                                             const Kesh::IntfId& other) const {
     if (existing.address().isLinkLocal()) return {};
     if (existing.address() == wanted_.address()) {
-      return assignedMessage(existing.address().stringValue(), name);
+      return assignedMessage(existing.address().stringValue(), other.stringValue());
     }
-    const bool mayOverlap = isManagement_ && beginsWith(name, params_.mgmtPrefix());
-    if (mayOverlap || !existing.overlaps(wanted_)) return {};
+    if (!existing.overlaps(wanted_)) return {};
+    if (isManagement_ && beginsWith(other.stringValue(), params_.mgmtPrefix())) return {};
     return overlapMessage("Subnet", wanted_.subnet().stringValue(), existing.subnet().stringValue(),
-                          name);
+                          other.stringValue());
   }
 
   const Address6QueryParams& params_;
   const Ip6AddrWithMask& wanted_;
+  const Kesh::IntfId interface_;
   const bool isManagement_;
 };
 
@@ -68,9 +69,7 @@ Address6AssignmentChecker::check(Lumo::Ptr<const Address6QueryParams> params) co
   const auto& interfaces = params->ipConfig()->intf;
   const Address6Query query(*params);
   const auto reason = firstOfVrf(interfaces, queriedVrf(interfaces, params->intfName()),
-                                 [&](const auto& interface, const Lumo::String& name) {
-                                   return query.refusal(interface, name);
-                                 });
+                                 [&](const auto& interface) { return query.refusal(interface); });
   result.acceptableIs(!reason);
   result.msgIs(reason.value_or(Lumo::String()));
   return result;

@@ -39,14 +39,15 @@ class AddressQuery {
   explicit AddressQuery(const AddressQueryParams& params)
       : params_(params),
         wanted_(params.addrWithMask()),
+        interface_(params.intfName()),
         isManagement_(beginsWith(params.intfName(), params.mgmtPrefix())) {}
 
   /// The reason why the interface refuses the address; nothing when it does not.
-  std::optional<Lumo::String> refusal(const Ip::IpIntfConfig& interface,
-                                      const Lumo::String& name) const {
-    const Place place{name, name == params_.intfName(),
-                      name == params_.intfName() ||
-                          (isManagement_ && beginsWith(name, params_.mgmtPrefix()))};
+  std::optional<Lumo::String> refusal(const Ip::IpIntfConfig& interface) const {
+    const bool isSame = interface.intfId == interface_;
+    const Place place{interface.intfId, isSame,
+                      isSame || (isManagement_ &&
+                                 beginsWith(interface.intfId.stringValue(), params_.mgmtPrefix()))};
     const auto& primary =
         isNone(interface.addrWithMask) ? interface.virtualAddrWithMask : interface.addrWithMask;
     if (auto reason = refusal(primary, params_.primaryMatch(), place, !isNone(primary))) {
@@ -64,7 +65,7 @@ class AddressQuery {
  private:
   /// The interface that has an address.
   struct Place {
-    const Lumo::String& name;
+    const Kesh::IntfId& interface;
     bool isSame; ///< it is the one that wants the address
     bool mayOverlap;
   };
@@ -72,11 +73,11 @@ class AddressQuery {
   std::optional<Lumo::String> refusal(const IpAddrWithMask& existing, AddrMatchType rule,
                                       const Place& place, bool hasSubnet) const {
     if (conflicts(existing, rule, place)) {
-      return assignedMessage(wanted_.address().stringValue(), place.name);
+      return assignedMessage(wanted_.address().stringValue(), place.interface.stringValue());
     }
     if (!hasSubnet || place.mayOverlap || !overlap(wanted_, existing)) return {};
     return overlapMessage(wanted_.len() == addressBits ? "Address" : "Subnet", networkText(wanted_),
-                          networkText(existing), place.name);
+                          networkText(existing), place.interface.stringValue());
   }
 
   bool conflicts(const IpAddrWithMask& existing, AddrMatchType rule, const Place& place) const {
@@ -87,6 +88,7 @@ class AddressQuery {
 
   const AddressQueryParams& params_;
   const IpAddrWithMask& wanted_;
+  const Kesh::IntfId interface_;
   const bool isManagement_;
 };
 
@@ -104,9 +106,7 @@ AddressAssignmentChecker::check(Lumo::Ptr<const AddressQueryParams> params) cons
   if (params->addrWithMask().address() != Kesh::IpAddr()) {
     const AddressQuery query(*params);
     reason = firstOfVrf(interfaces, queriedVrf(interfaces, params->intfName()),
-                        [&](const auto& interface, const Lumo::String& name) {
-                          return query.refusal(interface, name);
-                        });
+                        [&](const auto& interface) { return query.refusal(interface); });
   }
   result.acceptableIs(!reason);
   result.msgIs(reason.value_or(Lumo::String()));

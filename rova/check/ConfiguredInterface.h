@@ -26,16 +26,14 @@ inline bool beginsWith(const Lumo::String& name, const Lumo::String& prefix) {
   return name.view().substr(0, prefix.bytes()) == prefix.view();
 }
 
-/// Calls `visit(interface, name)` for the interfaces of a VRF until it gives a result.
+/// Calls `visit(interface)` for the interfaces of a VRF until it gives a result.
 template <class Interfaces, class Visit>
 auto firstOfVrf(const Interfaces& interfaces, const Lumo::String& vrf, Visit&& visit) {
   using Interface = typename Interfaces::ValueType;
-  decltype(visit(std::declval<const Interface&>(), Lumo::String())) result{};
+  decltype(visit(std::declval<const Interface&>())) result{};
   for (auto at = interfaces.cursor(); at && !result; at.next()) {
     const auto* const interface = at.value();
-    if (interface && vrfOf(*interface) == vrf) {
-      result = visit(*interface, interface->intfId.stringValue());
-    }
+    if (interface && vrfOf(*interface) == vrf) result = visit(*interface);
   }
   return result;
 }

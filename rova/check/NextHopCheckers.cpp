@@ -23,7 +23,7 @@ bool contains(const Addresses& addresses, const Address& hop) {
 bool InvalidNextHopChecker::check(Lumo::Ptr<const Ip::Config> ipConfig, Kesh::IpAddr hop,
                                   L3::VrfName vrfName) const {
   return firstOfVrf(ipConfig->ipIntfConfig, vrfName.stringValue(),
-                    [&](const Ip::IpIntfConfig& interface, const Lumo::String&) {
+                    [&](const Ip::IpIntfConfig& interface) {
                       return interface.addrWithMask.address() == hop ||
                              contains(interface.secondaryWithMask, hop);
                     });
@@ -31,10 +31,9 @@ bool InvalidNextHopChecker::check(Lumo::Ptr<const Ip::Config> ipConfig, Kesh::Ip
 
 bool InvalidNextHop6Checker::check(Lumo::Ptr<const Ip6::Config> ip6Config, const Kesh::Ip6Addr& hop,
                                    L3::VrfName vrfName) const {
-  return firstOfVrf(ip6Config->intf, vrfName.stringValue(),
-                    [&](const Ip6::IntfConfig& interface, const Lumo::String&) {
-                      return contains(interface.addr, hop);
-                    });
+  return firstOfVrf(ip6Config->intf, vrfName.stringValue(), [&](const Ip6::IntfConfig& interface) {
+    return contains(interface.addr, hop);
+  });
 }
 
 std::ostream& operator<<(std::ostream& out, const InvalidNextHopChecker& checker) {
