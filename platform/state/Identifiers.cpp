@@ -1,28 +1,12 @@
+#include "lumo/OneAtATime.h"
 #include "state/FecId.h"
 #include "state/TunnelId.h"
 
-namespace {
-
-/// Bob Jenkins' one-at-a-time hash over the bytes of a number, lowest first.
-std::uint32_t oneAtATime(std::uint64_t value) {
-  std::uint32_t hash = 0;
-  for (int i = 0; i < 8; ++i) {
-    hash += static_cast<std::uint8_t>(value >> (8 * i));
-    hash += hash << 10;
-    hash ^= hash >> 6;
-  }
-  hash += hash << 3;
-  hash ^= hash >> 11;
-  return hash + (hash << 15);
-}
-
-} // namespace
-
-std::uint32_t Vanta::Fib::FecId::hash() const { return oneAtATime(value_); }
+std::uint32_t Vanta::Fib::FecId::hash() const { return Lumo::OneAtATime().add(value_).end(); }
 
 namespace Tunnel::TunnelTable {
 
-std::uint32_t TunnelId::hash() const { return oneAtATime(value_); }
+std::uint32_t TunnelId::hash() const { return Lumo::OneAtATime().add(value_).end(); }
 
 const char* TunnelId::typeCliStr() const {
   switch (kind()) {

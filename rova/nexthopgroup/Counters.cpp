@@ -1,6 +1,7 @@
 #include "rova/nexthopgroup/Counters.h"
 
 #include "lumo/Assert.h"
+#include "lumo/OneAtATime.h"
 #include "state/Mount.h"
 
 namespace Rova {
@@ -15,26 +16,6 @@ LUMO_DEFINE_TYPE(NexthopGroupCliCounterInterface);
 LUMO_DEFINE_TYPE(NexthopGroupCounterHelper);
 
 namespace {
-
-/// Bob Jenkins' one-at-a-time hash, fed with numbers byte by byte, lowest first.
-class OneAtATime {
- public:
-  void add(std::uint64_t value) {
-    for (int i = 0; i < 8; ++i) {
-      hash_ += static_cast<std::uint8_t>(value >> (8 * i));
-      hash_ *= 1025;
-      hash_ ^= hash_ >> 6;
-    }
-  }
-  std::uint32_t end() const {
-    std::uint32_t hash = hash_ * 9;
-    hash ^= hash >> 11;
-    return hash * 32769;
-  }
-
- private:
-  std::uint32_t hash_ = 0;
-};
 
 /// The table at the path, null when there is none or it is something else.
 template <class Table>
@@ -51,7 +32,7 @@ Gaugex::VantaGaugexCounter counterOf(const CounterTable& table, const Gaugex::Co
 } // namespace
 
 std::uint32_t CounterIndex::hash() const {
-  OneAtATime hash;
+  Lumo::OneAtATime hash;
   hash.add(counterIndex_);
   for (const std::uint64_t word : chipMask_.words()) hash.add(word);
   return hash.end();

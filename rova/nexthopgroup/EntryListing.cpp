@@ -8,9 +8,6 @@ using Routing::Hardware::NexthopGroupVia;
 using Routing::NexthopGroup::EntryCounterType;
 using Routing::NexthopGroup::NexthopGroupType;
 
-/// Above this share of its buffer, in percent, the printer is flushed.
-constexpr int flushAbove = 66;
-
 bool isLabelled(NexthopGroupType type) {
   return type == NexthopGroupType::mpls || type == NexthopGroupType::mplsOverGre ||
          type == NexthopGroupType::mplsOverUdp;
@@ -249,10 +246,6 @@ bool EntryListing::isShared(const NexthopGroupVia& via) const {
 void printEntries(scrivo::Printer& printer, const NexthopGroupHelper& helper,
                   const ShownGroup& group) {
   EntryListing(printer, helper, group).print();
-}
-
-void flushIfFull(scrivo::Printer& printer) {
-  if (printer.fullness() > flushAbove) printer.ioflush();
 }
 
 } // namespace Rova

@@ -1,8 +1,8 @@
 // The entries of one nexthop group in its display.
 #pragma once
 
+#include "rova/core/Flush.h"
 #include "rova/nexthopgroup/NexthopGroupHelper.h"
-#include "scrivo/Printer.h"
 
 namespace Rova {
 
@@ -19,8 +19,5 @@ struct ShownGroup {
 /// Prints the heading of the entries and each of them.
 void printEntries(scrivo::Printer& printer, const NexthopGroupHelper& helper,
                   const ShownGroup& group);
-
-/// Flushes a buffer that is filling up, so that long displays stream.
-void flushIfFull(scrivo::Printer& printer);
 
 } // namespace Rova

@@ -130,7 +130,7 @@ void HostTable<Family>::printRoute(const Route& route) {
   if (fec) printVias(route, *fec, static_cast<std::uint16_t>(fec->vias()));
   printer_.addFrills("\n");
   endRoute();
-  if (printer_.fullness() > flushAbove) printer_.ioflush();
+  flushIfFull(printer_);
 }
 
 template <class Family>

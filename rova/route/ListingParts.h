@@ -3,13 +3,11 @@
 #pragma once
 
 #include "lumo/System.h"
+#include "rova/core/Flush.h"
 #include "rova/route/Sorter.h"
 #include "scrivo/Printer.h"
 
 namespace Rova {
-
-/// Above this share of its buffer, in percent, the printer is flushed after a route.
-inline constexpr int flushAbove = 66;
 
 /// The line above and below the warnings.
 inline constexpr const char* warningRule =

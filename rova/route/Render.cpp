@@ -184,7 +184,7 @@ void Listing<Family>::printRoutes() {
     at.next();
     if (at && at.value()) looks_.expect(at.value()->fecId);
     printRoute(route);
-    if (printer_.fullness() > flushAbove) printer_.ioflush();
+    flushIfFull(printer_);
   }
 }
 

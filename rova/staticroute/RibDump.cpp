@@ -1,3 +1,4 @@
+#include "rova/core/Flush.h"
 #include "rova/core/Interrupted.h"
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/staticroute/StaticRouteLine.h"
@@ -10,8 +11,6 @@ LUMO_DEFINE_TYPE(StaticRoutesRibCommon);
 
 namespace {
 
-/// Above this share of its buffer, in percent, the printer is flushed.
-constexpr int flushAbove = 66;
 /// The columns of the code, below which further lines are indented.
 constexpr int codeColumns = 5;
 
@@ -126,7 +125,7 @@ void RibDump::printVias(const Routing::Route& route) {
   Lumo::RbTreeMap<Routing::Via, bool> sorted;
   route.via.forEach([&](const Routing::Via& via, bool) { sorted.insertOrAssign(via, true); });
   for (const auto& [via, present] : sorted) {
-    if (printer_.fullness() > flushAbove) printer_.ioflush();
+    flushIfFull(printer_);
     printer_.startListEntry();
     printVia(route, via);
     printer_.endListEntry();

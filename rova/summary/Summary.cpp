@@ -1,6 +1,7 @@
 #include "rova/summary/Summary.h"
 
 #include "RouteCounters.h"
+#include "rova/core/Neighbors.h"
 #include "rova/core/Trace.h"
 #include "rova/route/RouteTypeStrings.h"
 
@@ -13,12 +14,6 @@ namespace {
 template <class Map>
 auto walk(const Map& table) {
   return typename Map::IteratorConst(table);
-}
-
-/// A walk over the neighbours of the summary's family, those of all VRFs.
-template <class Family>
-auto neighborIteratorConst(const Summary<Family>& summary) {
-  return walk(Family::neighbors(*summary.arpVanta()));
 }
 
 /// Divides the static routes. One without configuration is persistent, and without any
@@ -100,17 +95,6 @@ void addToTotal(Summary<Family>& summary, std::uint32_t count) {
   summary.totalNumRoutesIs(summary.totalNumRoutes() + static_cast<int>(count));
 }
 
-/// The default VRF is told by its number, any other by its name; a number that the device does not
-/// know has the empty name.
-template <class Family>
-bool isOfTheVrf(const Summary<Family>& summary, Vrf::VrfIdMap::VrfId vrf) {
-  const auto& name = summary.vrfName().stringValue();
-  if (name == L3::defaultVrfName) return vrf == Vrf::VrfIdMap::VrfId(0);
-  bool found = false;
-  const auto* const entry = summary.vrfIdMap()->vrfEntry.safeLookup(vrf, found, 0);
-  return name == (found ? entry->name : Lumo::String());
-}
-
 } // namespace
 
 template <class Family>
@@ -141,10 +125,11 @@ void Summary<Family>::loadInternalStructures() {
 template <class Family>
 void Summary<Family>::loadAttachedRoutes() {
   const Lumo::String attached = routeTypeStringsLookup(Family::attachedType).summaryWord;
+  VrfFilter vrf(*this);
   for (auto it = neighborIteratorConst(*this); it; it.next()) {
     const auto& neighbor = it.value().key;
     if (Kesh::MgmtIntfId::isMgmtIntfId(neighbor.intfId)) continue;
-    if (!isOfTheVrf(*this, neighbor.vrfId)) continue;
+    if (!vrf.takes(neighbor.vrfId)) continue;
     updateIfNonZero(*this, attached, 1);
     addToMask(*this, Family::hostLength, 1);
     addToTotal(*this, 1);

@@ -1,4 +1,5 @@
 // The host route table, where the scenarios of the command cannot reach.
+#include "rova/core/Neighbors.h"
 #include "support/Device.h"
 #include "support/Expect.h"
 

@@ -9,13 +9,6 @@
 
 namespace Rova {
 
-/// A walk over the neighbours of the sorter's family, those of all VRFs.
-template <class Family>
-auto neighborIteratorConst(const Sorter<Family>& sorter) {
-  using Table = std::remove_cvref_t<decltype(Family::neighbors(*sorter.arpVanta()))>;
-  return typename Table::IteratorConst(Family::neighbors(*sorter.arpVanta()));
-}
-
 /// Fills `sortedRoute` with the routes whose prefix is `mask` bits long, and with an attached route
 /// for each neighbour of the VRF that is not on a management interface. A neighbour that has a
 /// route adds a via to it.
