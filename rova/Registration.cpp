@@ -17,7 +17,7 @@ struct Exported {
 
 template <class Type>
 constexpr Exported exported() {
-  return {Lumo::TypeName<Type>::value, &Type::lumoType};
+  return {Lumo::TypeName<Type>::value, &Lumo::typeOf<Type>()};
 }
 
 constexpr Exported types[] = {
@@ -29,6 +29,7 @@ constexpr Exported types[] = {
     exported<RdAssignmentChecker>(),
     exported<RouteSorter>(),
     exported<PolicyInfoSet>(),
+    exported<AddrMatchType>(),
     exported<InvalidNextHopChecker>(),
     exported<RouteSummary>(),
     exported<StaticRoutesCliSaver>(),

@@ -119,6 +119,9 @@ std::optional<IntfId> parseKnown(std::string_view name) {
   return {};
 }
 
+/// What stands before the number of an identifier whose name nobody knows.
+constexpr std::string_view numberText = "Intf#";
+
 /// FNV-1a, 64 bits, folded to the 56 that an identifier has for it.
 std::uint64_t nameNumber(std::string_view name) {
   std::uint64_t hash = 0xcbf29ce484222325ull;
@@ -192,6 +195,18 @@ IntfId::IntfId(const Lumo::String& name) {
   *this = make(namedFamily, number);
 }
 
+std::optional<IntfId> IntfId::parse(std::string_view text) {
+  if (text.starts_with(numberText)) {
+    const auto digits = text.substr(numberText.size());
+    std::uint64_t value = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    const auto id = fromValue(value);
+    if (error == std::errc() && id.stringValue() == text) return id;
+  }
+  return IntfId(Lumo::String(text));
+}
+
 Lumo::String IntfId::stringValue() const {
   if (!*this) return {};
   for (const Family& known : families) {
@@ -205,7 +220,7 @@ Lumo::String IntfId::stringValue() const {
   }
   char digits[17];
   const auto end = std::to_chars(digits, digits + sizeof digits, value(), 16).ptr;
-  return Lumo::String("Intf#" + std::string(digits, end));
+  return Lumo::String(std::string(numberText) + std::string(digits, end));
 }
 
 bool IntfId::lessByName(const IntfId& a, const IntfId& b) {

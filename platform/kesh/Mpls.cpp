@@ -1,5 +1,10 @@
 #include "kesh/Mpls.h"
 
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <string>
+
 namespace Kesh {
 
 namespace {
@@ -33,6 +38,33 @@ Lumo::String stringValue(LabelAction action) {
     return "unset";
   }
   return std::to_string(static_cast<unsigned>(action));
+}
+
+Lumo::String MplsLabelOperation::stringValue() const {
+  std::string text = Kesh::stringValue(operation_).str();
+  for (std::uint8_t i = 0; i < stackSize_; ++i) text += ' ' + std::to_string(labels_[i]);
+  return text;
+}
+
+std::optional<MplsLabelOperation> MplsLabelOperation::parse(std::string_view text) {
+  constexpr LabelAction actions[] = {LabelAction::push, LabelAction::swap, LabelAction::pop,
+                                     LabelAction::unset};
+  const auto action = text.substr(0, text.find(' '));
+  const auto* const known = std::find_if(std::begin(actions), std::end(actions), [&](auto word) {
+    return Kesh::stringValue(word) == action;
+  });
+  if (known == std::end(actions)) return {};
+  MplsLabelOperation operation;
+  operation.operationIs(*known);
+  for (text.remove_prefix(action.size()); !text.empty();) {
+    std::uint32_t label = 0;
+    const auto* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data() + 1, end, label);
+    if (text[0] != ' ' || error != std::errc()) return {};
+    operation.labelAppend(MplsLabel(label));
+    text = {rest, end};
+  }
+  return operation;
 }
 
 Lumo::String labelText(MplsLabel label) {

@@ -3,6 +3,7 @@
 #include "lumo/Exception.h"
 
 #include <cerrno>
+#include <exception>
 
 namespace Lumo {
 
@@ -16,11 +17,12 @@ Lock::Lock() {
 
 Lock::~Lock() { pthread_mutex_destroy(&mutex_); }
 
-UnlockAnchor::UnlockAnchor(Lock& lock) : lock_(lock) {
+UnlockAnchor::UnlockAnchor(Lock& lock) : lock_(lock), exceptions_(std::uncaught_exceptions()) {
   if (!lock_.releasable()) {
     throw InternalException("Lock Protocol exception -- unlocking an unreleasable lock");
   }
   if (const int error = lock_.giveUp()) throw ErrnoException(error, "Failed to release the lock");
+  if (const auto released = lock_.releaseHooks().released) token_ = released();
 }
 
 UnlockAnchor::~UnlockAnchor() noexcept(false) {
@@ -29,6 +31,9 @@ UnlockAnchor::~UnlockAnchor() noexcept(false) {
     throw InternalException("Lock was already grabbed in UnlockAnchor destructor!");
   }
   if (error) throw ErrnoException(error, "Failed to grab lock");
+  if (const auto retaken = lock_.releaseHooks().retaken) {
+    retaken(token_, std::uncaught_exceptions() > exceptions_);
+  }
 }
 
 Lock& ActivityUnlockAnchor::lock() {

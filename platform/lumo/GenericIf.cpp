@@ -1,8 +1,6 @@
-#include "lumo/GenericIf.h"
+#include "lumo/TypeOf.h"
 
-#include "lumo/Exception.h"
-
-#include <cstring>
+#include <string>
 
 namespace Lumo {
 
@@ -14,12 +12,22 @@ void throwUnhashableException(const char* type) {
   throw InternalException(std::string("values of type ") + type + " have no hash");
 }
 
-void throwOpNotSupportedException(const char* attribute, const char* operation) {
-  throw InternalException(std::string("attribute ") + attribute + " does not support " + operation);
+void throwConstantException(const char* type) {
+  throw InternalException(std::string("this ") + type +
+                          " can be read only: its handle is constant");
 }
 
-void requireType(const char* expected, const char* found) {
-  if (std::strcmp(expected, found) != 0) throwTypeException(expected, found);
+GenericIfPtrInterface::~GenericIfPtrInterface() = default;
+
+void* GenericIfPtrInterface::voidPtrIs(const TypeRecord& expected) {
+  requireType(expected, type_);
+  return object_;
+}
+
+std::uint32_t GenericIfPtrInterface::hash() const { throwUnhashableException(type_.name); }
+
+String GenericIfPtrInterface::strRep() const {
+  return valueToStrepOfRawPtr(entity_.ptr(), object_, type_.name, !constant());
 }
 
 } // namespace Lumo

@@ -1,11 +1,15 @@
 #include "lumo/Ptr.h"
 
+#include "lumo/NamedEntities.h"
+
 namespace Lumo {
 
 bool enableThreadSafePointers = false;
 AllocationTracking allocationTracking;
 
-PtrInterface::~PtrInterface() = default;
+PtrInterface::~PtrInterface() {
+  if (named_) forgetEntity(*this);
+}
 
 void PtrInterface::maybeDelete() const {
   if (references_ == 0) delete this;

@@ -1,7 +1,5 @@
 #include "lumo/Type.h"
 
-#include <cstdio>
-
 namespace Lumo {
 
 namespace {
@@ -11,17 +9,26 @@ std::vector<const TypeRecord*>& registry() {
   return *types;
 }
 
-bool isStored(AttributeKind kind) {
-  return kind != AttributeKind::method && kind != AttributeKind::computed;
-}
-
 } // namespace
+
+bool TypeRecord::isReadable() const {
+  for (const AttributeRecord& row : attributes) {
+    if (isCollection(row.kind)) return false;
+  }
+  return form != ValueForm::none && form != ValueForm::entity;
+}
 
 const AttributeRecord* TypeRecord::attribute(std::string_view attributeName) const {
   for (const AttributeRecord& row : attributes) {
     if (row.name == attributeName) return &row;
   }
   return nullptr;
+}
+
+std::string_view shortName(const TypeRecord& type) {
+  const std::string_view name = type.name;
+  const auto colon = name.rfind(':');
+  return colon == name.npos ? name : name.substr(colon + 1);
 }
 
 void typeNodeIs(const TypeRecord& type) { registry().push_back(&type); }
@@ -34,30 +41,5 @@ const TypeRecord* typeNode(std::string_view name) {
 }
 
 const std::vector<const TypeRecord*>& typeNodes() { return registry(); }
-
-String valueToStrepOfRawPtr(const void* pointer, const char* typeName) {
-  if (!pointer) return "None";
-  char digits[32];
-  std::snprintf(digits, sizeof digits, "%p", pointer);
-  return "Ptr('" + std::string(typeName) + "', " + digits + ")";
-}
-
-// A type without data writes nothing, one whose only attribute is a collection writes "None", and
-// every other names itself and its stored attributes; a collection is "None" whatever it holds.
-String strepOf(const TypeRecord& type, const void* object) {
-  std::string text;
-  std::size_t stored = 0;
-  bool collectionsOnly = true;
-  for (const AttributeRecord& row : type.attributes) {
-    if (!isStored(row.kind)) continue;
-    const bool collection = isCollection(row.kind);
-    text += std::string(stored++ ? ", '" : "'") + row.name +
-            "': " + (collection ? "None" : row.strep(object).str());
-    collectionsOnly = collectionsOnly && collection;
-  }
-  if (stored == 0) return {};
-  if (stored == 1 && collectionsOnly) return "None";
-  return "Value('" + std::string(type.name) + "', ** {" + text + "})";
-}
 
 } // namespace Lumo

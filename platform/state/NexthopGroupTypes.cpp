@@ -1,32 +1,12 @@
 #include "state/NexthopGroupTypes.h"
 
-#include <span>
-#include <string>
+#include "lumo/ValueForm.h"
 
-namespace {
-
-template <class Enum>
-Lumo::String nameOrNumber(std::span<const state::EnumName<Enum>> names, Enum value) {
-  for (const auto& row : names) {
-    if (row.value == value) return Lumo::String(row.name);
-  }
-  return std::to_string(static_cast<std::uint32_t>(value));
-}
-
-} // namespace
-
-Lumo::String Routing::stringValue(GreKeyType type) {
-  return nameOrNumber<GreKeyType>(greKeyTypeNames, type);
-}
+Lumo::String Routing::stringValue(GreKeyType type) { return Lumo::plainText(type); }
 
 namespace Routing::NexthopGroup {
 
-Lumo::String stringValue(NexthopGroupType type) {
-  return nameOrNumber<NexthopGroupType>(nexthopGroupTypeNames, type);
-}
-
-Lumo::String stringValue(EntryCounterType type) {
-  return nameOrNumber<EntryCounterType>(entryCounterTypeNames, type);
-}
+Lumo::String stringValue(NexthopGroupType type) { return Lumo::plainText(type); }
+Lumo::String stringValue(EntryCounterType type) { return Lumo::plainText(type); }
 
 } // namespace Routing::NexthopGroup

@@ -1,6 +1,11 @@
 #include "tunnel/CliSupport.h"
 
+#include "state/TypeNames.h"
+
 namespace Tunnel::CliSupport {
+
+LUMO_DEFINE_TYPE(CachedTunVia);
+LUMO_DEFINE_TYPE(CachedStaticIntfTunnelInfo);
 
 namespace {
 

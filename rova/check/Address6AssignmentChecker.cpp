@@ -82,8 +82,4 @@ address6QueryParamsFactory(const Lumo::Ptr<const Ip6::Config>& ipConfig, Lumo::S
                                               addrWithMask);
 }
 
-std::ostream& operator<<(std::ostream& out, const Address6AssignmentChecker& checker) {
-  return out << Lumo::valueToStrep(checker);
-}
-
 } // namespace Rova

@@ -121,11 +121,4 @@ addressQueryParamsFactory(const Lumo::Ptr<const Ip::Config>& ipConfig, Lumo::Str
                                              primaryMatch, secondaryMatch, addrWithMask);
 }
 
-std::ostream& operator<<(std::ostream& out, const AddressQueryResult& result) {
-  return out << Lumo::valueToStrep(result);
-}
-std::ostream& operator<<(std::ostream& out, const AddressAssignmentChecker& checker) {
-  return out << Lumo::valueToStrep(checker);
-}
-
 } // namespace Rova

@@ -40,8 +40,4 @@ void ClearIntfRoutesAndViasHelper::clearIntfRoutesAndViasHelper(
   }
 }
 
-std::ostream& operator<<(std::ostream& out, const ClearIntfRoutesAndViasHelper& helper) {
-  return out << Lumo::valueToStrep(helper);
-}
-
 } // namespace Rova

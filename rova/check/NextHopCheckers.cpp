@@ -36,11 +36,4 @@ bool InvalidNextHop6Checker::check(Lumo::Ptr<const Ip6::Config> ip6Config, const
   });
 }
 
-std::ostream& operator<<(std::ostream& out, const InvalidNextHopChecker& checker) {
-  return out << Lumo::valueToStrep(checker);
-}
-std::ostream& operator<<(std::ostream& out, const InvalidNextHop6Checker& checker) {
-  return out << Lumo::valueToStrep(checker);
-}
-
 } // namespace Rova

@@ -23,10 +23,11 @@ std::optional<L3::VrfName> otherUser(const Ip::RouteDistinguisherInput& input,
 } // namespace
 
 void RdAssignmentChecker::handleInitialized() {
-  const auto& entries = routeDistinguisherInputDir_->entities();
+  static const auto noInputs = Lumo::newEntity<Lumo::Dir>();
+  const Lumo::Dir& inputs = routeDistinguisherInputDir_ ? *routeDistinguisherInputDir_ : *noInputs;
+  const auto& entries = inputs.entities();
   for (auto at = entries.cursor(); at; at.next()) {
-    const auto input = Lumo::dynamicPtrCast<Ip::RouteDistinguisherInput>(
-        routeDistinguisherInputDir_->entity(at.key()));
+    const auto input = Lumo::dynamicPtrCast<Ip::RouteDistinguisherInput>(inputs.entity(at.key()));
     LUMO_ASSERT(input, "__null != routeDistinguisherInput");
     if (const auto other = otherUser(*input, vrfName_, routeDistinguisher_)) {
       acceptable_ = false;
@@ -36,10 +37,6 @@ void RdAssignmentChecker::handleInitialized() {
     }
   }
   acceptable_ = true;
-}
-
-std::ostream& operator<<(std::ostream& out, const RdAssignmentChecker& checker) {
-  return out << Lumo::valueToStrep(checker);
 }
 
 } // namespace Rova

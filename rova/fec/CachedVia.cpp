@@ -34,11 +34,4 @@ bool operator<(const CachedVia& a, const CachedVia& b) {
   return key(a) < key(b);
 }
 
-std::ostream& operator<<(std::ostream& out, const CachedVia& via) {
-  return out << Lumo::valueToStrep(via);
-}
-std::ostream& operator<<(std::ostream& out, const CachedNhgVia& via) {
-  return out << Lumo::valueToStrep(via);
-}
-
 } // namespace Rova

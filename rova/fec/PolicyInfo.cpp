@@ -15,13 +15,6 @@ bool operator==(const PolicyInfoSet& a, const PolicyInfoSet& b) {
   return a.policyInfo_ == b.policyInfo_;
 }
 
-std::ostream& operator<<(std::ostream& out, const PolicyInfo& info) {
-  return out << Lumo::valueToStrep(info);
-}
-std::ostream& operator<<(std::ostream& out, const PolicyInfoSet& set) {
-  return out << Lumo::valueToStrep(set);
-}
-
 namespace {
 
 /// The columns by which the vias of a segment list stand behind its own.

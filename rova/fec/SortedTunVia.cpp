@@ -73,11 +73,4 @@ bool operator==(const SortedTunViaSet& a, const SortedTunViaSet& b) {
   return a.tunnelId_ == b.tunnelId_ && a.tunnelFib_ == b.tunnelFib_ && a.via_ == b.via_;
 }
 
-std::ostream& operator<<(std::ostream& out, const SortedTunVia& via) {
-  return out << Lumo::valueToStrep(via);
-}
-std::ostream& operator<<(std::ostream& out, const SortedTunViaSet& set) {
-  return out << Lumo::valueToStrep(set);
-}
-
 } // namespace Rova

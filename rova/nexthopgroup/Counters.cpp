@@ -70,11 +70,4 @@ Lumo::Ptr<NexthopGroupCounterHelper> nexthopGroupCounterHelperFactory() {
   return Lumo::newEntity<NexthopGroupCounterHelper>();
 }
 
-std::ostream& operator<<(std::ostream& out, const CounterEntry& entry) {
-  return out << Lumo::valueToStrep(entry);
-}
-std::ostream& operator<<(std::ostream& out, const CounterIndex& index) {
-  return out << Lumo::valueToStrep(index);
-}
-
 } // namespace Rova

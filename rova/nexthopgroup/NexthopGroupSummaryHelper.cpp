@@ -111,8 +111,4 @@ void NexthopGroupSummaryHelper::render(std::uint32_t fd, std::uint32_t fmt) {
   }
 }
 
-std::ostream& operator<<(std::ostream& out, const NexthopGroupSummaryHelper& summary) {
-  return out << Lumo::valueToStrep(summary);
-}
-
 } // namespace Rova

@@ -184,8 +184,4 @@ void StaticRoutesRibCommon::dump(RovaConsts rovaConsts) {
   }
 }
 
-std::ostream& operator<<(std::ostream& out, const StaticRoutesRibCommon& common) {
-  return out << Lumo::valueToStrep(common);
-}
-
 } // namespace Rova

@@ -17,14 +17,4 @@ bool operator<(const RouteSortKey& a, const RouteSortKey& b) {
   return a.preference_ < b.preference_;
 }
 
-std::ostream& operator<<(std::ostream& out, const RovaConsts& consts) {
-  return out << Lumo::valueToStrep(consts);
-}
-std::ostream& operator<<(std::ostream& out, const RouteSortKey& key) {
-  return out << Lumo::valueToStrep(key);
-}
-std::ostream& operator<<(std::ostream& out, const NexthopInfo& info) {
-  return out << Lumo::valueToStrep(info);
-}
-
 } // namespace Rova

@@ -67,8 +67,4 @@ Lumo::String StaticRoutesCliSaver::lines(const Lumo::String& routeCmd) const {
   return Lumo::String(text);
 }
 
-std::ostream& operator<<(std::ostream& out, const StaticRoutesCliSaver& saver) {
-  return out << Lumo::valueToStrep(saver);
-}
-
 } // namespace Rova

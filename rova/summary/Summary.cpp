@@ -143,11 +143,4 @@ constinit const Lumo::TypeRecord
 template class Summary<Ip4Family>;
 template class Summary<Ip6Family>;
 
-std::ostream& operator<<(std::ostream& out, const RouteSummary& summary) {
-  return out << Lumo::valueToStrep(summary);
-}
-std::ostream& operator<<(std::ostream& out, const Route6Summary& summary) {
-  return out << Lumo::valueToStrep(summary);
-}
-
 } // namespace Rova

@@ -20,10 +20,10 @@ constexpr Field<Via> labelField() {
       "label",
       [](Node& node, Via& via) { via.labelAndAction.labelIs(Codec<Kesh::MplsLabel>::read(node)); },
       [](const Via& via) {
-        return (via.labelAndAction.word() & 0xffffff) != Kesh::MplsLabel::null;
+        return (via.labelAndAction.value() & 0xffffff) != Kesh::MplsLabel::null;
       },
       [](Output& out, const Via& via) {
-        out.number(std::uint64_t{via.labelAndAction.word() & 0xffffff});
+        out.number(std::uint64_t{via.labelAndAction.value() & 0xffffff});
       }};
 }
 

@@ -25,14 +25,14 @@ TEST(MplsLabelTest, ReachesToTheWithdrawValue) {
 }
 
 TEST(MplsLabelAndActionTest, ChecksTheLabelWhenItIsRead) {
-  auto word = MplsLabelAndAction::fromWord(0xff800001);
+  auto word = MplsLabelAndAction(0xff800001);
   EXPECT_EQ(word.action(), 0xff);
   EXPECT_EQ(rangeError([&] { (void)word.label(); }), labelError);
   word.labelIs(MplsLabel(17));
   word.actionIs(2);
   EXPECT_EQ(word.label(), MplsLabel(17));
   EXPECT_EQ(word.action(), 2);
-  EXPECT_EQ(word.word(), 0x02000011u);
+  EXPECT_EQ(word.value(), 0x02000011u);
   EXPECT_TRUE(MplsLabelAndAction().label().isNull());
 }
 

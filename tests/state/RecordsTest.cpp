@@ -91,7 +91,7 @@ TYPED_TEST(FecTest, AViaReadsItsWords) {
   EXPECT_EQ(via.tunnelId().value(), 0x700000000003u);
   via.intfId = Kesh::IntfId(Lumo::String("Fec:15.4"));
   EXPECT_EQ(via.fecId().value(), 0x0f00000000000004u);
-  via.labelAndAction = Kesh::MplsLabelAndAction::fromWord(0x800001);
+  via.labelAndAction = Kesh::MplsLabelAndAction(0x800001);
   EXPECT_THROW(via.mplsLabel(), Lumo::RangeException);
 }
 

@@ -63,7 +63,7 @@ Fec fecRecord(FecId id, const std::vector<Via>& vias, std::uint32_t backupViaInd
     }
     to.intfId = from.intfId;
     to.weight = from.weight;
-    to.labelAndAction = Kesh::MplsLabelAndAction::fromWord(from.labelWord);
+    to.labelAndAction = Kesh::MplsLabelAndAction(from.labelWord);
     record.viaAppend(to);
   }
   return record;

@@ -28,6 +28,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace Kesh {
@@ -40,6 +41,8 @@ class IntfId {
   /// the process's name table. Raises a range error in the case, next to impossible, that two names
   /// of one process share an identifier.
   explicit IntfId(const Lumo::String& name);
+  /// From what `stringValue` gives, a name or the number of an identifier without one.
+  static std::optional<IntfId> parse(std::string_view text);
   static constexpr IntfId fromValue(std::uint64_t value) {
     IntfId id;
     id.low_ = static_cast<std::uint32_t>(value);

@@ -7,6 +7,8 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 namespace Kesh {
 
@@ -70,6 +72,10 @@ class MplsLabelOperation {
     ++stackSize_;
   }
 
+  /// The action and the labels, top label first: "push 100 200".
+  Lumo::String stringValue() const;
+  static std::optional<MplsLabelOperation> parse(std::string_view text);
+
   friend constexpr auto operator<=>(const MplsLabelOperation&, const MplsLabelOperation&) = default;
 
  private:
@@ -86,12 +92,8 @@ class MplsLabelOperation {
 class MplsLabelAndAction {
  public:
   constexpr MplsLabelAndAction() = default;
-  static constexpr MplsLabelAndAction fromWord(std::uint32_t word) {
-    MplsLabelAndAction value;
-    value.word_ = word;
-    return value;
-  }
-  constexpr std::uint32_t word() const { return word_; }
+  constexpr explicit MplsLabelAndAction(std::uint32_t word) : word_(word) {}
+  constexpr std::uint32_t value() const { return word_; }
   constexpr MplsLabel label() const { return MplsLabel(word_ & 0xffffff); }
   constexpr void labelIs(MplsLabel label) { word_ = (word_ & 0xff000000u) | label.value(); }
   constexpr std::uint8_t action() const { return static_cast<std::uint8_t>(word_ >> 24); }

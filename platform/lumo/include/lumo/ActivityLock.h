@@ -8,6 +8,16 @@
 
 namespace Lumo {
 
+/// What a host does beside a lock while the lock is given up: the interpreter of a script, for one,
+/// has a lock of its own.
+struct ReleaseHooks {
+  /// Called when the lock has been given up; its result goes to `retaken`.
+  void* (*released)() = nullptr;
+  /// Called when the lock has been taken again. It may raise, to end the work, unless `unwinding`
+  /// tells that an exception is on its way already.
+  void (*retaken)(void* token, bool unwinding) = nullptr;
+};
+
 /// A lock that its holder may have to give up for a while. It checks its owner: taking it twice on
 /// one thread fails with EDEADLK instead of hanging.
 class LUMO_EXPORT Lock {
@@ -25,13 +35,21 @@ class LUMO_EXPORT Lock {
   bool releasable() const { return releasable_; }
   void releasableIs(bool releasable) { releasable_ = releasable; }
 
+  /// Takes the lock if it is free; 0 or an error number, EBUSY when it is not.
+  int tryTake() { return pthread_mutex_trylock(&mutex_); }
+
+  const ReleaseHooks& releaseHooks() const { return releaseHooks_; }
+  void releaseHooksAre(const ReleaseHooks& hooks) { releaseHooks_ = hooks; }
+
  private:
   pthread_mutex_t mutex_;
   bool releasable_ = true;
+  ReleaseHooks releaseHooks_;
 };
 
 /// Gives a lock up for the life of the object and takes it again at its end, also when an exception
-/// passes. Errors are those of `unlock` and `relock` failing (see the source for their texts).
+/// passes. Errors are those of `unlock` and `relock` failing (see the source for their texts), and
+/// what the lock's hooks raise.
 class LUMO_EXPORT UnlockAnchor {
  public:
   explicit UnlockAnchor(Lock& lock);
@@ -41,6 +59,8 @@ class LUMO_EXPORT UnlockAnchor {
 
  private:
   Lock& lock_;
+  int exceptions_; ///< under way when the lock was given up
+  void* token_ = nullptr;
 };
 
 /// The activity lock of the process: whoever works on shared entities holds it.

@@ -2,61 +2,39 @@
 #pragma once
 
 #include "lumo/Ptr.h"
-#include "lumo/Strep.h"
-#include "lumo/TypeName.h"
-
-#include <cstddef>
-#include <utility>
+#include "lumo/String.h"
 
 namespace Lumo {
 
+struct TypeRecord;
+struct AttributeOp;
+
 class LUMO_EXPORT GenericIf : public PtrInterface {
  public:
-  /// The name of the value's type.
-  virtual const char* type() const = 0;
-  /// The address of the value; raises a range error when it is not of the type `expected`.
-  virtual void* voidPtrIs(const char* expected) = 0;
+  explicit GenericIf(bool constant) : constant_(constant) {}
+
+  virtual const TypeRecord& type() const = 0;
+  /// The address of the value or entity, null for a null handle; raises a range error when it is
+  /// not of the type `expected`.
+  virtual void* voidPtrIs(const TypeRecord& expected) = 0;
   /// Raises an internal error for a type without a hash.
   virtual std::uint32_t hash() const = 0;
+  /// The strep text.
   virtual String strRep() const = 0;
-};
 
-[[noreturn]] void throwTypeException(const char* expected, const char* found);
-[[noreturn]] void throwUnhashableException(const char* type);
-[[noreturn]] void throwOpNotSupportedException(const char* attribute, const char* operation);
-/// Raises the type exception unless the two names are one text.
-void requireType(const char* expected, const char* found);
-
-/// A copy of a value.
-template <class T>
-class GenericValue final : public GenericIf {
- public:
-  explicit GenericValue(T value) : value_(std::move(value)) {}
-  const char* type() const override { return TypeName<T>::value; }
-  void* voidPtrIs(const char* expected) override { return requireType(expected, type()), &value_; }
-  std::uint32_t hash() const override {
-    if constexpr (requires { std::uint32_t{value_.hash()}; }) {
-      return value_.hash();
-    } else {
-      throwUnhashableException(type());
-    }
-  }
-  String strRep() const override { return valueToStrep(value_); }
+  /// Whether the object was reached through a const handle: it can then be read only.
+  bool constant() const { return constant_; }
 
  private:
-  T value_;
+  bool constant_;
 };
 
-template <class T>
-Ptr<GenericIf> wrapAttrValue(T value) {
-  return Ptr<GenericIf>(new GenericValue<std::remove_cvref_t<T>>(std::move(value)));
-}
-
-/// The value inside; raises a range error when there is none or it is of another type.
-template <class T>
-const T& unwrap(const Ptr<GenericIf>& value) {
-  if (!value) throwTypeException(TypeName<T>::value, "None");
-  return *static_cast<const T*>(value->voidPtrIs(TypeName<T>::value));
-}
+// The exceptions of access by name: a range error for a wrong type, internal errors for the others.
+[[noreturn]] LUMO_EXPORT void throwTypeException(const char* expected, const char* found);
+[[noreturn]] LUMO_EXPORT void throwUnhashableException(const char* type);
+[[noreturn]] LUMO_EXPORT void throwOpNotSupportedException(const TypeRecord& type,
+                                                           const AttributeOp& op);
+/// A constant object where one that can be changed is needed.
+[[noreturn]] LUMO_EXPORT void throwConstantException(const char* type);
 
 } // namespace Lumo

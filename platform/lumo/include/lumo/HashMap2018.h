@@ -58,6 +58,8 @@ class HashMap2018 {
 
   std::size_t size() const { return body_ ? body_->present : 0; }
   bool empty() const { return size() == 0; }
+  /// Grows whenever the members move.
+  std::uint32_t changes() const { return body_ ? body_->compactions : 0; }
 
   const Value* find(const Key& key) const {
     const Member* const member = findMember(key);
@@ -104,6 +106,15 @@ class HashMap2018 {
       if (map_.body_) compactions_ = map_.body_->compactions;
       skipHoles();
     }
+    /// At the key, or at the end when it is no member.
+    Cursor(const HashMap2018& map, const Key& key) : map_(map) {
+      if (!map_.body_) return;
+      compactions_ = map_.body_->compactions;
+      const Member* const member = map_.findMember(key);
+      const auto& members = map_.body_->members;
+      position_ = member ? static_cast<std::size_t>(member - members.data()) : members.size();
+      skipHoles();
+    }
     explicit operator bool() const { return map_.body_ && position_ < map_.body_->members.size(); }
     const Key& key() const { return key_; }
     const Value* value() const { return map_.find(key_); }
@@ -139,6 +150,7 @@ class HashMap2018 {
     Key key_{};
   };
   Cursor cursor() const { return Cursor(*this); }
+  Cursor cursor(const Key& key) const { return Cursor(*this, key); }
 
   /// Calls `visit(key, value)` for each member; the walk changes nothing.
   template <class Visit>

@@ -59,10 +59,13 @@ class LUMO_EXPORT PtrInterface {
   }
   std::uint32_t references() const { return references_; }
   bool hasNotificationActive() const { return notificationActive_; }
+  /// Whether a strep text names the entity, so that its end must be told (lumo/NamedEntities.h).
+  void namedIs(bool named) const { named_ = named; }
 
  private:
   mutable std::uint32_t references_ = 0;
   mutable bool notificationActive_ = false;
+  mutable bool named_ = false;
 };
 
 /// A counted pointer to an entity; null by default.

@@ -38,6 +38,8 @@ class RbTreeMap {
 
   std::size_t size() const { return body_ ? body_->tree.size() : 0; }
   bool empty() const { return size() == 0; }
+  /// Starts at 1 and grows with every deletion.
+  std::uint32_t changes() const { return body_ ? body_->deletions + 1 : 1; }
 
   /// The member, or null.
   const Value* find(const Key& key) const {
@@ -74,6 +76,12 @@ class RbTreeMap {
       it_ = map_.body_->tree.begin();
       arrive();
     }
+    /// At the key, or at the end when it is no member.
+    Cursor(const RbTreeMap& map, const Key& key) : map_(map) {
+      if (map_.empty()) return;
+      it_ = map_.body_->tree.find(key);
+      arrive();
+    }
     explicit operator bool() const { return !atEnd_; }
     const Key& key() const { return key_; }
     /// The member, or null when it has been deleted meanwhile.
@@ -98,6 +106,7 @@ class RbTreeMap {
     bool atEnd_ = true;
   };
   Cursor cursor() const { return Cursor(*this); }
+  Cursor cursor(const Key& key) const { return Cursor(*this, key); }
 
   // Plain iteration, for walks that change nothing.
   auto begin() const { return body_ ? body_->tree.begin() : emptyTree().begin(); }

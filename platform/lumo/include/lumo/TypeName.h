@@ -41,4 +41,5 @@ LUMO_TYPE_NAME_AS(std::uint16_t, "U16");
 LUMO_TYPE_NAME_AS(std::uint32_t, "U32");
 LUMO_TYPE_NAME_AS(std::uint64_t, "U64");
 LUMO_TYPE_NAME(Lumo::String);
+LUMO_TYPE_NAME(Lumo::Name);
 LUMO_TYPE_NAME(Lumo::PtrInterface);

@@ -6,6 +6,8 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 namespace Dunlin {
 
@@ -16,6 +18,9 @@ class ChipSet {
   constexpr explicit ChipSet(std::uint64_t first, std::uint64_t second = 0)
       : words_{first, second} {}
   constexpr const std::array<std::uint64_t, 2>& words() const { return words_; }
+  /// 32 hexadecimal digits, the highest chip first.
+  Lumo::String stringValue() const;
+  static std::optional<ChipSet> parse(std::string_view text);
   std::size_t hash() const { return Kesh::mixHash(words_[0] ^ Kesh::mixHash(words_[1])); }
   friend constexpr auto operator<=>(const ChipSet&, const ChipSet&) = default;
 

@@ -4,7 +4,7 @@
 #include "kesh/Address.h"
 #include "kesh/IntfId.h"
 #include "kesh/Mpls.h"
-#include "lumo/HashMap2018.h"
+#include "lumo/Attribute.h"
 #include "lumo/Ptr.h"
 #include "lumo/String.h"
 #include "state/NexthopGroupTypes.h"
@@ -32,6 +32,18 @@ class NexthopGroupConfigEntry : public Lumo::PtrInterface {
   EntryCounterType entryCounterType = EntryCounterType::perTunnel;
   bool hierarchicalFecsEnabled = false; ///< uses a second level of FECs
   GreKeyType greKeyType = GreKeyType::none;
+
+  LUMO_TYPE(NexthopGroupConfigEntry, "Routing::NexthopGroup::NexthopGroupConfigEntry")
+  LUMO_PUBLIC_CONST(Lumo::Name, name)
+  LUMO_PUBLIC(type)
+  LUMO_PUBLIC(size)
+  LUMO_PUBLIC(ttl)
+  LUMO_PUBLIC(sourceIntf)
+  LUMO_PUBLIC(sourceIp)
+  LUMO_PUBLIC(entryCounterType)
+  LUMO_PUBLIC(hierarchicalFecsEnabled)
+  LUMO_PUBLIC(greKeyType)
+  LUMO_END
 };
 
 class Config : public Lumo::PtrInterface {

@@ -1,28 +1,17 @@
 // The kinds of nexthop groups, of their counters and of their GRE keys, with their names.
 #pragma once
 
+#include "lumo/EnumType.h"
 #include "lumo/String.h"
 
 #include <cstdint>
-#include <string_view>
-
-namespace state {
-
-/// The name of one value of an enumeration. A table of these is the enumeration's vocabulary.
-template <class Enum>
-struct EnumName {
-  Enum value;
-  std::string_view name;
-};
-
-} // namespace state
 
 namespace Routing {
 
 /// What goes into the key field of a GRE header.
 enum class GreKeyType : std::uint32_t { none = 0, ingressInterface = 1 };
 
-inline constexpr state::EnumName<GreKeyType> greKeyTypeNames[] = {
+inline constexpr Lumo::EnumName<GreKeyType> greKeyTypeNames[] = {
     {GreKeyType::none, "none"},
     {GreKeyType::ingressInterface, "ingressInterface"},
 };
@@ -44,7 +33,7 @@ enum class NexthopGroupType : std::uint32_t {
   vxlan = 7
 };
 
-inline constexpr state::EnumName<NexthopGroupType> nexthopGroupTypeNames[] = {
+inline constexpr Lumo::EnumName<NexthopGroupType> nexthopGroupTypeNames[] = {
     {NexthopGroupType::invalid, "invalid"},
     {NexthopGroupType::ipInIp, "ipInIp"},
     {NexthopGroupType::gre, "gre"},
@@ -61,7 +50,7 @@ enum class EntryCounterType : std::uint32_t {
   perEntry = 1   ///< each entry has its own
 };
 
-inline constexpr state::EnumName<EntryCounterType> entryCounterTypeNames[] = {
+inline constexpr Lumo::EnumName<EntryCounterType> entryCounterTypeNames[] = {
     {EntryCounterType::perTunnel, "perTunnel"},
     {EntryCounterType::perEntry, "perEntry"},
 };
@@ -72,3 +61,10 @@ Lumo::String stringValue(EntryCounterType type);
 } // namespace NexthopGroup
 
 } // namespace Routing
+
+LUMO_TYPE_NAME(Routing::GreKeyType);
+LUMO_ENUM(Routing::GreKeyType, Routing::greKeyTypeNames);
+LUMO_TYPE_NAME(Routing::NexthopGroup::NexthopGroupType);
+LUMO_ENUM(Routing::NexthopGroup::NexthopGroupType, Routing::NexthopGroup::nexthopGroupTypeNames);
+LUMO_TYPE_NAME(Routing::NexthopGroup::EntryCounterType);
+LUMO_ENUM(Routing::NexthopGroup::EntryCounterType, Routing::NexthopGroup::entryCounterTypeNames);

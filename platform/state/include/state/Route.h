@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kesh/Prefix.h"
+#include "lumo/Attribute.h"
 #include "lumo/Ptr.h"
 #include "state/FecId.h"
 #include "state/RouteType.h"
@@ -24,6 +25,17 @@ struct BasicRoute {
   std::uint32_t preferenceAndSrcVrf = 0xffffff01; ///< preference in bits 7..0, source VRF above
   Type routeType{};
   Fib::FecId fecId;
+
+  LUMO_TYPE(BasicRoute,
+            (std::is_same_v<PrefixType, Kesh::Prefix> ? "Vanta::Fib::Route" : "Vanta::Fib6::Route"))
+  LUMO_PUBLIC(key)
+  LUMO_PUBLIC(metric)
+  LUMO_PUBLIC(preferenceAndSrcVrf)
+  LUMO_PUBLIC(routeType)
+  LUMO_PUBLIC(fecId)
+  LUMO_COMPUTED(std::uint8_t, preference)
+  LUMO_COMPUTED(Vrf::VrfIdMap::VrfId, srcVrfId)
+  LUMO_END
 
   std::uint8_t preference() const { return static_cast<std::uint8_t>(preferenceAndSrcVrf); }
   void preferenceIs(std::uint8_t preference) {

@@ -4,7 +4,7 @@
 #include "kesh/IntfId.h"
 #include "kesh/Mpls.h"
 #include "kesh/Prefix.h"
-#include "lumo/HashMap2018.h"
+#include "lumo/Attribute.h"
 #include "lumo/Ptr.h"
 #include "state/RouteType.h"
 #include "state/Vrf.h"
@@ -54,6 +54,11 @@ class RoutePreference {
 struct RouteKey {
   Kesh::IpGenPrefix prefix;
   RoutePreference preference = 1;
+
+  LUMO_TYPE(RouteKey, "Routing::RouteKey")
+  LUMO_PUBLIC(prefix)
+  LUMO_PUBLIC(preference)
+  LUMO_END
   std::size_t hash() const { return prefix.hash() ^ Kesh::mixHash(preference); }
   friend bool operator==(const RouteKey&, const RouteKey&) = default;
   friend bool operator<(const RouteKey& a, const RouteKey& b) {
@@ -69,6 +74,16 @@ struct Via {
   std::uint32_t vni = 0;
   Kesh::IpGenAddr vtepAddr;
   Kesh::EthAddr routerMac;
+
+  LUMO_TYPE(Via, "Routing::Via")
+  LUMO_PUBLIC(hop)
+  LUMO_PUBLIC(intfId)
+  LUMO_PUBLIC(mplsLabel)
+  LUMO_PUBLIC(vni)
+  LUMO_PUBLIC(vtepAddr)
+  LUMO_PUBLIC(routerMac)
+  LUMO_END
+
   std::size_t hash() const { return hop.v6Addr().hash() ^ intfId.hash(); }
   friend bool operator==(const Via&, const Via&) = default;
   /// By interface, then next hop, then all that is left.
@@ -94,6 +109,19 @@ class Route : public Lumo::PtrInterface {
   Lumo::HashMap2018<Via, bool> bfdTracked;
   L3::VrfName leakVrf;
 
+  LUMO_TYPE(Route, "Routing::Route")
+  LUMO_PUBLIC_CONST(RouteKey, key)
+  LUMO_PUBLIC(routeType)
+  LUMO_PUBLIC(tag)
+  LUMO_PUBLIC(dynamic)
+  LUMO_PUBLIC_HASHED(via)
+  LUMO_PUBLIC_HASHED(viaNextHopName)
+  LUMO_PUBLIC(dropNextHopName)
+  LUMO_PUBLIC(nexthopGroupName)
+  LUMO_PUBLIC_HASHED(bfdTracked)
+  LUMO_PUBLIC(leakVrf)
+  LUMO_END
+
   /// Deletes the member at which the cursor stands; the walk goes on with `next()`.
   void viaDel(const decltype(via)::Cursor& at) { via.erase(at.key()); }
   void viaNextHopNameDel(const decltype(viaNextHopName)::Cursor& at) {
@@ -105,6 +133,10 @@ class RouteList : public Lumo::PtrInterface {
  public:
   Lumo::HashMap2018<RouteKey, Lumo::Ptr<Route>> route;
 
+  LUMO_TYPE(RouteList, "Routing::RouteList")
+  LUMO_PUBLIC_HASHED(route)
+  LUMO_END
+
   /// Deletes the route at which the cursor stands; the walk goes on with `next()`.
   void routeDel(const decltype(route)::Cursor& at) { route.erase(at.key()); }
 };
@@ -113,9 +145,20 @@ class RouteList : public Lumo::PtrInterface {
 class ConfigGen : public RouteList {
  public:
   bool routing = true;
+
+  LUMO_TYPE(ConfigGen, "Routing::ConfigGen")
+  LUMO_BASE(RouteList)
+  LUMO_PUBLIC_HASHED(route)
+  LUMO_PUBLIC(routing)
+  LUMO_END
 };
 
 /// The routes that one agent, such as the one of the configuration, hands to routing.
-class RouteInput : public RouteList {};
+class RouteInput : public RouteList {
+  LUMO_TYPE(RouteInput, "Routing::RouteInput")
+  LUMO_BASE(RouteList)
+  LUMO_PUBLIC_HASHED(route)
+  LUMO_END
+};
 
 } // namespace Routing

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kesh/Address.h"
-#include "lumo/HashMap2018.h"
+#include "lumo/Attribute.h"
 #include "lumo/Ptr.h"
 #include "state/FecId.h"
 
@@ -13,6 +13,11 @@ namespace SrTePolicy {
 
 struct EndPoint {
   Kesh::IpGenAddr address;
+
+  LUMO_TYPE(EndPoint, "SrTePolicy::EndPoint")
+  LUMO_PUBLIC(address)
+  LUMO_END
+
   /// As streams show it: the address.
   Lumo::String text() const { return address.stringValue(); }
   friend std::ostream& operator<<(std::ostream& out, const EndPoint& endpoint) {
@@ -24,6 +29,12 @@ struct EndPoint {
 struct PolicyKey {
   EndPoint endpoint;
   std::uint32_t color = 0;
+
+  LUMO_TYPE(PolicyKey, "SrTePolicy::PolicyKey")
+  LUMO_PUBLIC(endpoint)
+  LUMO_PUBLIC(color)
+  LUMO_END
+
   friend bool operator==(const PolicyKey&, const PolicyKey&) = default;
 };
 

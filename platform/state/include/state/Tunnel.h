@@ -4,7 +4,7 @@
 #include "kesh/IntfId.h"
 #include "kesh/Mpls.h"
 #include "kesh/Prefix.h"
-#include "lumo/HashMap2018.h"
+#include "lumo/Attribute.h"
 #include "lumo/Ptr.h"
 #include "state/TunnelId.h"
 
@@ -52,6 +52,13 @@ namespace TunnelTable {
 struct Via {
   Kesh::IpGenAddr nexthop;
   Kesh::IntfId intfId;
+
+  LUMO_TYPE(Via, "Tunnel::TunnelTable::Via")
+  LUMO_PUBLIC(nexthop)
+  LUMO_PUBLIC(intfId)
+  LUMO_METHOD(hash)
+  LUMO_END
+
   std::uint32_t hash() const {
     return static_cast<std::uint32_t>(nexthop.hash() ^ Kesh::mixHash(intfId.value()));
   }
@@ -60,6 +67,15 @@ struct Via {
 
 struct TunnelVia : Via {
   EncapId encapId;
+
+  LUMO_TYPE(TunnelVia, "Tunnel::TunnelTable::TunnelVia")
+  LUMO_BASE(Via)
+  LUMO_PUBLIC(nexthop)
+  LUMO_PUBLIC(intfId)
+  LUMO_METHOD(hash)
+  LUMO_PUBLIC(encapId)
+  LUMO_END
+
   friend bool operator==(const TunnelVia&, const TunnelVia&) = default;
 };
 
@@ -90,6 +106,13 @@ struct EvpnVxlanTunnelEntry {
   Kesh::IpGenAddr vtepAddr;
   std::uint32_t vni = 0;
   Kesh::EthAddr routerMac;
+
+  LUMO_TYPE(EvpnVxlanTunnelEntry, "Tunnel::TunnelTable::EvpnVxlanTunnelEntry")
+  LUMO_PUBLIC(key)
+  LUMO_PUBLIC(vtepAddr)
+  LUMO_PUBLIC(vni)
+  LUMO_PUBLIC(routerMac)
+  LUMO_END
 
   EvpnVxlanTunnelEntry() = default;
   explicit EvpnVxlanTunnelEntry(TunnelId id) : key(id) {}

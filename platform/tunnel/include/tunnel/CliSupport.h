@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kesh/Mpls.h"
-#include "lumo/HashMap2018.h"
+#include "lumo/Attribute.h"
 #include "scrivo/Printer.h"
 #include "state/Tunnel.h"
 
@@ -22,6 +22,17 @@ struct CachedTunVia {
   Lumo::HashMap2018<TunnelViaIndex, Lumo::String> interfaceDescription;
   Lumo::HashMap2018<TunnelViaIndex, Kesh::MplsLabelOperation> viaLabelStack;
   std::uint32_t numVias = 0;
+
+  LUMO_TYPE(CachedTunVia, "Tunnel::CliSupport::CachedTunVia")
+  LUMO_PUBLIC(tunnelTypeText)
+  LUMO_PUBLIC(endpointText)
+  LUMO_PUBLIC(tunnelIndex)
+  LUMO_PUBLIC_HASHED(nexthopAddr)
+  LUMO_PUBLIC_HASHED(interface)
+  LUMO_PUBLIC_HASHED(interfaceDescription)
+  LUMO_PUBLIC_HASHED(viaLabelStack)
+  LUMO_PUBLIC(numVias)
+  LUMO_END
 
   Lumo::String& newNexthopAddr(TunnelViaIndex at) { return nexthopAddr.insertOrAssign(at, {}); }
   Lumo::String& newInterface(TunnelViaIndex at) { return interface.insertOrAssign(at, {}); }
@@ -45,6 +56,19 @@ struct CachedStaticIntfTunnelInfo {
   std::uint32_t greKeyField = 0;   ///< 0 for none
   std::uint8_t encapByte0 = 0;     ///< the TTL of the outer header; 0 copies the packet's
   std::uint8_t encapByte1 = 0;     ///< its type of service; 0 copies the packet's
+
+  LUMO_TYPE(CachedStaticIntfTunnelInfo, "Tunnel::CliSupport::CachedStaticIntfTunnelInfo")
+  LUMO_PUBLIC(tunnelTypeText)
+  LUMO_PUBLIC(tunnelIndexPart)
+  LUMO_PUBLIC(encapTypeText)
+  LUMO_PUBLIC(encapTypeTextAlt)
+  LUMO_PUBLIC(destinationText)
+  LUMO_PUBLIC(sourceText)
+  LUMO_PUBLIC(addressFamily)
+  LUMO_PUBLIC(greKeyField)
+  LUMO_PUBLIC(encapByte0)
+  LUMO_PUBLIC(encapByte1)
+  LUMO_END
 
   friend bool operator==(const CachedStaticIntfTunnelInfo&,
                          const CachedStaticIntfTunnelInfo&) = default;

@@ -18,9 +18,22 @@ enum class AddrMatchType : std::uint32_t {
   allowAddressMatch = 2 ///< it is none
 };
 
+inline constexpr Lumo::EnumName<AddrMatchType> addrMatchTypeNames[] = {
+    {AddrMatchType::allowNoMatch, "allowNoMatch"},
+    {AddrMatchType::allowExactMatch, "allowExactMatch"},
+    {AddrMatchType::allowAddressMatch, "allowAddressMatch"},
+};
+
+// Both raise a range error for what is no value.
+ROVA_EXPORT AddrMatchType AddrMatchTypeInstance(std::uint32_t number);
+ROVA_EXPORT AddrMatchType AddrMatchTypeInstance(const Lumo::String& name);
+ROVA_EXPORT Lumo::String stringValue(AddrMatchType type);
+ROVA_EXPORT std::ostream& operator<<(std::ostream& out, AddrMatchType type);
+
 } // namespace Rova
 
 LUMO_TYPE_NAME(Rova::AddrMatchType);
+LUMO_ENUM(Rova::AddrMatchType, Rova::addrMatchTypeNames);
 
 namespace Rova {
 
@@ -30,11 +43,12 @@ class ROVA_EXPORT AddressQueryResult {
   LUMO_ATTR(bool, acceptable)
   LUMO_ATTR(Lumo::String, msg)
   LUMO_END
+  LUMO_VALUE(AddressQueryResult)
 
+  AddressQueryResult() = default;
   friend bool operator==(const AddressQueryResult& a, const AddressQueryResult& b) {
     return a.acceptable_ == b.acceptable_ && a.msg_ == b.msg_;
   }
-  bool operator!() const { return *this == AddressQueryResult(); }
 };
 
 class ROVA_EXPORT AddressQueryParams : public Lumo::PtrInterface {
@@ -91,6 +105,11 @@ class ROVA_EXPORT AddressAssignmentChecker {
   LUMO_TYPE(AddressAssignmentChecker, "Rova::AddressAssignmentChecker")
   LUMO_METHOD(check, "params")
   LUMO_END
+  LUMO_VALUE(AddressAssignmentChecker)
+
+  AddressAssignmentChecker() = default;
+  friend bool operator==(const AddressAssignmentChecker&,
+                         const AddressAssignmentChecker&) = default;
   AddressQueryResult check(Lumo::Ptr<const AddressQueryParams> params) const;
 };
 
@@ -99,11 +118,12 @@ class ROVA_EXPORT Address6AssignmentChecker {
   LUMO_TYPE(Address6AssignmentChecker, "Rova::Address6AssignmentChecker")
   LUMO_METHOD(check, "params")
   LUMO_END
+  LUMO_VALUE(Address6AssignmentChecker)
+
+  Address6AssignmentChecker() = default;
+  friend bool operator==(const Address6AssignmentChecker&,
+                         const Address6AssignmentChecker&) = default;
   AddressQueryResult check(Lumo::Ptr<const Address6QueryParams> params) const;
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const AddressQueryResult& result);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const AddressAssignmentChecker& checker);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const Address6AssignmentChecker& checker);
 
 } // namespace Rova

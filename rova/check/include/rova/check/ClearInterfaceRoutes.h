@@ -12,13 +12,16 @@ class ROVA_EXPORT ClearIntfRoutesAndViasHelper {
   LUMO_TYPE(ClearIntfRoutesAndViasHelper, "Rova::ClearIntfRoutesAndViasHelper")
   LUMO_METHOD(clearIntfRoutesAndViasHelper, "config", "intfName")
   LUMO_END
+  LUMO_VALUE(ClearIntfRoutesAndViasHelper)
+
+  ClearIntfRoutesAndViasHelper() = default;
+  friend bool operator==(const ClearIntfRoutesAndViasHelper&,
+                         const ClearIntfRoutesAndViasHelper&) = default;
 
   /// Deletes every via through the interface with its name, and every route that is then left
   /// without vias, unless it drops its packets anyway. Routes that nothing was deleted from stay.
   void clearIntfRoutesAndViasHelper(Lumo::Ptr<Routing::ConfigGen> config,
                                     Lumo::String intfName) const;
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const ClearIntfRoutesAndViasHelper& helper);
 
 } // namespace Rova

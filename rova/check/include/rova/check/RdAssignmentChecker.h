@@ -11,13 +11,14 @@ namespace Rova {
 /// agents publish it.
 class ROVA_EXPORT RdAssignmentChecker {
   LUMO_TYPE(RdAssignmentChecker, "Rova::RdAssignmentChecker")
-  LUMO_CTOR(Lumo::Ptr<Lumo::Dir>, routeDistinguisherInputDir)
+  LUMO_CTOR_OR_NULL(Lumo::Ptr<Lumo::Dir>, routeDistinguisherInputDir) // null: no inputs
   LUMO_CTOR(Lumo::String, vrfName)
   LUMO_CTOR(Kesh::RouteDistinguisher, routeDistinguisher)
   LUMO_ATTR(bool, acceptable)
   LUMO_ATTR(Lumo::String, errorMessage)
   LUMO_METHOD(handleInitialized)
   LUMO_END
+  LUMO_VALUE(RdAssignmentChecker)
 
   RdAssignmentChecker() = default;
   RdAssignmentChecker(Lumo::Ptr<Lumo::Dir> inputs, Lumo::String vrf,
@@ -27,11 +28,11 @@ class ROVA_EXPORT RdAssignmentChecker {
         routeDistinguisher_(wanted) {
     handleInitialized();
   }
+  friend bool operator==(const RdAssignmentChecker&, const RdAssignmentChecker&) = default;
+
   /// Checks again. An old message stays beside a new acceptance. An entry of the directory that is
   /// no input of route distinguishers stops the process.
   void handleInitialized();
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RdAssignmentChecker& checker);
 
 } // namespace Rova

@@ -20,7 +20,9 @@ class ROVA_EXPORT CachedVia {
   LUMO_COMPUTED(Tunnel::TunnelTable::TunnelId, tunnelId)
   LUMO_COMPUTED(Vanta::Fib::FecId, fecId)
   LUMO_END
+  LUMO_VALUE(CachedVia)
 
+  CachedVia() = default;
   /// The tunnel that the interface stands for; a static tunnel interface gives kind 9 with its
   /// port.
   Tunnel::TunnelTable::TunnelId tunnelId() const;
@@ -33,7 +35,6 @@ class ROVA_EXPORT CachedVia {
 
   friend ROVA_EXPORT bool operator==(const CachedVia& a, const CachedVia& b);
   friend ROVA_EXPORT bool operator<(const CachedVia& a, const CachedVia& b);
-  bool operator!() const { return *this == CachedVia(); }
 };
 
 /// A nexthop group that a via stands for.
@@ -42,14 +43,12 @@ class ROVA_EXPORT CachedNhgVia {
   LUMO_ATTR(Routing::NexthopGroup::NexthopGroupId, nhgId)
   LUMO_ATTR(Lumo::String, nhgName)
   LUMO_END
+  LUMO_VALUE(CachedNhgVia)
 
+  CachedNhgVia() = default;
   friend bool operator==(const CachedNhgVia& a, const CachedNhgVia& b) {
     return a.nhgId_ == b.nhgId_ && a.nhgName_ == b.nhgName_;
   }
-  bool operator!() const { return *this == CachedNhgVia(); }
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const CachedVia& via);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const CachedNhgVia& via);
 
 } // namespace Rova

@@ -18,13 +18,13 @@ class ROVA_EXPORT PolicyInfo {
               TunnelLabelStack)
   LUMO_HASHED(Tunnel::TunnelTable::TunnelId, SrTePolicy::Weight, weight, Weight)
   LUMO_END
+  LUMO_VALUE(PolicyInfo)
 
   PolicyInfo() = default;
   PolicyInfo(std::uint16_t index, const SrTePolicy::PolicyKey& policyKey)
       : index_(index), policyKey_(policyKey) {}
 
   friend ROVA_EXPORT bool operator==(const PolicyInfo& a, const PolicyInfo& b);
-  bool operator!() const { return *this == PolicyInfo(); }
 };
 
 /// The policies of one route.
@@ -32,13 +32,11 @@ class ROVA_EXPORT PolicyInfoSet {
   LUMO_TYPE(PolicyInfoSet, "Rova::PolicyInfoSet")
   LUMO_HASHED_VALUES(std::uint16_t, PolicyInfo, policyInfo, PolicyInfo, index)
   LUMO_END
+  LUMO_VALUE(PolicyInfoSet)
 
+  PolicyInfoSet() = default;
   friend ROVA_EXPORT bool operator==(const PolicyInfoSet& a, const PolicyInfoSet& b);
-  bool operator!() const { return policyInfo_.empty(); }
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const PolicyInfo& info);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const PolicyInfoSet& set);
 
 /// Prints the policies behind a line's " via", the further ones on lines of their own behind
 /// `policyIndent` blanks; below each, behind `viaIndent` blanks, its segment lists. The model has

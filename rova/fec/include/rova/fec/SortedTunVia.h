@@ -13,14 +13,14 @@ namespace Rova {
 /// told apart by it.
 class ROVA_EXPORT SortedTunVia : public Tunnel::TunnelTable::TunnelVia {
   LUMO_TYPE(SortedTunVia, "Rova::SortedTunVia")
-  LUMO_INHERITED(nexthop)
-  LUMO_INHERITED(intfId)
+  LUMO_BASE(Tunnel::TunnelTable::TunnelVia)
+  LUMO_INHERITED(Kesh::IpGenAddr, nexthop)
+  LUMO_INHERITED(Kesh::IntfId, intfId)
   LUMO_METHOD(hash)
-  LUMO_LEVEL
-  LUMO_INHERITED(encapId)
-  LUMO_LEVEL
-  LUMO_CTOR(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
+  LUMO_INHERITED(Tunnel::TunnelTable::EncapId, encapId)
+  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
   LUMO_END
+  LUMO_VALUE(SortedTunVia)
 
   SortedTunVia() = default;
   SortedTunVia(const Kesh::IpGenAddr& hop, const Kesh::IntfId& intf,
@@ -30,7 +30,6 @@ class ROVA_EXPORT SortedTunVia : public Tunnel::TunnelTable::TunnelVia {
 
   friend ROVA_EXPORT bool operator==(const SortedTunVia& a, const SortedTunVia& b);
   friend ROVA_EXPORT bool operator<(const SortedTunVia& a, const SortedTunVia& b);
-  bool operator!() const { return *this == SortedTunVia(); }
 };
 
 /// The vias of one tunnel as the tunnel FIB has them when the set is made; its backup vias are left
@@ -38,10 +37,11 @@ class ROVA_EXPORT SortedTunVia : public Tunnel::TunnelTable::TunnelVia {
 class ROVA_EXPORT SortedTunViaSet {
   LUMO_TYPE(SortedTunViaSet, "Rova::SortedTunViaSet")
   LUMO_CTOR(Tunnel::TunnelTable::TunnelId, tunnelId)
-  LUMO_CTOR(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
+  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
   LUMO_ORDERED(SortedTunVia, bool, via, Via)
   LUMO_METHOD(handleInitialized)
   LUMO_END
+  LUMO_VALUE(SortedTunViaSet)
 
   SortedTunViaSet() = default;
   SortedTunViaSet(Tunnel::TunnelTable::TunnelId tunnelId,
@@ -53,10 +53,6 @@ class ROVA_EXPORT SortedTunViaSet {
   void handleInitialized();
 
   friend ROVA_EXPORT bool operator==(const SortedTunViaSet& a, const SortedTunViaSet& b);
-  bool operator!() const { return *this == SortedTunViaSet(); }
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const SortedTunVia& via);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const SortedTunViaSet& set);
 
 } // namespace Rova

@@ -13,12 +13,12 @@ class ROVA_EXPORT CounterEntry {
   LUMO_CTOR(std::uint64_t, packets)
   LUMO_CTOR(std::uint64_t, bytes)
   LUMO_END
+  LUMO_VALUE(CounterEntry)
 
   CounterEntry() = default;
   CounterEntry(std::uint64_t packets, std::uint64_t bytes) : packets_(packets), bytes_(bytes) {}
 
   friend bool operator==(const CounterEntry&, const CounterEntry&) = default;
-  bool operator!() const { return *this == CounterEntry(); }
 };
 
 /// A counter and the chips that count it.
@@ -28,6 +28,7 @@ class ROVA_EXPORT CounterIndex {
   LUMO_CTOR(Dunlin::ChipSet, chipMask)
   LUMO_COMPUTED(std::uint32_t, hash)
   LUMO_END
+  LUMO_VALUE(CounterIndex)
 
   CounterIndex() = default;
   CounterIndex(std::uint64_t counterIndex, const Dunlin::ChipSet& chipMask)
@@ -36,7 +37,6 @@ class ROVA_EXPORT CounterIndex {
   /// Jenkins one-at-a-time over the bytes of both in memory order.
   std::uint32_t hash() const;
   friend bool operator==(const CounterIndex&, const CounterIndex&) = default;
-  bool operator!() const { return *this == CounterIndex(); }
 };
 
 /// Where a command could ask for counts by counter. A derived class has to answer: this one stops
@@ -73,8 +73,5 @@ class ROVA_EXPORT NexthopGroupCounterHelper : public Lumo::PtrInterface {
 
 /// A helper with nothing mounted.
 ROVA_EXPORT Lumo::Ptr<NexthopGroupCounterHelper> nexthopGroupCounterHelperFactory();
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const CounterEntry& entry);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const CounterIndex& index);
 
 } // namespace Rova

@@ -22,6 +22,7 @@ class ROVA_EXPORT NexthopGroupSummaryHelper {
   LUMO_METHOD(processNexthopGroups)
   LUMO_METHOD(render, "fd", "fmt")
   LUMO_END
+  LUMO_VALUE(NexthopGroupSummaryHelper)
 
   NexthopGroupSummaryHelper() { vrfName_ = L3::VrfName(L3::defaultVrfName); }
   NexthopGroupSummaryHelper(Lumo::Ptr<const Routing::NexthopGroup::Config> config,
@@ -35,6 +36,9 @@ class ROVA_EXPORT NexthopGroupSummaryHelper {
     vrfName_ = L3::VrfName(L3::defaultVrfName);
   }
 
+  friend bool operator==(const NexthopGroupSummaryHelper&,
+                         const NexthopGroupSummaryHelper&) = default;
+
   /// Fills the counts. Calling it again adds to all but `nhgCount`.
   void processNexthopGroups();
   /// Counts and renders in format 1 (text) or 2 (model) to the descriptor. An interrupt is reported
@@ -44,7 +48,5 @@ class ROVA_EXPORT NexthopGroupSummaryHelper {
  private:
   bool isProgrammed(const Lumo::Name& name) const;
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const NexthopGroupSummaryHelper& summary);
 
 } // namespace Rova

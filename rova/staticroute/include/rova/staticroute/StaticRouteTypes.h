@@ -14,6 +14,7 @@ class ROVA_EXPORT RovaConsts {
   LUMO_CTOR(std::uint32_t, defaultStaticRouteTag)
   LUMO_CTOR(Lumo::String, defaultStaticRouteName)
   LUMO_END
+  LUMO_VALUE(RovaConsts)
 
   RovaConsts() : defaultStaticRoutePreference_(1) {}
   RovaConsts(Routing::RoutePreference preference, std::uint32_t tag, Lumo::String name)
@@ -26,7 +27,6 @@ class ROVA_EXPORT RovaConsts {
            a.defaultStaticRouteTag_ == b.defaultStaticRouteTag_ &&
            a.defaultStaticRouteName_ == b.defaultStaticRouteName_;
   }
-  bool operator!() const { return *this == RovaConsts(); }
 };
 
 /// The place of a route in the saved configuration: by the 16 bytes of its address whatever the
@@ -36,6 +36,7 @@ class ROVA_EXPORT RouteSortKey {
   LUMO_CTOR(Kesh::IpGenPrefix, prefix)
   LUMO_CTOR(Routing::RoutePreference, preference)
   LUMO_END
+  LUMO_VALUE(RouteSortKey)
 
   RouteSortKey() : preference_(1) {}
   RouteSortKey(const Kesh::IpGenPrefix& prefix, Routing::RoutePreference preference)
@@ -45,7 +46,6 @@ class ROVA_EXPORT RouteSortKey {
     return a.prefix_ == b.prefix_ && a.preference_ == b.preference_;
   }
   friend ROVA_EXPORT bool operator<(const RouteSortKey& a, const RouteSortKey& b);
-  bool operator!() const { return *this == RouteSortKey(); }
 };
 
 /// What stands behind a route's prefix in its lines: one text for the route, or one for each via.
@@ -54,15 +54,12 @@ class ROVA_EXPORT NexthopInfo {
   LUMO_ATTR(Lumo::String, nexthopCmd)
   LUMO_ORDERED(Routing::Via, Lumo::String, sortedVia, SortedVia)
   LUMO_END
+  LUMO_VALUE(NexthopInfo)
 
+  NexthopInfo() = default;
   friend bool operator==(const NexthopInfo& a, const NexthopInfo& b) {
     return a.nexthopCmd_ == b.nexthopCmd_ && a.sortedVia_ == b.sortedVia_;
   }
-  bool operator!() const { return *this == NexthopInfo(); }
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RovaConsts& consts);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RouteSortKey& key);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const NexthopInfo& info);
 
 } // namespace Rova

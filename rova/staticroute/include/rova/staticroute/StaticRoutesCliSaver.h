@@ -13,11 +13,12 @@ class ROVA_EXPORT StaticRoutesCliSaver {
   LUMO_ORDERED(RouteSortKey, NexthopInfo, sortedRoute, SortedRoute)
   LUMO_METHOD(save, "config", "saveAll", "routeCmd", "rovaConsts")
   LUMO_END
+  LUMO_VALUE(StaticRoutesCliSaver)
 
+  StaticRoutesCliSaver() = default;
   friend bool operator==(const StaticRoutesCliSaver& a, const StaticRoutesCliSaver& b) {
     return a.sortedRoute_ == b.sortedRoute_;
   }
-  bool operator!() const { return sortedRoute_.empty(); }
 
   /// The lines, each with `routeCmd` in front, in the order of `RouteSortKey` and then of the vias.
   /// Dynamic routes and forward routes without vias have none. The routes stay in `sortedRoute`, so
@@ -31,7 +32,5 @@ class ROVA_EXPORT StaticRoutesCliSaver {
   void load(const Routing::ConfigGen& config, bool saveAll, const RovaConsts& consts);
   Lumo::String lines(const Lumo::String& routeCmd) const;
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const StaticRoutesCliSaver& saver);
 
 } // namespace Rova

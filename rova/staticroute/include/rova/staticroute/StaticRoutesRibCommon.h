@@ -18,10 +18,12 @@ class ROVA_EXPORT StaticRoutesRibCommon {
   LUMO_METHOD(legend)
   LUMO_METHOD(dump, "rovaConsts")
   LUMO_END
+  LUMO_VALUE(StaticRoutesRibCommon)
 
   StaticRoutesRibCommon() = default;
   explicit StaticRoutesRibCommon(Lumo::Ptr<Interface::AllIntfConfigDir> config)
       : allIntfConfig_(std::move(config)) {}
+  friend bool operator==(const StaticRoutesRibCommon&, const StaticRoutesRibCommon&) = default;
 
   Lumo::String legend() const;
   /// Takes the routes of the inputs in, the later one of two with one key, and prints those that
@@ -30,7 +32,5 @@ class ROVA_EXPORT StaticRoutesRibCommon {
   /// not exist stops the process.
   void dump(RovaConsts rovaConsts);
 };
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const StaticRoutesRibCommon& common);
 
 } // namespace Rova

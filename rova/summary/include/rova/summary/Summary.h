@@ -27,7 +27,8 @@ class ROVA_EXPORT Summary {
   using Family = FamilyType;
 
   LUMO_TYPE(Summary, Family::summaryTypeName)
-  LUMO_CTOR(Lumo::Ptr<const Routing::ConfigGen>, routingConfig) // null: static routes undivided
+  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Routing::ConfigGen>,
+                    routingConfig) // null: static routes undivided
   LUMO_CTOR(Lumo::Ptr<const typename Family::RouteStatus>, routingStatus)
   LUMO_CTOR(Lumo::Ptr<const Arp::Table::Status>, arpVanta)
   LUMO_CTOR(Lumo::Ptr<const Vrf::VrfIdMap::Status>, vrfIdMap)
@@ -38,6 +39,7 @@ class ROVA_EXPORT Summary {
   LUMO_METHOD(loadInternalStructures)
   LUMO_METHOD(loadAttachedRoutes)
   LUMO_END
+  LUMO_VALUE(Summary)
 
   Summary(Lumo::Ptr<const Routing::ConfigGen> routingConfig,
           Lumo::Ptr<const typename Family::RouteStatus> routingStatus,
@@ -46,7 +48,6 @@ class ROVA_EXPORT Summary {
 
   Summary() = default;
   friend bool operator==(const Summary& a, const Summary& b) { return a.fields() == b.fields(); }
-  bool operator!() const { return *this == Summary(); }
 
   bool routeCountByMaskHas(std::uint32_t length) const {
     return routeCountByMask_.find(length) != nullptr;
@@ -72,8 +73,5 @@ using Route6Summary = Summary<Ip6Family>;
 
 extern template class Summary<Ip4Family>;
 extern template class Summary<Ip6Family>;
-
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const RouteSummary& summary);
-ROVA_EXPORT std::ostream& operator<<(std::ostream& out, const Route6Summary& summary);
 
 } // namespace Rova

@@ -1,0 +1,193 @@
+// The row of the attribute table of each kind of attribute, made from a pointer to the member.
+#pragma once
+
+#include "lumo/Arguments.h"
+#include "lumo/HashMap2018.h"
+#include "lumo/RbTreeMap.h"
+
+namespace Lumo {
+
+/// The field behind a pointer to member, and the class that declares it.
+template <class MemberPointer>
+struct MemberOf;
+template <class Class, class Field>
+struct MemberOf<Field Class::*> {
+  using Owner = Class;
+  using Type = Field;
+};
+
+template <auto field>
+using OwnerOf = typename MemberOf<decltype(field)>::Owner;
+template <auto field>
+using FieldOf = typename MemberOf<decltype(field)>::Type;
+
+template <auto field>
+constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind) {
+  using Owner = OwnerOf<field>;
+  using Field = FieldOf<field>;
+  AttributeRecord row;
+  row.name = name;
+  row.owner = &typeOf<Owner>();
+  row.kind = kind;
+  row.valueType = &typeOf<Field>();
+  if constexpr (isHandle<Field>) row.isHandleConst = std::is_const_v<typename Field::Element>;
+  row.read = [](const void* object) {
+    return wrapAttrValue(static_cast<const Owner*>(object)->*field);
+  };
+  if (kind != AttributeKind::constructorArgument) {
+    row.write = [](void* object, const GenericPtr& value) {
+      static_cast<Owner*>(object)->*field = unwrap<Field>(value);
+    };
+  }
+  row.strep = [](const void* object) {
+    return valueToStrep(static_cast<const Owner*>(object)->*field);
+  };
+  row.readStrep = [](void* object, StringIterator& at, const StringIterator& end) {
+    static_cast<Owner*>(object)->*field = sequenceToValue<Field>(at, end);
+  };
+  return row;
+}
+
+/// The row of a handle whose null the type knows how to take.
+constexpr AttributeRecord mayBeNull(AttributeRecord row) {
+  row.mayBeNull = true;
+  return row;
+}
+
+template <class Value, class Key>
+const Value& memberOrDefault(const Value* member) {
+  static const Value absent{};
+  return member ? *member : absent;
+}
+
+/// A walk over the collection behind `field`.
+template <auto field>
+class CollectionIterator final : public GenericIterator {
+  using Map = FieldOf<field>;
+  using Value = typename Map::ValueType;
+  using Key = typename Map::KeyType;
+
+  static const CollectionIterator& of(const GenericIterator& walk) {
+    return static_cast<const CollectionIterator&>(walk);
+  }
+  static CollectionIterator& of(GenericIterator& walk) {
+    return static_cast<CollectionIterator&>(walk);
+  }
+
+ public:
+  CollectionIterator(Map& map, bool constant, const GenericPtr* key)
+      : map_(map), cursor_(key ? map.cursor(unwrap<Key>(*key)) : map.cursor()),
+        constant_(constant) {}
+
+  static constexpr IteratorFunctions functions = {
+      [](const GenericIterator& walk) {
+        const auto& self = of(walk);
+        if (!self.cursor_) return GenericPtr();
+        return wrapAttrValue(memberOrDefault<Value, Key>(self.cursor_.value()));
+      },
+      [](const GenericIterator& walk) {
+        return of(walk).cursor_ ? wrapAttrIndex(of(walk).cursor_.key()) : GenericPtr();
+      },
+      [](const GenericIterator& walk) { return static_cast<bool>(of(walk).cursor_); },
+      [](GenericIterator& walk) {
+        if (of(walk).cursor_) of(walk).cursor_.next();
+      },
+      [](GenericIterator& walk) {
+        CollectionIterator& self = of(walk);
+        if (self.constant_) throwConstantException(typeOf<OwnerOf<field>>().name);
+        if (self.cursor_) self.map_.erase(Key(self.cursor_.key()));
+      }};
+
+ private:
+  Map& map_;
+  typename Map::Cursor cursor_;
+  bool constant_;
+};
+
+/// Inserts into a collection without a mutator of its own; no handle in it is null.
+template <class Map, class Key, class Value>
+void insertMember(Map& map, const Key& key, const Value& value) {
+  if constexpr (isHandle<Value>) {
+    if (!value) throw RangeException("a collection of entities takes no null");
+  }
+  map.insertOrAssign(key, value);
+}
+
+/// `Insert` is the class's own mutator, so that access by name refuses what it refuses.
+template <auto field, class Insert>
+constexpr AttributeRecord collectionRow(const char* name, AttributeKind kind,
+                                        const char* internalKey, Insert) {
+  using Owner = OwnerOf<field>;
+  using Key = typename FieldOf<field>::KeyType;
+  using Value = typename FieldOf<field>::ValueType;
+  AttributeRecord row;
+  row.name = name;
+  row.owner = &typeOf<Owner>();
+  row.kind = kind;
+  row.valueType = &typeOf<Value>();
+  row.keyType = &typeOf<Key>();
+  row.internalKey = internalKey;
+  row.readMember = [](const void* object, const GenericPtr& key) {
+    const Value* const member = (static_cast<const Owner*>(object)->*field).find(unwrap<Key>(key));
+    return wrapAttrValue(memberOrDefault<Value, Key>(member));
+  };
+  row.writeMember = [](void* object, const GenericPtr& key, const GenericPtr& value) {
+    Insert()(*static_cast<Owner*>(object), unwrap<Key>(key), unwrap<Value>(value));
+  };
+  row.deleteMember = [](void* object, const GenericPtr& key) {
+    Value old{};
+    (static_cast<Owner*>(object)->*field).erase(unwrap<Key>(key), &old);
+    return wrapAttrValue(std::move(old));
+  };
+  row.hasMember = [](const void* object, const GenericPtr& key) {
+    return (static_cast<const Owner*>(object)->*field).find(unwrap<Key>(key)) != nullptr;
+  };
+  row.members = [](const void* object) {
+    return (static_cast<const Owner*>(object)->*field).size();
+  };
+  row.secondCount = [](const void* object) {
+    return (static_cast<const Owner*>(object)->*field).changes();
+  };
+  row.iterator = [](void* object, bool constant, const GenericPtr* key) {
+    return Ptr<GenericIterator>(
+        new CollectionIterator<field>(static_cast<Owner*>(object)->*field, constant, key));
+  };
+  row.iteratorFunctions = &CollectionIterator<field>::functions;
+  return row;
+}
+
+template <auto method, class... Names>
+constexpr AttributeRecord methodRow(const char* name, Names... argumentNames) {
+  using Call = CallableOf<decltype(method)>;
+  static_assert(sizeof...(Names) == Call::types.size() &&
+                sizeof...(Names) < AttributeRecord::maxArguments);
+  AttributeRecord row;
+  row.name = name;
+  row.owner = &typeOf<typename Call::Owner>();
+  row.kind = AttributeKind::method;
+  row.valueType = &Call::result;
+  row.isConstant = Call::isConstant;
+  std::size_t at = 0;
+  ((row.arguments[at] = {argumentNames, Call::types[at]}, ++at), ...);
+  row.call = [](void* object, const ArgumentRecord* table, ArgumentSpan arguments) {
+    return Call::template unwrapFunctionArgs<method>(static_cast<typename Call::Owner*>(object),
+                                                     table, arguments);
+  };
+  return row;
+}
+
+/// A computed attribute is read through the accessor of its name.
+template <class Owner, class Value, class Read>
+constexpr AttributeRecord computedRow(const char* name, Read) {
+  AttributeRecord row;
+  row.name = name;
+  row.owner = &typeOf<Owner>();
+  row.kind = AttributeKind::computed;
+  row.valueType = &typeOf<Value>();
+  row.read = [](const void* object) {
+    return wrapAttrValue<Value>(Read()(*static_cast<const Owner*>(object)));
+  };
+  return row;
+}
+
+} // namespace Lumo
