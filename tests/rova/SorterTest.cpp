@@ -1,9 +1,7 @@
 // A sorter's life: what it loads, how a print ends, what it traces, when it yields.
 #include "support/Device.h"
 #include "support/Expect.h"
-
-#include "rova/core/Trace.h"
-#include "scrivo/Interrupt.h"
+#include "support/Process.h"
 
 #include <atomic>
 #include <csignal>
@@ -69,12 +67,6 @@ TYPED_TEST(SorterTest, FindsTheTunnelTablesThatThereAre) {
   EXPECT_FALSE(this->open()->srTunnelTable());
 }
 
-/// The user's wish to stop, for the life of the object.
-struct Interrupted {
-  Interrupted() { scrivo::requestInterrupt(); }
-  ~Interrupted() { scrivo::clearInterrupt(); }
-};
-
 TYPED_TEST(SorterTest, AnInterruptEndsThePrintAndIsTold) {
   this->staticRoutes(3);
   const auto sorter = this->open();
@@ -110,38 +102,16 @@ TYPED_TEST(SorterTest, AReaderThatWentAwayEndsThePrintAndOtherFailuresPass) {
   ::close(full);
 }
 
-/// Collects the library's trace of one level for the life of the object.
-struct Trace {
-  explicit Trace(unsigned traced) : level(traced) {
-    Lumo::traceSinkIs(
-        [](void* self, const Lumo::TraceLine& line) { static_cast<Trace*>(self)->add(line); },
-        this);
-    Rova::_defaultTraceHandle().enabledIs(level, true);
-  }
-  ~Trace() {
-    Rova::_defaultTraceHandle().enabledIs(level, false);
-    Lumo::traceSinkIs(nullptr, nullptr);
-  }
-  void add(const Lumo::TraceLine& line) {
-    EXPECT_EQ(line.handle, "CliSupport");
-    EXPECT_EQ(line.file, "CliSupport");
-    texts.emplace_back(line.text);
-    functions.emplace_back(line.function);
-  }
-  unsigned level;
-  Lines texts, functions;
-};
-
 TYPED_TEST(SorterTest, TracesItsEntriesOnLevelEightAlone) {
   this->device.vrf("red", 5);
   this->staticRoutes(1);
   const std::string type = TypeParam::sorterTypeName;
   for (const unsigned level : {0u, 1u, 3u, 7u, 9u}) {
-    const Trace trace(level);
+    const Traced trace("CliSupport", {level});
     textOf(this->open());
     EXPECT_EQ(trace.texts, Lines()) << level;
   }
-  const Trace trace(8);
+  const Traced trace("CliSupport", {8});
   const auto sorter = this->open();
   this->open({.vrf = "red"});
   textOf(sorter);
@@ -154,6 +124,7 @@ TYPED_TEST(SorterTest, TracesItsEntriesOnLevelEightAlone) {
   EXPECT_EQ(trace.functions[4], "printRoutes");
   EXPECT_NE(trace.texts[4].find(type + "::printRoutes("), std::string::npos) << trace.texts[4];
   EXPECT_EQ(trace.functions[5], "printRoute");
+  EXPECT_EQ(trace.place.substr(0, trace.place.find(':')), "CliSupport 8 CliSupport");
 }
 
 TEST(HostLegendTest, ExplainsTheCodes) {
@@ -163,12 +134,6 @@ TEST(HostLegendTest, ExplainsTheCodes) {
   EXPECT_EQ(openSorter<Rova::Ip6Family>(device)->hostLegend().str(),
             "R - receive, F - FIB, A - attached\n");
 }
-
-/// Makes every attempt to give up the activity lock raise, for the life of the object.
-struct Unreleasable {
-  Unreleasable() { Lumo::ActivityUnlockAnchor::lock().releasableIs(false); }
-  ~Unreleasable() { Lumo::ActivityUnlockAnchor::lock().releasableIs(true); }
-};
 
 TYPED_TEST(SorterTest, YieldsOnThe2001stRouteOfTheWholeTable) {
   const Unreleasable unreleasable;
