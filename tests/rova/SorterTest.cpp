@@ -1,12 +1,7 @@
-// A sorter's life: what it loads, how a print ends, what it traces, when it yields.
+// A sorter's life: what it loads, what it traces, when it yields.
 #include "support/Device.h"
 #include "support/Expect.h"
 #include "support/Process.h"
-
-#include <atomic>
-#include <csignal>
-#include <fcntl.h>
-#include <thread>
 
 namespace {
 
@@ -65,41 +60,6 @@ TYPED_TEST(SorterTest, FindsTheTunnelTablesThatThereAre) {
   EXPECT_TRUE(sorter->bgpLuTunnelTable() == bgpLu);
   dir.entityDel("sr");
   EXPECT_FALSE(this->open()->srTunnelTable());
-}
-
-TYPED_TEST(SorterTest, AnInterruptEndsThePrintAndIsTold) {
-  this->staticRoutes(3);
-  const auto sorter = this->open();
-  const Sink sink;
-  testing::internal::CaptureStdout();
-  bool complete = true;
-  {
-    const Interrupted interrupted;
-    complete = sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), 1);
-  }
-  const std::string told = testing::internal::GetCapturedStdout();
-  EXPECT_FALSE(complete);
-  EXPECT_EQ(sink.text(), "");
-  EXPECT_EQ(told.substr(0, 8), "exiting ");
-  EXPECT_GT(told.size(), 9u) << "the exception's text follows";
-  EXPECT_EQ(told.find('\n'), told.size() - 1);
-  EXPECT_TRUE(sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), 1));
-}
-
-TYPED_TEST(SorterTest, AReaderThatWentAwayEndsThePrintAndOtherFailuresPass) {
-  const auto before = std::signal(SIGPIPE, SIG_IGN); // as the program does
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  close(ends[0]);
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(this->open()->printRoutes(static_cast<std::uint32_t>(ends[1]), 1));
-  EXPECT_EQ(testing::internal::GetCapturedStdout().substr(0, 8), "exiting ");
-  close(ends[1]);
-  std::signal(SIGPIPE, before);
-  const int full = ::open("/dev/full", O_WRONLY);
-  EXPECT_THROW(this->open()->printRoutes(static_cast<std::uint32_t>(full), 1),
-               scrivo::WriteException);
-  ::close(full);
 }
 
 TYPED_TEST(SorterTest, TracesItsEntriesOnLevelEightAlone) {
@@ -163,24 +123,6 @@ TEST(AllowWatchdogTest, YieldsOnEvery2001stCall) {
   counter = 2000;
   Rova::allowWatchdog(counter);
   EXPECT_EQ(counter, 0u);
-}
-
-TEST(AllowWatchdogTest, OthersGetTheLockMeanwhile) {
-  const Lumo::ActivityLockHold hold;
-  std::atomic<bool> taken = false;
-  std::thread other([&] {
-    const Lumo::ActivityLockHold held;
-    taken = true;
-  });
-  int yields = 0;
-  for (std::uint32_t counter = 2000; !taken && yields < 10000; counter = 2000, ++yields) {
-    Rova::allowWatchdog(counter);
-  }
-  EXPECT_TRUE(taken);
-  { // the other thread must not be waited for while the lock is held
-    const Lumo::UnlockAnchor anchor(Lumo::ActivityUnlockAnchor::lock());
-    other.join();
-  }
 }
 
 } // namespace
