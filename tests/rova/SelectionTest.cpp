@@ -4,6 +4,8 @@
 
 #include "rova/route/Selection.h"
 
+#include <array>
+
 namespace {
 
 using namespace support;
@@ -27,22 +29,6 @@ struct SelectionTest : testing::Test {
 };
 TYPED_TEST_SUITE(SelectionTest, Families, FamilyNames);
 
-TYPED_TEST(SelectionTest, ListsTheTableOrTheInsideOfAPrefixInOrder) {
-  using T = Texts<TypeParam>;
-  EXPECT_EQ(this->listed(), Lines());
-  EXPECT_EQ(this->listed({.prefix = T::host}), Lines());
-  this->staticRoutes({T::everything, T::wide, T::inside, T::other, T::host});
-  const Lines all = {T::host, T::inside, T::wide, T::other, T::everything};
-  EXPECT_EQ(this->listed({.protocol = "B", .interface = "Ethernet9", .byInterface = true}), all)
-      << "protocol and interface do not select";
-  const auto longer = [this](const char* prefix) {
-    return this->listed({.prefix = prefix, .longerPrefixes = true});
-  };
-  EXPECT_EQ(longer(T::everything), all);
-  EXPECT_EQ(longer(T::inside), (Lines{T::host, T::inside}));
-  EXPECT_EQ(longer(T::otherHost), Lines());
-}
-
 TEST(ReceiveRouteTest, OfTheLinkLocalBlocksTheWideOneShowsInDetail) {
   using Type = Rova::Ip6Family::RouteType;
   Device device;
@@ -61,6 +47,24 @@ TYPED_TEST(SelectionTest, ADeadFecHidesAllButGroups) {
   this->device.route(T::wide, T::Type::nexthopGroup, dead);
   EXPECT_EQ(this->listed(), Lines{T::wide});
   EXPECT_EQ(this->listed({.detail = true}), (Lines{T::host, T::wide}));
+}
+
+// The selection remembers of each FEC whether its vias are dead.
+TYPED_TEST(SelectionTest, ManyFecsAreToldApart) {
+  const auto numbered = [](std::uint32_t number) {
+    using Address = typename TypeParam::Address;
+    std::array<std::uint8_t, Address::bits / 8> bytes{0x20, std::uint8_t(number)};
+    return Kesh::pfx(Address::fromBytes(bytes.data()), 32);
+  };
+  Lines live;
+  for (std::uint32_t i = 0; i < 200; ++i) {
+    const auto prefix = numbered(i).stringValue().str();
+    const bool dead = i % 3 == 0;
+    this->device.route(prefix, Texts<TypeParam>::Type::staticRoute,
+                       dead ? this->deadFec() : this->ethernetFec());
+    if (!dead) live.push_back(prefix);
+  }
+  EXPECT_EQ(this->listed(), live);
 }
 
 TYPED_TEST(SelectionTest, AnyEntryOfTheFamilysKernelTableCounts) {
