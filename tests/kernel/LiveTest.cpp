@@ -126,15 +126,24 @@ TEST_F(KernelTest, NexthopObjectsAndGroups) {
   if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1")) GTEST_SKIP() << "no nexthop objects here";
   runAll({"nexthop add id 2 via 10.2.0.2 dev eth2", "nexthop add id 3 blackhole",
           "nexthop add id 4 via fe80::4 dev eth2", "nexthop add id 10 group 1,7/2",
-          "route add 40.1.0.0/16 nhid 1", "route add 40.3.0.0/16 nhid 3",
-          "route add 40.4.0.0/16 nhid 4", "route add 40.10.0.0/16 nhid 10 proto bgp",
-          "-6 route add fd40::/64 nhid 4"});
+          "nexthop add id 6 via 10.9.0.9 fdb", "route add 40.1.0.0/16 nhid 1",
+          "route add 40.3.0.0/16 nhid 3", "route add 40.4.0.0/16 nhid 4",
+          "route add 40.10.0.0/16 nhid 10 proto bgp", "-6 route add fd40::/64 nhid 4"});
   const Routes routes = expectRoutes(
       {{"default 40.1.0.0/16", "static [1/0] | 10.1.0.2 eth1"},
        {"default 40.3.0.0/16", "drop [1/0]"},
        {"default 40.4.0.0/16", "static [1/0] | fe80::4 eth2"},
        {"default 40.10.0.0/16", "bgpExternal [200/0] | 10.1.0.2 eth1 w7 | 10.2.0.2 eth2"},
        {"default fd40::/64", "static [1/1024] | fe80::4 eth2"}});
+  const auto device = load(name);
+  const char* const none =
+      device.routingHardwareStatus->nexthopGroupEntryCounterSupported ? " 0p" : "";
+  const auto groups = showNexthopGroups(device);
+  EXPECT_EQ(groups.size(), 5u);
+  EXPECT_EQ(groups.at("nexthop-3"), "3 ip4 0 of 1 in default | -");
+  EXPECT_EQ(groups.at("nexthop-10"),
+            std::string("10 ip4 2 of 2 in default | 10.1.0.2 eth1 00:00:00:00:00:00 10.1.0.0/24") +
+                none + " | 10.2.0.2 eth2 00:00:00:00:00:00 10.2.0.0/24" + none);
   // Now the kernel gives the object's number alone.
   runInside("echo 0 > /proc/sys/net/ipv4/nexthop_compat_mode");
   EXPECT_EQ(showRoutes(load(name)), routes);
@@ -152,30 +161,6 @@ void sendPackets(const std::string& netns, const char* address, int count) {
     EXPECT_EQ(sendto(descriptor, "x", 1, 0, reinterpret_cast<const sockaddr*>(&to), sizeof to), 1);
   }
   close(descriptor);
-}
-
-TEST_F(KernelTest, NexthopGroups) {
-  if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1")) GTEST_SKIP() << "no nexthop objects here";
-  runAll({"neigh add 10.1.0.2 lladdr 02:00:00:00:00:02 dev eth1",
-          "nexthop add id 2 via 10.2.0.2 dev eth2", "nexthop add id 3 blackhole",
-          "nexthop add id 4 via fd01::2 dev eth1", "nexthop add id 5 dev eth2",
-          "nexthop add id 6 via 10.9.0.9 fdb", "nexthop add id 10 group 1,7/2"});
-  Routes expected{
-      {"nexthop-1", "1 ip4 1 of 1 in default | 10.1.0.2 eth1 02:00:00:00:00:02 10.1.0.0/24"},
-      {"nexthop-2", "2 ip4 1 of 1 in default | 10.2.0.2 eth2 00:00:00:00:00:00 10.2.0.0/24"},
-      {"nexthop-3", "3 ip4 0 of 1 in default | -"},
-      {"nexthop-4", "4 ip6 1 of 1 in default | fd01::2 eth1 00:00:00:00:00:00 fd01::/64"},
-      {"nexthop-5", "5 ip4 1 of 1 in default | 0.0.0.0 eth2 00:00:00:00:00:00"}};
-  const auto device = load(name);
-  const bool counts = device.routingHardwareStatus->nexthopGroupEntryCounterSupported;
-  const std::string none = counts ? " 0p" : "";
-  expected["nexthop-10"] = "10 ip4 2 of 2 in default | 10.1.0.2 eth1 02:00:00:00:00:02 "
-                           "10.1.0.0/24" +
-                           none +
-                           " | 10.2.0.2 eth2 00:00:00:00:00:00 "
-                           "10.2.0.0/24" +
-                           none;
-  EXPECT_EQ(showNexthopGroups(device), expected);
 }
 
 TEST_F(KernelTest, ResilientNexthopGroups) {
