@@ -5,12 +5,7 @@
 #include "sources/kernel/Namespace.h"
 #include "support/Expect.h"
 
-#include <arpa/inet.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include <fstream>
 #include <set>
@@ -149,20 +144,6 @@ TEST_F(KernelTest, NexthopObjectsAndGroups) {
   EXPECT_EQ(showRoutes(load(name)), routes);
 }
 
-/// Sends packets from the namespace to an address.
-void sendPackets(const std::string& netns, const char* address, int count) {
-  const sources::kernel::NamespaceStay stay(netns);
-  const int descriptor = socket(AF_INET, SOCK_DGRAM, 0);
-  sockaddr_in to{};
-  to.sin_family = AF_INET;
-  to.sin_port = htons(9);
-  inet_pton(AF_INET, address, &to.sin_addr);
-  for (int i = 0; i < count; ++i) {
-    EXPECT_EQ(sendto(descriptor, "x", 1, 0, reinterpret_cast<const sockaddr*>(&to), sizeof to), 1);
-  }
-  close(descriptor);
-}
-
 TEST_F(KernelTest, ResilientNexthopGroups) {
   if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1") ||
       !tries("nexthop add id 12 group 1 type resilient buckets 8")) {
@@ -172,19 +153,6 @@ TEST_F(KernelTest, ResilientNexthopGroups) {
                   .at("nexthop-12")
                   .starts_with("12 ip4 1 of 1 in default | 10.1.0.2 eth1 00:00:00:00:00:00 "
                                "10.1.0.0/24"));
-}
-
-// The kernel counts where it chooses: not in groups of one member.
-TEST_F(KernelTest, PacketsOfNexthopGroups) {
-  if (!tries("nexthop add id 1 via 10.1.0.2 dev eth1")) GTEST_SKIP() << "no nexthop objects here";
-  runAll({"nexthop add id 2 via 10.2.0.2 dev eth2", "nexthop add id 10 group 1/2",
-          "route add 40.0.0.0/8 nhid 10"});
-  if (!load(name).routingHardwareStatus->nexthopGroupEntryCounterSupported) {
-    GTEST_SKIP() << "a kernel that does not count the packets of nexthop groups";
-  }
-  sendPackets(name, "40.0.0.1", 5);
-  const auto device = load(name);
-  EXPECT_EQ(std::stoi(showPackets(device, 10, 0)) + std::stoi(showPackets(device, 10, 1)), 5);
 }
 
 TEST_F(KernelTest, NextHopOfADownInterfaceIsDead) {
@@ -418,28 +386,6 @@ TEST_F(KernelTest, EnteringWithoutTheRightSaysWhatIsNeeded) {
   EXPECT_EQ(error,
             "cannot enter network namespace \"" + name +
                 "\": Operation not permitted; entering a namespace needs root (CAP_SYS_ADMIN)");
-}
-
-TEST_F(KernelTest, StateThatChangesMeanwhileIsStillConsistent) {
-  const pid_t writer = fork();
-  ASSERT_GE(writer, 0);
-  setpgid(writer, writer); // here and there, so that it is done before either side goes on
-  if (writer == 0) {
-    const std::string change = "while :; do ip -n " + name +
-                               " route add 45.0.0.0/8 via 10.1.0.2; ip -n " + name +
-                               " route del 45.0.0.0/8; done";
-    setpgid(0, 0);
-    execl("/bin/sh", "sh", "-c", change.c_str(), nullptr);
-    _exit(127);
-  }
-  for (int i = 0; i < 200; ++i) {
-    const Routes routes = showRoutes(load(name));
-    EXPECT_TRUE(routes.contains("default 10.1.0.0/24"));
-    const auto found = routes.find("default 45.0.0.0/8");
-    EXPECT_TRUE(found == routes.end() || found->second == "static [1/0] | 10.1.0.2 eth1");
-  }
-  kill(-writer, SIGKILL);
-  waitpid(writer, nullptr, 0);
 }
 
 } // namespace
