@@ -125,10 +125,12 @@ struct Case {
   const char* expected; ///< what the message decodes to; "none" for what is passed over
 };
 
+/// `head` is what all of the cases decode to ahead of `expected`.
 template <std::size_t count>
-void expectDecoded(std::string (*decode)(Bytes), const Case (&cases)[count]) {
+void expectDecoded(std::string (*decode)(Bytes), const Case (&cases)[count],
+                   const std::string& head = "") {
   for (const Case& one : cases) {
-    EXPECT_EQ(decode(one.message.bytes()), one.expected) << one.name;
+    EXPECT_EQ(decode(one.message.bytes()), head + one.expected) << one.name;
     decodeDamaged(one.message.bytes(), decode);
   }
 }
@@ -241,12 +243,7 @@ TEST(RouteDecoder, Encapsulations) {
                           ip4 = LWTUNNEL_ENCAP_IP, ip6 = LWTUNNEL_ENCAP_IP6;
   const Message two = segments({}, {"fc00::2", "fc00::1"});
   const Message row5 = Message().add(RTA_ENCAP_TYPE, seg6).add(RTA_ENCAP, two);
-  const std::string head = "10.0.0.0/8 table 254 metric 0 | ";
-  const struct {
-    const char* name;
-    Message message;
-    const char* expected;
-  } cases[] = {
+  const Case cases[] = {
       {"label", encapsulated(mpls, labels({100})), "@4 label 100"},
       {"labels ahead of their kind",
        toTen().add(RTA_ENCAP, labels({100, 200})).add(RTA_ENCAP_TYPE, mpls).add(RTA_OIF, 4),
@@ -284,10 +281,7 @@ TEST(RouteDecoder, Encapsulations) {
       {"data without kind", toTen().add(RTA_OIF, 4).add(RTA_ENCAP, two), "@4"},
       {"kind without data", toTen().add(RTA_OIF, 4).add(RTA_ENCAP_TYPE, seg6), "@4"},
   };
-  for (const auto& one : cases) {
-    EXPECT_EQ(routeShown(one.message.bytes()), head + one.expected) << one.name;
-    decodeDamaged(one.message.bytes(), routeShown);
-  }
+  expectDecoded(routeShown, cases, "10.0.0.0/8 table 254 metric 0 | ");
 }
 
 TEST(RouteDecoder, EqualEncapsulationsShareANumber) {
@@ -425,31 +419,23 @@ Message device(const char* kind, const Message& data) {
 TEST(LinkDecoder, TunnelDevices) {
   const Message gre4 = greData("10.0.0.1", "10.0.0.2"), gre6 = greData("fd00::1", "fd00::2");
   const Message vti4 = vtiData("10.0.0.1", "10.0.0.2"), vti6 = vtiData("fd00::1", "fd00::2");
-  const std::string head = "5 Tunnel3 \"\" master 0 table 0";
-  const struct {
-    const char* kind;
-    Message data;
-    const char* expected;
-  } cases[] = {
-      {"gre", gre4, " GRE 10.0.0.1 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
-      {"gretap", gre4, " GRE 10.0.0.1 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
-      {"ip6gre", gre6, " GRE fd00::1 to fd00::2 key 7 ttl 9 tos 4 pmtu 1"},
-      {"ip6gretap", gre6, " GRE fd00::1 to fd00::2 key 7 ttl 9 tos 4 pmtu 1"},
-      {"vti", vti4, " VTI 10.0.0.1 to 10.0.0.2 key 0 ttl 0 tos 0 pmtu 0"},
-      {"vti6", vti6, " VTI fd00::1 to fd00::2 key 0 ttl 0 tos 0 pmtu 0"},
-      {"gre", greData("0.0.0.0", "10.0.0.2"), " GRE 0.0.0.0 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
-      {"gre", greData("10.0.0.1", "0.0.0.0"), ""}, // multipoint
-      {"ip6gre", gre4, ""},                        // addresses too short
-      {"gre", Message(), ""},
-      {"erspan", gre4, ""},
-      {"vxlan", gre4, " vxlan"},
-      {"", gre4, ""},
+  const Case cases[] = {
+      {"gre", device("gre", gre4), " GRE 10.0.0.1 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"gretap", device("gretap", gre4), " GRE 10.0.0.1 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"ip6gre", device("ip6gre", gre6), " GRE fd00::1 to fd00::2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"ip6gretap", device("ip6gretap", gre6), " GRE fd00::1 to fd00::2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"vti", device("vti", vti4), " VTI 10.0.0.1 to 10.0.0.2 key 0 ttl 0 tos 0 pmtu 0"},
+      {"vti6", device("vti6", vti6), " VTI fd00::1 to fd00::2 key 0 ttl 0 tos 0 pmtu 0"},
+      {"from any address", device("gre", greData("0.0.0.0", "10.0.0.2")),
+       " GRE 0.0.0.0 to 10.0.0.2 key 7 ttl 9 tos 4 pmtu 1"},
+      {"multipoint", device("gre", greData("10.0.0.1", "0.0.0.0")), ""},
+      {"addresses too short", device("ip6gre", gre4), ""},
+      {"without data", device("gre", Message()), ""},
+      {"erspan", device("erspan", gre4), ""},
+      {"vxlan", device("vxlan", gre4), " vxlan"},
+      {"of no kind", device("", gre4), ""},
   };
-  for (const auto& one : cases) {
-    const Message message = device(one.kind, one.data);
-    EXPECT_EQ(shown<decodeLink>(message.bytes()), head + one.expected) << one.kind;
-    decodeDamaged(message.bytes(), shown<decodeLink>);
-  }
+  expectDecoded(shown<decodeLink>, cases, "5 Tunnel3 \"\" master 0 table 0");
 }
 
 TEST(LinkDecoder, Messages) {

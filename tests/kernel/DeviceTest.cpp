@@ -397,7 +397,8 @@ class NexthopGroupTest : public TunnelTest {
     kernel.addresses = {{1, addr("10.9.0.1"), 8, 0},
                         {1, addr("10.1.0.1"), 24, 0},
                         {1, addr("10.1.0.9"), 16, 0},
-                        {2, addr("fd02::1"), 64, IFA_F_DADFAILED}};
+                        {2, addr("fd02::1"), 64, IFA_F_DADFAILED},
+                        {2, addr("fd03::1"), 64, 0}};
     const auto ethernet = Kesh::EthAddr::parse("02:00:00:00:00:01").value();
     kernel.neighbours = {{1, addr("10.1.0.2"), ethernet}, {2, addr("fd02::2"), ethernet, true}};
   }
@@ -432,6 +433,7 @@ TEST_F(NexthopGroupTest, EverySingleNextHopIsAGroupOfOne) {
   single(9, hop("", 2)).family = Kesh::AddressFamily::ip6;
   single(10, segmented(hop("11.0.0.2"), {"fc00::1"}));
   single(11, hop("10.1.0.2", 0)).forwardsFrames = true;
+  single(12, hop("fd03::2", 2));
   EXPECT_EQ(showNexthopGroups(device()),
             (Routes{{"nexthop-1",
                      "1 ip4 1 of 1 in default | 10.1.0.2 eth1 02:00:00:00:00:01 10.1.0.0/24"},
@@ -445,7 +447,9 @@ TEST_F(NexthopGroupTest, EverySingleNextHopIsAGroupOfOne) {
                     {"nexthop-7", "7 ip4 0 of 1 in default | 10.1.0.2 -"},
                     {"nexthop-8", "8 ip4 1 of 1 in default | 0.0.0.0 eth1 00:00:00:00:00:00"},
                     {"nexthop-9", "9 ip6 1 of 1 in default red | :: eth2 00:00:00:00:00:00"},
-                    {"nexthop-10", "10 ip4 1 of 1 in default | 11.0.0.2 eth1 00:00:00:00:00:00"}}));
+                    {"nexthop-10", "10 ip4 1 of 1 in default | 11.0.0.2 eth1 00:00:00:00:00:00"},
+                    {"nexthop-12", "12 ip6 1 of 1 in default red | fd03::2 eth2 "
+                                   "00:00:00:00:00:00 fd03::/64"}}));
 }
 
 TEST_F(NexthopGroupTest, GroupsHaveAnEntryAMember) {

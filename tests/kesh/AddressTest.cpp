@@ -2,7 +2,6 @@
 #include "kesh/Address.h"
 
 #include <gtest/gtest.h>
-#include <random>
 
 namespace {
 
@@ -19,6 +18,8 @@ TEST(Ip6AddrTest, WritesTheTextOfRfc5952) {
       {"2001:db8:0:0:1:0:0:1", "2001:db8::1:0:0:1"},    // the first of equal runs
       {"2001:0:0:1:0:0:0:1", "2001:0:0:1::1"},          // the longest run
       {"1:2:3:4:5:6:0:0", "1:2:3:4:5:6::"},
+      {"0:0:3:4:5:6:7:8", "::3:4:5:6:7:8"},
+      {"1:0:0:0:0:0:0:0", "1::"},
       {"0:2:3:4:5:6:7:8", "0:2:3:4:5:6:7:8"},
       {"::ffff:192.0.2.1", "::ffff:192.0.2.1"},
       {"::FFFF:C000:0201", "::ffff:192.0.2.1"},
@@ -27,24 +28,7 @@ TEST(Ip6AddrTest, WritesTheTextOfRfc5952) {
     const auto address = Ip6Addr::parse(read);
     ASSERT_TRUE(address) << read;
     EXPECT_EQ(address->stringValue().str(), written) << read;
-  }
-}
-
-TEST(Ip6AddrTest, EveryAddressIsReadBackFromItsText) {
-  std::mt19937_64 random(5952);
-  for (int i = 0; i < 5000; ++i) {
-    // Groups of zero come often, so that all places of "::" come about.
-    const std::uint64_t maskHigh = random(), maskLow = random();
-    std::uint64_t halves[2] = {random(), random()};
-    for (int group = 0; group < 4; ++group) {
-      const std::uint64_t bits = 0xffffull << (16 * group);
-      if (maskHigh >> group & 1) halves[0] &= ~bits;
-      if (maskLow >> group & 1) halves[1] &= ~bits;
-    }
-    const auto address = Ip6Addr::fromHalves(halves[0], halves[1]);
-    const auto again = Ip6Addr::parse(address.stringValue());
-    ASSERT_TRUE(again) << address.stringValue();
-    EXPECT_EQ(*again, address) << address.stringValue();
+    EXPECT_EQ(Ip6Addr::parse(written), address) << read;
   }
 }
 

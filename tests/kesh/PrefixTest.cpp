@@ -17,36 +17,31 @@ std::string rangeError(auto&& act) { return support::messageOf<Lumo::RangeExcept
 
 TEST(PfxTest, CutsTheAddressToTheLength) {
   const struct {
-    std::uint32_t address;
+    const char* address;
     std::int32_t length;
     const char* expected;
-  } cases[] = {
-      {0x0a010203, 0, "0.0.0.0/0"},    {0x0a010203, 1, "0.0.0.0/1"},
-      {0xffffffff, 1, "128.0.0.0/1"},  {0x0a010203, 8, "10.0.0.0/8"},
-      {0x0a010203, 24, "10.1.2.0/24"}, {0x0a010203, 31, "10.1.2.2/31"},
-      {0x0a010203, 32, "10.1.2.3/32"}, {0x0a010203, -1, "0.0.0.0/-1"},
-  };
+  } cases[] = {{"10.1.2.3", 0, "0.0.0.0/0"},
+               {"10.1.2.3", 1, "0.0.0.0/1"},
+               {"255.255.255.255", 1, "128.0.0.0/1"},
+               {"10.1.2.3", 24, "10.1.2.0/24"},
+               {"10.1.2.3", 31, "10.1.2.2/31"},
+               {"10.1.2.3", 32, "10.1.2.3/32"},
+               {"10.1.2.3", -1, "0.0.0.0/-1"},
+               {"ffff::", 0, "::/0"},
+               {"ffff::", 1, "8000::/1"},
+               {"::ffff:ffff:0:0:0", 63, "0:0:0:fffe::/63"},
+               {"::ffff:ffff:0:0:0", 64, "0:0:0:ffff::/64"},
+               {"::ffff:ffff:0:0:0", 65, "::ffff:8000:0:0:0/65"},
+               {"::ffff", 127, "::fffe/127"},
+               {"::ffff", 128, "::ffff/128"}};
   for (const auto& [address, length, expected] : cases) {
-    EXPECT_EQ(pfx(address, length).stringValue().str(), expected);
-    EXPECT_EQ(pfx(IpAddr::fromHost(address), length), pfx(address, length));
+    const auto parsed = *IpGenAddr::parse(address);
+    const auto text = parsed.af() == AddressFamily::ip4
+                          ? pfx(parsed.v4Addr(), length).stringValue()
+                          : pfx(parsed.v6Addr(), length).stringValue();
+    EXPECT_EQ(text.str(), expected);
   }
-}
-
-TEST(PfxTest, CutsIp6AtEveryKindOfLength) {
-  const auto ones = *Ip6Addr::parse("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff");
-  const struct {
-    std::int32_t length;
-    const char* expected;
-  } cases[] = {{0, "::/0"},
-               {1, "8000::/1"},
-               {63, "ffff:ffff:ffff:fffe::/63"},
-               {64, "ffff:ffff:ffff:ffff::/64"},
-               {65, "ffff:ffff:ffff:ffff:8000::/65"},
-               {127, "ffff:ffff:ffff:ffff:ffff:ffff:ffff:fffe/127"},
-               {128, "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128"}};
-  for (const auto& [length, expected] : cases) {
-    EXPECT_EQ(pfx(ones, length).stringValue().str(), expected);
-  }
+  EXPECT_EQ(pfx(0x0a010203, 8), pfx(*IpAddr::parse("10.1.2.3"), 8));
 }
 
 TEST(PfxTest, RefusesLengthsThatNoPrefixHas) {
@@ -103,15 +98,6 @@ TEST(IpGenPrefixTest, IsOfTheFamilyOfItsText) {
     EXPECT_EQ(IpGenPrefix(Lumo::String(text)), IpGenPrefix()) << text;
   }
   EXPECT_FALSE(IpGenPrefix(pfx(0u, 0)) == IpGenPrefix(pfx(Ip6Addr(), 0)));
-}
-
-TEST(PrefixOrderTest, ListingsAreInThisOrder) {
-  const char* const ascending[] = {"9.255.255.255/32", "10.0.0.0/32", "10.0.0.1/32",  "10.0.0.0/31",
-                                   "10.0.0.0/24",      "10.0.1.0/24", "10.0.0.0/8",   "11.0.0.0/8",
-                                   "10.0.0.0/7",       "0.0.0.0/1",   "128.0.0.1/32", "0.0.0.0/0"};
-  for (std::size_t i = 1; i < std::size(ascending); ++i) {
-    EXPECT_LT(*Prefix::parse(ascending[i - 1]), *Prefix::parse(ascending[i])) << ascending[i];
-  }
 }
 
 /// The order as it is defined: of the shorter length, equal leading bits put the longer mask first;

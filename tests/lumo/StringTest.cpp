@@ -1,5 +1,6 @@
 // Text that shares its body between copies.
 #include "lumo/String.h"
+#include "support/Expect.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -48,14 +49,9 @@ TEST(StringTest, CopiesShareTheirBodyAndOutliveTheOriginal) {
 
 TEST(StringTest, OrdersByBytes) {
   // Ascending; "10" before "9" and bytes above 0x7f last.
-  const char* const ascending[] = {"", "10", "9", "A", "Aa", "a", "\xc3\xa9"};
-  for (std::size_t i = 0; i < std::size(ascending); ++i) {
-    for (std::size_t j = 0; j < std::size(ascending); ++j) {
-      EXPECT_EQ(String(ascending[i]) < String(ascending[j]), i < j) << i << " " << j;
-      EXPECT_EQ(String(ascending[i]) == String(ascending[j]), i == j) << i << " " << j;
-      EXPECT_EQ(String(ascending[i]).hash() == String(std::string(ascending[j])).hash(), i == j);
-    }
-  }
+  const String ascending[] = {"", "10", "9", "A", "Aa", "a", "\xc3\xa9"};
+  support::expectAscending(ascending);
+  EXPECT_EQ(String("Aa").hash(), String(std::string("Aa")).hash());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "lumo/Assert.h"
 #include "lumo/Exception.h"
 #include "support/Expect.h"
+#include "support/Process.h"
 
 #include <cerrno>
 #include <gtest/gtest.h>
@@ -11,24 +12,6 @@
 #include <vector>
 
 namespace {
-
-/// Collects the trace lines of the process for the life of the object.
-struct Collector {
-  Collector() {
-    Lumo::traceSinkIs(
-        [](void* self, const Lumo::TraceLine& line) { static_cast<Collector*>(self)->add(line); },
-        this);
-  }
-  ~Collector() { Lumo::traceSinkIs(nullptr, nullptr); }
-  void add(const Lumo::TraceLine& line) {
-    texts.emplace_back(line.text);
-    place = std::string(line.handle) + " " + std::to_string(line.level) + " " +
-            std::string(line.file) + ":" + std::to_string(line.line) + " " +
-            std::string(line.function);
-  }
-  std::vector<std::string> texts;
-  std::string place;
-};
 
 int evaluations = 0;
 int evaluated() { return ++evaluations; }
@@ -39,7 +22,7 @@ void tracePoint(const Lumo::TraceHandle& handle, unsigned level) {
 constexpr int tracePointLine = __LINE__ - 2;
 
 TEST(TraceTest, EvaluatesNothingWhileTheLevelIsOff) {
-  Collector collector;
+  const support::Traced collector;
   Lumo::TraceHandle handle("Quiet");
   handle.enabledIs(3, true);
   evaluations = 0;
@@ -50,8 +33,8 @@ TEST(TraceTest, EvaluatesNothingWhileTheLevelIsOff) {
   handle.enabledIs(8, true);
   tracePoint(handle, 8);
   EXPECT_EQ(collector.texts, std::vector<std::string>{"value 1."});
-  EXPECT_EQ(collector.place,
-            "Quiet 8 TestSource:" + std::to_string(tracePointLine) + " tracePoint");
+  EXPECT_EQ(collector.place, "Quiet 8 TestSource:" + std::to_string(tracePointLine));
+  EXPECT_EQ(collector.functions.back(), "tracePoint");
 }
 
 TEST(TraceTest, LevelsAreSetByNameForHandlesPresentAndToCome) {

@@ -73,15 +73,6 @@ TEST_F(ClearTest, TakesTheViasOfTheInterfaceAndTheRoutesLeftWithoutOne) {
   EXPECT_EQ(shown(), expected);
 }
 
-TEST_F(ClearTest, AnInterfaceThatNoViaUsesChangesNothing) {
-  route("10.1.0.0/16", {"Ethernet1"});
-  route("10.2.0.0/16", {""});
-  const auto before = shown();
-  clear("Ethernet2");
-  clear("");
-  EXPECT_EQ(shown(), before);
-}
-
 TEST_F(ClearTest, LeavesWhatIsTrackedByBfd) {
   auto& changed = route("10.1.0.0/16", {"Ethernet1", "Ethernet2"});
   changed.bfdTracked.insertOrAssign(viaOf(via("Ethernet1")), true);

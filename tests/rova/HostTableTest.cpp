@@ -1,9 +1,6 @@
 // The host route table, where the scenarios of the command cannot reach.
-#include "rova/core/Neighbors.h"
 #include "support/Device.h"
 #include "support/Expect.h"
-
-#include "rova/route/HostTable.h"
 
 #include <algorithm>
 
@@ -68,20 +65,6 @@ TYPED_TEST(HostTableTest, ANeighbourBelongsToTheVrfOfItsNumber) {
   const auto red = this->open("red");
   ASSERT_EQ(red->sortedRoutes(), 1u);
   EXPECT_EQ(red->sortedRouteMap().begin()->first.address().stringValue().str(), T::hop);
-}
-
-TYPED_TEST(HostTableTest, WalksTheNeighboursOfItsFamily) {
-  using T = Texts<TypeParam>;
-  this->neighbor(T::hop, "Vlan2", 9);
-  this->neighbor(T::hostAddress, "Vlan1", 1);
-  const auto sorter = this->open();
-  auto it = neighborIteratorConst(*sorter);
-  ASSERT_TRUE(it);
-  EXPECT_EQ(it.value().key.address, addr(T::hostAddress)) << "the table's own order";
-  it.next();
-  EXPECT_EQ(it.value().key.address, addr(T::hop));
-  it.next();
-  EXPECT_FALSE(it);
 }
 
 TYPED_TEST(HostTableTest, TheFirstRouteOnAFecMakesItsRows) {

@@ -3,7 +3,6 @@
 #include "scrivo/Capture.h"
 #include "state/DeviceBuilder.h"
 #include "state/Mount.h"
-#include "state/NexthopGroupSize.h"
 #include "support/Expect.h"
 #include "support/Families.h"
 
@@ -11,7 +10,6 @@ namespace {
 
 using namespace support;
 using Routing::NexthopGroup::NexthopGroupConfigEntry;
-using Routing::NexthopGroup::NexthopGroupEntryCounterKeyInfo;
 
 struct NexthopGroupTest : testing::Test {
   state::DeviceBuilder tables;
@@ -21,56 +19,12 @@ struct NexthopGroupTest : testing::Test {
     return Rova::nexthopGroupHelperFactory(state.nhgConfig, state.nhEntryStatus, state.nhgHwStatus,
                                            state.routingHardwareStatus, {}, "");
   }
-  /// A programmed entry of a group of the default VRF; `tunnel` 0 for an entry without one.
-  void via(std::uint32_t group, std::uint16_t entry, std::uint64_t tunnel) {
-    auto& status = state.nhgHwStatus->vrfStatus;
-    const L3::VrfName vrf(L3::defaultVrfName);
-    if (!status.find(vrf)) status.insertOrAssign(vrf, {});
-    auto& groups = status.find(vrf)->nexthopGroupAdj;
-    if (!groups.find(group)) groups.insertOrAssign(group, {});
-    Routing::Hardware::NexthopGroupVia via;
-    via.vlanId = 1;
-    via.tunnelId = tunnel;
-    groups.find(group)->via.insertOrAssign(entry, via);
-  }
 };
-
-TEST_F(NexthopGroupTest, CountsTheUsersOfEachTunnelOfTheWholeVrf) {
-  via(1, 0, 77);
-  via(2, 3, 77);
-  via(2, 4, 78);
-  via(2, 5, 0);
-  const auto groups = helper();
-  groups->processNexthopVias();
-  EXPECT_EQ(groups->tunnelIdMap(77), 2u);
-  EXPECT_EQ(groups->tunnelIdMap(78), 1u);
-  EXPECT_EQ(groups->tunnelIdMaps(), 2u);
-  const auto elsewhere = helper();
-  elsewhere->vrfNameIs(L3::VrfName("blue"));
-  elsewhere->processNexthopVias();
-  EXPECT_EQ(elsewhere->tunnelIdMaps(), 0u);
-}
 
 TEST_F(NexthopGroupTest, ANullGroupIsRefused) {
   EXPECT_EQ(messageOf<Lumo::RangeException>([&] { helper()->sortedNhgNameIs({}); }),
             "null _sortedNhgName parameter to mutator for "
             "Rova::NexthopGroupHelper::sortedNhgName not allowed\"");
-}
-
-TEST_F(NexthopGroupTest, CountersAreDifferencesInSixtyFourBits) {
-  tables.counterKeys->insert({{7, 0}, 1, 100});
-  tables.counterKeys->insert({{7, 1}, 1, 101});
-  tables.counters->insert({Gaugex::CounterIndex(100), 10, 1000});
-  tables.counters->insert({Gaugex::CounterIndex(101), 5, 50});
-  tables.counterSnapshots->insert({Gaugex::CounterIndex(100), 4, 400});
-  tables.counterSnapshots->insert({Gaugex::CounterIndex(101), 6, 50});
-  const auto counters = Rova::nexthopGroupCounterHelperFactory();
-  counters->mountCounterVantaes(state.entityManager);
-  ASSERT_TRUE(counters->counterKeyTable() && counters->counterTable() && counters->snapshotTable());
-  EXPECT_FALSE(counters->counterEnabled());
-  EXPECT_EQ(counters->getCounters(7, 0), Rova::CounterEntry(6, 600));
-  EXPECT_EQ(counters->getCounters(7, 1), Rova::CounterEntry(~std::uint64_t{0}, 0));
-  EXPECT_TRUE(!counters->getCounters(7, 2)) << "an entry without a counter";
 }
 
 TEST_F(NexthopGroupTest, WhatIsNotAtAPathMountsNothing) {
@@ -121,19 +75,6 @@ TEST(CounterIndexTest, HashesItsBytesOneAtATime) {
   EXPECT_EQ(Rova::CounterIndex().hash(), 0u);
   EXPECT_EQ(Rova::CounterIndex(1, Dunlin::ChipSet(2, 3)).hash(), 0xc0b3be15u);
   EXPECT_EQ(Rova::CounterIndex(0x123456789abcdef0, {}).hash(), 0xc7f263eu);
-}
-
-TEST(NexthopGroupSizeTest, FollowsTheConfigurationThenTheDestinations) {
-  const auto sizeOf = [](std::uint32_t size, std::vector<std::uint16_t> entries) {
-    const auto group = Lumo::newEntity<NexthopGroupConfigEntry>("g");
-    group->size = size;
-    for (const auto entry : entries) group->destinationIp.set(entry, addr("10.0.0.1"));
-    return Rova::getNhgSize(group, 8);
-  };
-  EXPECT_EQ(sizeOf(64, {0}), 64u) << "a configured size is not cut";
-  EXPECT_EQ(sizeOf(0, {}), 0u);
-  EXPECT_EQ(sizeOf(0, {0, 5}), 6u);
-  EXPECT_EQ(sizeOf(0, {9}), 8u);
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include "rova/route/Selection.h"
 
+#include <array>
+
 namespace {
 
 using namespace support;
@@ -27,22 +29,6 @@ struct SelectionTest : testing::Test {
 };
 TYPED_TEST_SUITE(SelectionTest, Families, FamilyNames);
 
-TYPED_TEST(SelectionTest, ListsTheTableOrTheInsideOfAPrefixInOrder) {
-  using T = Texts<TypeParam>;
-  EXPECT_EQ(this->listed(), Lines());
-  EXPECT_EQ(this->listed({.prefix = T::host}), Lines());
-  this->staticRoutes({T::everything, T::wide, T::inside, T::other, T::host});
-  const Lines all = {T::host, T::inside, T::wide, T::other, T::everything};
-  EXPECT_EQ(this->listed({.protocol = "B", .interface = "Ethernet9", .byInterface = true}), all)
-      << "protocol and interface do not select";
-  const auto longer = [this](const char* prefix) {
-    return this->listed({.prefix = prefix, .longerPrefixes = true});
-  };
-  EXPECT_EQ(longer(T::everything), all);
-  EXPECT_EQ(longer(T::inside), (Lines{T::host, T::inside}));
-  EXPECT_EQ(longer(T::otherHost), Lines());
-}
-
 TEST(ReceiveRouteTest, OfTheLinkLocalBlocksTheWideOneShowsInDetail) {
   using Type = Rova::Ip6Family::RouteType;
   Device device;
@@ -61,6 +47,21 @@ TYPED_TEST(SelectionTest, ADeadFecHidesAllButGroups) {
   this->device.route(T::wide, T::Type::nexthopGroup, dead);
   EXPECT_EQ(this->listed(), Lines{T::wide});
   EXPECT_EQ(this->listed({.detail = true}), (Lines{T::host, T::wide}));
+}
+
+// The selection remembers of each FEC whether its vias are dead, for the next route on it.
+TYPED_TEST(SelectionTest, ManyFecsAreToldApart) {
+  using Address = typename TypeParam::Address;
+  std::vector<FecId> fecs;
+  for (int i = 0; i < 100; ++i) fecs.push_back(i % 3 ? this->ethernetFec() : this->deadFec());
+  Lines live;
+  for (std::size_t i = 0; i < 200; ++i) {
+    const std::array<std::uint8_t, Address::bits / 8> bytes{0x20, std::uint8_t(i)};
+    const auto text = Kesh::pfx(Address::fromBytes(bytes.data()), 32).stringValue().str();
+    this->device.route(text, Texts<TypeParam>::Type::staticRoute, fecs[i % 100]);
+    if (i % 100 % 3) live.push_back(text);
+  }
+  EXPECT_EQ(this->listed(), live);
 }
 
 TYPED_TEST(SelectionTest, AnyEntryOfTheFamilysKernelTableCounts) {

@@ -1,14 +1,7 @@
-// A sorter's life: what it loads, how a print ends, what it traces, when it yields.
+// A sorter's life: what it loads, what it traces, when it yields.
 #include "support/Device.h"
 #include "support/Expect.h"
-
-#include "rova/core/Trace.h"
-#include "scrivo/Interrupt.h"
-
-#include <atomic>
-#include <csignal>
-#include <fcntl.h>
-#include <thread>
+#include "support/Process.h"
 
 namespace {
 
@@ -69,79 +62,16 @@ TYPED_TEST(SorterTest, FindsTheTunnelTablesThatThereAre) {
   EXPECT_FALSE(this->open()->srTunnelTable());
 }
 
-/// The user's wish to stop, for the life of the object.
-struct Interrupted {
-  Interrupted() { scrivo::requestInterrupt(); }
-  ~Interrupted() { scrivo::clearInterrupt(); }
-};
-
-TYPED_TEST(SorterTest, AnInterruptEndsThePrintAndIsTold) {
-  this->staticRoutes(3);
-  const auto sorter = this->open();
-  const Sink sink;
-  testing::internal::CaptureStdout();
-  bool complete = true;
-  {
-    const Interrupted interrupted;
-    complete = sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), 1);
-  }
-  const std::string told = testing::internal::GetCapturedStdout();
-  EXPECT_FALSE(complete);
-  EXPECT_EQ(sink.text(), "");
-  EXPECT_EQ(told.substr(0, 8), "exiting ");
-  EXPECT_GT(told.size(), 9u) << "the exception's text follows";
-  EXPECT_EQ(told.find('\n'), told.size() - 1);
-  EXPECT_TRUE(sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), 1));
-}
-
-TYPED_TEST(SorterTest, AReaderThatWentAwayEndsThePrintAndOtherFailuresPass) {
-  const auto before = std::signal(SIGPIPE, SIG_IGN); // as the program does
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  close(ends[0]);
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(this->open()->printRoutes(static_cast<std::uint32_t>(ends[1]), 1));
-  EXPECT_EQ(testing::internal::GetCapturedStdout().substr(0, 8), "exiting ");
-  close(ends[1]);
-  std::signal(SIGPIPE, before);
-  const int full = ::open("/dev/full", O_WRONLY);
-  EXPECT_THROW(this->open()->printRoutes(static_cast<std::uint32_t>(full), 1),
-               scrivo::WriteException);
-  ::close(full);
-}
-
-/// Collects the library's trace of one level for the life of the object.
-struct Trace {
-  explicit Trace(unsigned traced) : level(traced) {
-    Lumo::traceSinkIs(
-        [](void* self, const Lumo::TraceLine& line) { static_cast<Trace*>(self)->add(line); },
-        this);
-    Rova::_defaultTraceHandle().enabledIs(level, true);
-  }
-  ~Trace() {
-    Rova::_defaultTraceHandle().enabledIs(level, false);
-    Lumo::traceSinkIs(nullptr, nullptr);
-  }
-  void add(const Lumo::TraceLine& line) {
-    EXPECT_EQ(line.handle, "CliSupport");
-    EXPECT_EQ(line.file, "CliSupport");
-    texts.emplace_back(line.text);
-    functions.emplace_back(line.function);
-  }
-  unsigned level;
-  Lines texts, functions;
-};
-
 TYPED_TEST(SorterTest, TracesItsEntriesOnLevelEightAlone) {
   this->device.vrf("red", 5);
   this->staticRoutes(1);
   const std::string type = TypeParam::sorterTypeName;
   for (const unsigned level : {0u, 1u, 3u, 7u, 9u}) {
-    const Trace trace(level);
+    const Traced trace("CliSupport", {level});
     textOf(this->open());
     EXPECT_EQ(trace.texts, Lines()) << level;
   }
-  const Trace trace(8);
+  const Traced trace("CliSupport", {8});
   const auto sorter = this->open();
   this->open({.vrf = "red"});
   textOf(sorter);
@@ -154,6 +84,7 @@ TYPED_TEST(SorterTest, TracesItsEntriesOnLevelEightAlone) {
   EXPECT_EQ(trace.functions[4], "printRoutes");
   EXPECT_NE(trace.texts[4].find(type + "::printRoutes("), std::string::npos) << trace.texts[4];
   EXPECT_EQ(trace.functions[5], "printRoute");
+  EXPECT_EQ(trace.place.substr(0, trace.place.find(':')), "CliSupport 8 CliSupport");
 }
 
 TEST(HostLegendTest, ExplainsTheCodes) {
@@ -163,12 +94,6 @@ TEST(HostLegendTest, ExplainsTheCodes) {
   EXPECT_EQ(openSorter<Rova::Ip6Family>(device)->hostLegend().str(),
             "R - receive, F - FIB, A - attached\n");
 }
-
-/// Makes every attempt to give up the activity lock raise, for the life of the object.
-struct Unreleasable {
-  Unreleasable() { Lumo::ActivityUnlockAnchor::lock().releasableIs(false); }
-  ~Unreleasable() { Lumo::ActivityUnlockAnchor::lock().releasableIs(true); }
-};
 
 TYPED_TEST(SorterTest, YieldsOnThe2001stRouteOfTheWholeTable) {
   const Unreleasable unreleasable;
@@ -198,24 +123,6 @@ TEST(AllowWatchdogTest, YieldsOnEvery2001stCall) {
   counter = 2000;
   Rova::allowWatchdog(counter);
   EXPECT_EQ(counter, 0u);
-}
-
-TEST(AllowWatchdogTest, OthersGetTheLockMeanwhile) {
-  const Lumo::ActivityLockHold hold;
-  std::atomic<bool> taken = false;
-  std::thread other([&] {
-    const Lumo::ActivityLockHold held;
-    taken = true;
-  });
-  int yields = 0;
-  for (std::uint32_t counter = 2000; !taken && yields < 10000; counter = 2000, ++yields) {
-    Rova::allowWatchdog(counter);
-  }
-  EXPECT_TRUE(taken);
-  { // the other thread must not be waited for while the lock is held
-    const Lumo::UnlockAnchor anchor(Lumo::ActivityUnlockAnchor::lock());
-    other.join();
-  }
 }
 
 } // namespace

@@ -1,10 +1,7 @@
 // Configured routes as lines: every piece of a line, the order of the lines, and the saving walk.
-#include "lumo/ActivityLock.h"
 #include "support/Expect.h"
+#include "support/Process.h"
 #include "support/StaticRoutes.h"
-
-#include <atomic>
-#include <thread>
 
 namespace {
 
@@ -169,11 +166,7 @@ TEST(RouteSortKeyTest, ComparesBytesThenMaskThenPreference) {
       key("0.0.0.0/0", 1),   key("0.0.0.0/0", 2),   key("9.0.0.0/24", 1), key("10.0.0.0/8", 1),
       key("10.0.0.0/8", 2),  key("10.0.0.0/16", 1), key("a00::/16", 2),   key("a00::1/128", 1),
       key("255.0.0.0/8", 0), key("ff00::/8", 1)};
-  for (std::size_t i = 0; i < std::size(ascending); ++i) {
-    for (std::size_t j = 0; j < std::size(ascending); ++j) {
-      EXPECT_EQ(ascending[i] < ascending[j], i < j) << i << " " << j;
-    }
-  }
+  expectAscending(ascending);
   EXPECT_FALSE(key("10.0.0.0/8", 1) < key("a00::/8", 1) ||
                key("a00::/8", 1) < key("10.0.0.0/8", 1));
   EXPECT_FALSE(key("10.0.0.0/8", 1) == key("a00::/8", 1)) << "the family counts for equality";
@@ -208,35 +201,15 @@ TEST_F(StaticRouteTest, AHopAndATunnelEndpointOnOneViaStopTheProcess) {
   EXPECT_DEATH(saved(), assertion("!via.vtepAddr()"));
 }
 
-TEST_F(StaticRouteTest, TheLinesArePutTogetherWithoutTheActivityLock) {
-  auto& activity = Lumo::ActivityUnlockAnchor::lock();
-  addVias(route("10.0.0.0/8"), {{.hop = "1.1.1.1"}});
-  std::atomic<bool> taken = false;
-  std::thread other([&] {
-    EXPECT_EQ(activity.take(), 0);
-    taken = true;
-    activity.giveUp();
-  });
-  constexpr int enough = 1'000'000;
-  for (int i = 0; i < enough && !taken; ++i) saved();
-  EXPECT_TRUE(taken) << "the lock was never free";
-  EXPECT_EQ(activity.take(), EDEADLK) << "the lock is taken back";
-  const Lumo::UnlockAnchor anchor(activity);
-  other.join();
-}
-
 TEST_F(StaticRouteTest, ALockThatIsNotReleasableFailsTheSave) {
-  auto& activity = Lumo::ActivityUnlockAnchor::lock();
-  activity.releasableIs(false);
+  const Unreleasable unreleasable;
   EXPECT_EQ(messageOf<Lumo::InternalException>([&] { saved(); }),
             "Lock Protocol exception -- unlocking an unreleasable lock");
-  activity.releasableIs(true);
 }
 
 /// The walk gives the lock up on every 2001st step, and dynamic routes are no steps: an
 /// unreleasable lock then fails ahead of the routes that follow.
 TEST_F(StaticRouteTest, YieldsOnEvery2001stRouteThatIsConfiguration) {
-  auto& activity = Lumo::ActivityUnlockAnchor::lock();
   for (const bool dynamic : {false, true}) {
     config->route = {};
     for (std::uint32_t i = 0; i < 2100; ++i) {
@@ -244,10 +217,9 @@ TEST_F(StaticRouteTest, YieldsOnEvery2001stRouteThatIsConfiguration) {
       auto& on = enterRoute(*config, network, 1, RouteType::drop);
       on.dynamic = dynamic && i % 2 == 0;
     }
-    activity.releasableIs(false);
+    const Unreleasable unreleasable;
     Rova::StaticRoutesCliSaver saver;
     EXPECT_THROW(saver.save(config, false, "", {}), Lumo::InternalException);
-    activity.releasableIs(true);
     EXPECT_EQ(saver.sortedRoutes(), dynamic ? 1050u : 2001u);
   }
 }

@@ -50,12 +50,7 @@ TEST(SortedTunViaTest, OrdersByHopInterfaceKindAndMeaning) {
       at("10.1.0.2", "Ethernet2", encap(2, 1)), at("10.1.0.2", "Ethernet2", encap(3, 2)),
       at("10.1.0.2", "Ethernet2", encap(3, 1)),
   };
-  for (std::size_t i = 0; i < std::size(ascending); ++i) {
-    for (std::size_t j = 0; j < std::size(ascending); ++j) {
-      EXPECT_EQ(ascending[i] < ascending[j], i < j) << i << " " << j;
-      EXPECT_EQ(ascending[i] == ascending[j], i == j) << i << " " << j;
-    }
-  }
+  expectAscending(ascending);
 }
 
 TEST(SortedTunViaTest, TheSameLabelsUnderTwoNumbersAreOneVia) {

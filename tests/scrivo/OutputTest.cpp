@@ -5,7 +5,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/time.h>
 #include <thread>
 
@@ -185,21 +184,5 @@ void expectInterruptWhileWaiting(int writerFlags) {
 
 TEST_F(Output, ASignalEndsABlockedWrite) { expectInterruptWhileWaiting(0); }
 TEST_F(Output, ASignalEndsAWaitForTheReader) { expectInterruptWhileWaiting(O_NONBLOCK); }
-
-TEST_F(Output, MemoryStaysFlat) {
-  const int null = open("/dev/null", O_WRONLY);
-  const auto peak = [] {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss; // KiB
-  };
-  Printer printer(null, scrivo::modelFormat, true, false, true, 0);
-  scrivo::IntAttrInfo number(printer, "n");
-  number.setValue(1);
-  const long before = peak();
-  for (int i = 0; i < 10'000'000; ++i) printer.addAttributes("%d", 1, number.getArg());
-  EXPECT_LT(peak() - before, 4096);
-  ::close(null);
-}
 
 } // namespace

@@ -2,7 +2,7 @@
 #include "state/DeviceState.h"
 #include "support/Expect.h"
 
-#include <set>
+#include <functional>
 
 namespace {
 
@@ -10,7 +10,6 @@ using namespace support;
 using Lumo::RangeException;
 using Tunnel::TunnelTable::TunnelId;
 using Tunnel::TunnelTable::tunnelIdOfIntf;
-using Tunnel::TunnelTable::TunnelKind;
 using Vanta::Fib::AdjType;
 using Vanta::Fib::FecId;
 
@@ -50,23 +49,6 @@ TEST(FecIdTest, HashesByJenkins) {
   EXPECT_EQ(TunnelId(1).hash(), 0x98adb391u);
 }
 
-TEST(FecIdTest, HasAFormAsAnInterface) {
-  const FecId id(AdjType::srTePolicy, 9);
-  EXPECT_EQ(FecId::hierarchicalIntfIdToFecId(FecId::fecIdToHierarchicalIntfId(id)), id);
-  EXPECT_TRUE(FecId::hierarchicalIntfIdToFecId(intf("Ethernet1")).isNull());
-  EXPECT_FALSE(FecId::fecIdToHierarchicalIntfId(FecId()));
-}
-
-TEST(TunnelIdTest, Has48Bits) {
-  EXPECT_EQ(TunnelId(0xffffffffffff).value(), 0xffffffffffffu);
-  for (const std::uint64_t value : {std::uint64_t{1} << 48, ~std::uint64_t{0}}) {
-    EXPECT_EQ(messageOf<RangeException>([=] { (void)TunnelId(value); }),
-              "TunnelId::value < TunnelId::minValue or > TunnelId::maxValue not allowed");
-  }
-  EXPECT_EQ(TunnelId(TunnelId::convertToTunnelValue(9, 5)).kind(), TunnelKind::staticInterface);
-  EXPECT_EQ(TunnelId(TunnelId::convertToTunnelValue(9, 5)).index(), 5u);
-}
-
 TEST(TunnelIdTest, IsReadFromInterfaces) {
   const struct {
     const char* name;
@@ -100,28 +82,28 @@ TEST(EvpnVxlanTunnelTableTest, KnowsItsInterfacesAndEntries) {
   EXPECT_TRUE(table.entry(id).isSet());
 }
 
-TEST(ViaIndexTest, ReachesTo511) {
+TEST(RangeTest, ValuesOutsideRaiseAndTheLastInsideDoesNot) {
   using Vanta::Fib::ViaIndex;
-  EXPECT_EQ(ViaIndex(511).value(), 511u);
-  for (const std::uint32_t value : {512u, 0xffffffffu}) {
-    EXPECT_EQ(messageOf<RangeException>([=] { (void)ViaIndex(value); }),
-              "ViaIndex::value < ViaIndex::min or > ViaIndex::max not allowed");
+  const auto name = [](std::size_t bytes) { L3::VrfName(Lumo::String(std::string(bytes, 'v'))); };
+  const struct {
+    const char* what;
+    std::function<void()> inside, outside;
+    const char* message;
+  } cases[] = {
+      {"via index", [] { ViaIndex(511); }, [] { ViaIndex(512); },
+       "ViaIndex::value < ViaIndex::min or > ViaIndex::max not allowed"},
+      {"weight", [] { SrTePolicy::Weight(1); }, [] { SrTePolicy::Weight(0); },
+       "Weight::value < Weight::min or > Weight::max not allowed"},
+      {"VRF name", [=] { name(100); }, [=] { name(101); },
+       "VrfName::bytes > VrfName::maxLength not allowed"},
+      {"tunnel", [] { TunnelId(0xffffffffffff); }, [] { TunnelId(std::uint64_t{1} << 48); },
+       "TunnelId::value < TunnelId::minValue or > TunnelId::maxValue not allowed"},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(messageOf<RangeException>(one.inside), "none") << one.what;
+    EXPECT_EQ(messageOf<RangeException>(one.outside), one.message) << one.what;
   }
   EXPECT_EQ(ViaIndex::fromRecord(600).value(), 600u);
-}
-
-TEST(WeightTest, IsNotZero) {
-  EXPECT_EQ(SrTePolicy::Weight(1).value(), 1u);
-  EXPECT_EQ(SrTePolicy::Weight(0xffffffff).value(), 0xffffffffu);
-  EXPECT_EQ(messageOf<RangeException>([] { (void)SrTePolicy::Weight(0); }),
-            "Weight::value < Weight::min or > Weight::max not allowed");
-}
-
-TEST(VrfNameTest, HasAtMost100Bytes) {
-  EXPECT_EQ(L3::VrfName(Lumo::String(std::string(100, 'v'))).stringValue().bytes(), 100u);
-  EXPECT_EQ(messageOf<RangeException>([] { L3::VrfName(Lumo::String(std::string(101, 'v'))); }),
-            "VrfName::bytes > VrfName::maxLength not allowed");
-  EXPECT_TRUE(L3::VrfName(static_cast<const char*>(nullptr)).stringValue().empty());
 }
 
 TEST(NexthopGroupEntryKeyTest, Has128Bytes) {

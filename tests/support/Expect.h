@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace support {
 
@@ -26,6 +27,18 @@ inline std::string assertion(std::string_view text) {
     pattern += c;
   }
   return pattern + "\n";
+}
+
+/// Holds every pair of the items against their places: each is less than those behind it, and equal
+/// to itself alone.
+template <class Items>
+void expectAscending(const Items& items) {
+  for (std::size_t i = 0; i < std::size(items); ++i) {
+    for (std::size_t j = 0; j < std::size(items); ++j) {
+      EXPECT_EQ(items[i] < items[j], i < j) << i << " " << j;
+      EXPECT_EQ(items[i] == items[j], i == j) << i << " " << j;
+    }
+  }
 }
 
 } // namespace support

@@ -15,25 +15,7 @@ using Table = Vanta::MemoryTable<Prefix, Route>;
 struct MemoryTableTest : testing::Test {
   Table* const table = new Table("routes");
   const RouteView view{std::unique_ptr<RouteTable>(table), "routes"};
-
-  std::uint32_t metricOf(const char* text) {
-    bool found = false;
-    return view.safeLookup(prefix(text), found, 0)->metric;
-  }
 };
-
-TEST_F(MemoryTableTest, TheRecordEnteredLastStands) {
-  table->insert(route("10.0.0.0/8", 1));
-  table->insert(route("9.0.0.0/8", 1));
-  table->insert(route("10.0.0.0/8", 2)); // ahead of the first read
-  EXPECT_EQ(table->members(), 2u);
-  EXPECT_EQ(metricOf("10.0.0.0/8"), 2u);
-  table->insert(route("10.0.0.0/8", 3)); // behind it
-  table->insert(route("9.0.0.0/8", 4));
-  EXPECT_EQ(table->members(), 2u);
-  EXPECT_EQ(metricOf("10.0.0.0/8"), 3u);
-  EXPECT_EQ(metricOf("9.0.0.0/8"), 4u);
-}
 
 TEST_F(MemoryTableTest, AWalkSurvivesTheErasureOfAnyRecordAtAnyStep) {
   const std::size_t count = sortedTexts.size();
@@ -101,17 +83,6 @@ TYPED_TEST(MemoryTableModelTest, BehavesAsTheStandardMap) {
     ASSERT_EQ(walked, model);
     ASSERT_EQ(table.members(), model.size());
   }
-}
-
-TEST_F(MemoryTableTest, CorruptionStaysUntilItIsTakenBack) {
-  table->insert(route("10.0.0.0/8"));
-  table->corruptAt(2);
-  EXPECT_EQ(metricOf("10.0.0.0/8"), 0u);
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_THROW(metricOf("10.0.0.0/8"), Tembra::CorruptionDetectedException);
-  }
-  table->corruptAt(0);
-  EXPECT_NO_THROW(metricOf("10.0.0.0/8"));
 }
 
 } // namespace
