@@ -6,6 +6,7 @@
 #include "command/ShowNexthopGroup.h"
 #include "command/ShowRoute.h"
 #include "command/ShowStatic.h"
+#include "command/ShowTypes.h"
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
 
@@ -48,6 +49,9 @@ constexpr Command commands[] = {
      loadStatic},
     {"snapshot save", "FILE", "Write the state that is shown to a file, - for standard output.",
      saveSnapshot},
+    {"types", "[NAME]",
+     "The library's types, or one of them with its attributes, as access by name sees them.",
+     showTypes},
 };
 
 /// The word at a level of a command's path; empty behind its end.

@@ -76,8 +76,8 @@ struct Dispatch {
     case OpCode::has:
       return wrapAttrValue(need(row.hasMember)(object, key));
     case OpCode::call:
-      return (row.isConstant ? need(row.call) : needToChange(row.call))(
-          object, row.arguments.data(), op.arguments);
+      return (row.isConstant ? need(row.call)
+                             : needToChange(row.call))(object, row.arguments.data(), op.arguments);
     default:
       refuse();
     }
@@ -88,8 +88,7 @@ struct Dispatch {
     case OpCode::isDefault:
       return wrapAttrValue(need(type.isDefault)(object));
     case OpCode::equal:
-      return wrapAttrValue(type.isEntity() ? object == other()
-                                           : need(type.equal)(object, other()));
+      return wrapAttrValue(type.isEntity() ? object == other() : need(type.equal)(object, other()));
     case OpCode::less:
       return wrapAttrValue(need(type.less)(object, other()));
     default:
@@ -154,8 +153,8 @@ GenericPtr operate(GenericIf& object, const AttributeOp& op, const GenericPtr& k
   void* const address = addressOf(object);
   for (const TypeRecord* type = &object.type(); type; type = type->base) {
     bool notHandled = false;
-    auto result = type->genericIfAttributeOp(*type, address, object.constant(), op, key, value,
-                                             notHandled);
+    auto result =
+        type->genericIfAttributeOp(*type, address, object.constant(), op, key, value, notHandled);
     if (!notHandled) return result;
   }
   throwOpNotSupportedException(object.type(), op);
@@ -205,9 +204,9 @@ Walk::Walk(GenericPtr object, const AttributeRecord& attribute, const GenericPtr
     : object_(std::move(object)) {
   const TypeRecord& type = object_->type();
   void* const address = addressOf(*object_);
-  iterator_ = key ? type.genericIfIteratorKey(address, object_->constant(), attribute, *key,
-                                              functions_)
-                  : type.genericIfIterator(address, object_->constant(), attribute, functions_);
+  iterator_ =
+      key ? type.genericIfIteratorKey(address, object_->constant(), attribute, *key, functions_)
+          : type.genericIfIterator(address, object_->constant(), attribute, functions_);
   if (!iterator_) {
     throw RangeException(std::string(type.name) + "::" + attribute.name + " is no collection");
   }

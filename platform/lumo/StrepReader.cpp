@@ -126,8 +126,8 @@ void needCanonical(std::string_view text, const String& written) {
 void readStrep(const TypeRecord& type, void* object, StringIterator& at,
                const StringIterator& end) {
   if (!type.isReadable()) {
-    const std::string text = "!\"No String constructor for " + std::string(shortName(type)) +
-                             " - has collection\"";
+    const std::string text =
+        "!\"No String constructor for " + std::string(shortName(type)) + " - has collection\"";
     assertionFailed(text.c_str());
   }
   bool first = true;

@@ -1,6 +1,6 @@
 // The library as a host process meets it: loaded at run time, known by its registry and by a
 // section that tools read without loading it.
-#include "lumo/Type.h"
+#include "Catalogue.h"
 
 #include <cstring>
 #include <dlfcn.h>
@@ -9,65 +9,13 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace {
 
-using Names = std::vector<std::string>;
-
-// The order in which the library's types are registered.
-const Names registrationOrder = {"Rova::PolicyInfo",
-                                 "Rova::ClearIntfRoutesAndViasHelper",
-                                 "Rova::CachedFec",
-                                 "Rova::Route6Summary",
-                                 "Rova::NexthopGroupCounterHelper",
-                                 "Rova::RdAssignmentChecker",
-                                 "Rova::RouteSorter",
-                                 "Rova::PolicyInfoSet",
-                                 "Rova::AddrMatchType",
-                                 "Rova::InvalidNextHopChecker",
-                                 "Rova::RouteSummary",
-                                 "Rova::StaticRoutesCliSaver",
-                                 "Rova::Address6AssignmentChecker",
-                                 "Rova::InvalidNextHop6Checker",
-                                 "Rova::NexthopGroupCliCounterInterface",
-                                 "Rova::AddressQueryParams",
-                                 "Rova::SortedTunViaSet",
-                                 "Rova::NexthopGroupSummaryHelper",
-                                 "Rova::CachedNhgVia",
-                                 "Rova::NexthopInfo",
-                                 "Rova::RovaConsts",
-                                 "Rova::RouteSortKey",
-                                 "Rova::NexthopGroupHelper",
-                                 "Rova::AddressAssignmentChecker",
-                                 "Rova::CounterEntry",
-                                 "Rova::StaticRoutesRibCommon",
-                                 "Rova::Route6Sorter",
-                                 "Rova::Address6QueryParams",
-                                 "Rova::SortedTunVia",
-                                 "Rova::AddressQueryResult",
-                                 "Rova::CachedVia",
-                                 "Rova::CounterIndex"};
-
-/// The library, loaded once for the process.
-void* library() {
-  static void* const handle = dlopen(ROVA_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-  EXPECT_NE(handle, nullptr) << dlerror();
-  return handle;
-}
-
-/// The library's types in the registry, in its order.
-Names registered() {
-  Names names;
-  for (const auto* const type : Lumo::typeNodes()) {
-    if (std::string_view(type->name).starts_with("Rova::")) names.emplace_back(type->name);
-  }
-  return names;
-}
-
 /// The NUL-terminated texts of a section of an ELF file, and its flags.
 struct Section {
-  Names texts;
+  Lines texts;
   std::uint64_t flags = 0;
 };
 
@@ -100,43 +48,33 @@ Section sectionOf(const char* path, std::string_view wanted) {
   return result;
 }
 
-// Runs first: the library must not have been loaded yet.
-TEST(LoadTest, LoadingRegistersTheTypes) {
-  EXPECT_EQ(registered(), Names());
-  ASSERT_NE(library(), nullptr);
-  const Names found = registered();
-  std::size_t place = 0;
-  for (const std::string& name : registrationOrder) {
-    if (place < found.size() && found[place] == name) ++place;
-  }
-  EXPECT_EQ(place, found.size()) << "a type is unknown or out of its order";
-  for (const char* const name : {"Rova::CachedFec", "Rova::RouteSorter", "Rova::CachedNhgVia",
-                                 "Rova::Route6Sorter", "Rova::CachedVia"}) {
-    EXPECT_NE(Lumo::typeNode(name), nullptr) << name;
-  }
+TEST(LoadTest, LoadingRegistersTheTypesInTheirOrder) {
+  Lines expected;
+  for (const auto& entry : catalogue()) expected.push_back(entry.name);
+  EXPECT_EQ(library().typesBefore, Lines());
+  EXPECT_EQ(library().types, expected);
 }
 
 TEST(LoadTest, TheSectionNamesTheTypesInReverse) {
-  library();
+  const Lines& types = library().types;
   const auto section = sectionOf(ROVA_LIBRARY, ".lumo.type");
-  const Names found = registered();
-  EXPECT_EQ(section.texts, Names(found.rbegin(), found.rend()));
+  EXPECT_EQ(section.texts, Lines(types.rbegin(), types.rend()));
   EXPECT_EQ(section.flags & SHF_WRITE, 0u) << "the section is to be read-only";
 }
 
 TEST(LoadTest, ThePlainFunctionIsFoundByItsName) {
   using Function = const char* (*)(const char*);
-  const auto function = reinterpret_cast<Function>(dlsym(library(), "Rova_protocolCodeWordToCode"));
+  const auto function =
+      reinterpret_cast<Function>(dlsym(library().handle, "Rova_protocolCodeWordToCode"));
   ASSERT_NE(function, nullptr);
   EXPECT_STREQ(function("ospfExternalType1"), "O E1");
 }
 
 TEST(LoadTest, LoadingTwiceRegistersOnce) {
-  library();
-  const Names before = registered();
+  const Library& first = library();
   void* const again = dlopen(ROVA_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-  EXPECT_EQ(again, library());
-  EXPECT_EQ(registered(), before);
+  EXPECT_EQ(again, first.handle);
+  EXPECT_EQ(registered(), first.types);
   dlclose(again);
 }
 

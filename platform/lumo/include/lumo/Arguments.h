@@ -37,8 +37,7 @@ decltype(auto) applyArguments(TypeList<Types...>, const ArgumentRecord* table,
                               ArgumentSpan arguments, Function function) {
   needArguments(table, arguments);
   return [&]<std::size_t... at>(std::index_sequence<at...>)->decltype(auto) {
-    return function(
-        unwrapArgument<std::remove_cvref_t<Types>>(arguments[at], table[at])...);
+    return function(unwrapArgument<std::remove_cvref_t<Types>>(arguments[at], table[at])...);
   }
   (std::index_sequence_for<Types...>());
 }
@@ -61,16 +60,15 @@ struct Callable {
   template <auto method>
   static GenericPtr unwrapFunctionArgs(Owner* object, const ArgumentRecord* table,
                                        ArgumentSpan arguments) {
-    return applyArguments(TypeList<Args...>(), table, arguments,
-                          [object](const auto&... values) -> GenericPtr {
-                            if constexpr (std::is_void_v<Result>) {
-                              (object->*method)(values...);
-                              return {};
-                            } else {
-                              return wrapAttrValue<std::remove_cvref_t<Result>>(
-                                  (object->*method)(values...));
-                            }
-                          });
+    return applyArguments(
+        TypeList<Args...>(), table, arguments, [object](const auto&... values) -> GenericPtr {
+          if constexpr (std::is_void_v<Result>) {
+            (object->*method)(values...);
+            return {};
+          } else {
+            return wrapAttrValue<std::remove_cvref_t<Result>>((object->*method)(values...));
+          }
+        });
   }
 };
 

@@ -121,9 +121,7 @@
 /// A hashed collection that is a public field.
 #define LUMO_PUBLIC_HASHED(x)                                                                      \
   LUMO_ROW((::Lumo::collectionRow<&Self::x>(#x, ::Lumo::AttributeKind::hashed, nullptr,            \
-                                            [](auto& self, const auto& key, const auto& value) {   \
-                                              ::Lumo::insertMember(self.x, key, value);            \
-                                            })))
+                                            ::Lumo::InsertMember<&Self::x>())))
 
 /// A constructor argument that the class template has only where `condition` holds.
 #define LUMO_CTOR_IF(condition, Type, x)                                                           \

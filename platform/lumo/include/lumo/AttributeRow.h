@@ -76,7 +76,8 @@ class CollectionIterator final : public GenericIterator {
 
  public:
   CollectionIterator(Map& map, bool constant, const GenericPtr* key)
-      : map_(map), cursor_(key ? map.cursor(unwrap<Key>(*key)) : map.cursor()),
+      : map_(map),
+        cursor_(key ? map.cursor(unwrap<Key>(*key)) : map.cursor()),
         constant_(constant) {}
 
   static constexpr IteratorFunctions functions = {
@@ -105,13 +106,17 @@ class CollectionIterator final : public GenericIterator {
 };
 
 /// Inserts into a collection without a mutator of its own; no handle in it is null.
-template <class Map, class Key, class Value>
-void insertMember(Map& map, const Key& key, const Value& value) {
-  if constexpr (isHandle<Value>) {
-    if (!value) throw RangeException("a collection of entities takes no null");
+template <auto field>
+struct InsertMember {
+  using Map = FieldOf<field>;
+  void operator()(OwnerOf<field>& object, const typename Map::KeyType& key,
+                  const typename Map::ValueType& value) const {
+    if constexpr (isHandle<typename Map::ValueType>) {
+      if (!value) throw RangeException("a collection of entities takes no null");
+    }
+    (object.*field).insertOrAssign(key, value);
   }
-  map.insertOrAssign(key, value);
-}
+};
 
 /// `Insert` is the class's own mutator, so that access by name refuses what it refuses.
 template <auto field, class Insert>

@@ -40,7 +40,9 @@ template <class Enum>
 struct Enumeration;
 
 template <class Enum>
-concept Enumerated = requires { Enumeration<Enum>::entries; };
+concept Enumerated = requires {
+  Enumeration<Enum>::entries;
+};
 
 /// Conversions through a vocabulary. `type` is the enumeration's name, for the messages.
 struct LUMO_EXPORT EnumType {

@@ -11,8 +11,8 @@ namespace Lumo {
 
 /// Does `op` on the object, asking the bases of its type for attributes that are theirs. Raises an
 /// internal error for what nobody supports, a range error for a null handle.
-LUMO_EXPORT GenericPtr operate(GenericIf& object, const AttributeOp& op,
-                               const GenericPtr& key = {}, const GenericPtr& value = {});
+LUMO_EXPORT GenericPtr operate(GenericIf& object, const AttributeOp& op, const GenericPtr& key = {},
+                               const GenericPtr& value = {});
 
 /// The attribute of that name; raises a range error that lists the type's attributes for a name
 /// that is none.

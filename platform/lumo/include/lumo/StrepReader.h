@@ -101,8 +101,8 @@ template <class T>
 T leafToValue(StringIterator& at, const StringIterator& end) {
   if constexpr (isHandle<T>) {
     using Entity = typename T::Element;
-    return T(static_cast<Entity*>(const_cast<void*>(
-        takeEntity(at, end, TypeName<Entity>::value, !std::is_const_v<Entity>))));
+    return T(static_cast<Entity*>(
+        const_cast<void*>(takeEntity(at, end, TypeName<Entity>::value, !std::is_const_v<Entity>))));
   } else if constexpr (std::is_arithmetic_v<T>) {
     return wordToValue<T>(takeWord(at, end));
   } else if constexpr (std::is_same_v<T, String>) {

@@ -43,7 +43,8 @@ inline void requireType(const TypeRecord& expected, const TypeRecord& found) {
 template <class T>
 class GenericIf_ final : public GenericIf {
  public:
-  GenericIf_(T value, bool constant) : GenericIf(constant), own_(std::move(value)), value_(&*own_) {}
+  GenericIf_(T value, bool constant)
+      : GenericIf(constant), own_(std::move(value)), value_(&*own_) {}
   GenericIf_(T* value, bool constant) : GenericIf(constant), value_(value) {}
 
   const TypeRecord& type() const override { return typeOf<T>(); }

@@ -18,9 +18,7 @@ constexpr void forEachRow(Visit visit) {
   const auto visitLine = [&]<int number>(Line<number> line) {
     if constexpr (requires { T::lumoRow(line); }) visit(line);
   };
-  [&]<int... at>(std::integer_sequence<int, at...>) {
-    (visitLine(Line<T::lumoBegin + at>()), ...);
-  }
+  [&]<int... at>(std::integer_sequence<int, at...>) { (visitLine(Line<T::lumoBegin + at>()), ...); }
   (std::make_integer_sequence<int, T::lumoEnd - T::lumoBegin>());
 }
 
@@ -89,12 +87,13 @@ inline constexpr auto constructorTable = makeConstructorTable<T>();
 
 inline constexpr ArgumentRecord noArguments[] = {{}};
 
-template <class T>
+/// `Root` is a parameter so that its record is not made before the function for it is known.
+template <class T, class Root = PtrInterface>
 constexpr const TypeRecord* baseTypeOf() {
   if constexpr (requires { typename T::LumoBase; }) {
     return &typeOf<typename T::LumoBase>();
-  } else if constexpr (std::is_base_of_v<PtrInterface, T> && !std::is_same_v<PtrInterface, T>) {
-    return &typeOf<PtrInterface>();
+  } else if constexpr (std::is_base_of_v<Root, T> && !std::is_same_v<Root, T>) {
+    return &typeOf<Root>();
   } else {
     return nullptr;
   }
@@ -154,8 +153,7 @@ constexpr bool isConstructible() {
   if constexpr (Attributed<T>) {
     return []<class... Types>(TypeList<Types...>) {
       return std::is_constructible_v<T, const Types&...>;
-    }
-    (constructorTypes<T>());
+    }(constructorTypes<T>());
   } else {
     return std::is_default_constructible_v<T> && !std::is_base_of_v<PtrInterface, T>;
   }
@@ -165,7 +163,7 @@ template <class T>
 constexpr void addAttributes(TypeRecord& record) {
   record.attributes = attributeTable<T>;
   record.constructorArguments = constructorTable<T>.data();
-  if constexpr (requires(T& object) { object.handleInitialized(); }) {
+  if constexpr (requires(T & object) { object.handleInitialized(); }) {
     record.handleInitialized = [](void* object) { static_cast<T*>(object)->handleInitialized(); };
   }
 }

@@ -34,9 +34,13 @@ template <class T>
 inline constexpr bool isHandle<Ptr<T>> = true;
 
 template <class T>
-concept Attributed = requires { T::lumoType; };
+concept Attributed = requires {
+  T::lumoType;
+};
 template <class T>
-concept Notated = requires(const T& value) { value.stringValue(); };
+concept Notated = requires(const T& value) {
+  value.stringValue();
+};
 template <class T>
 concept Numbered = requires(const T& value) {
   requires std::is_integral_v<std::remove_cvref_t<decltype(value.value())>>;
@@ -90,6 +94,9 @@ std::optional<T> fromPlainText(std::string_view text) {
     return static_cast<T>(enumTypeOf<T>().instance(text));
   } else if constexpr (requires { T::parse(text); }) {
     if (text == plainText(T()).view()) return T(); // the text of what is unset
+    if constexpr (requires { T::nullPrefix(); }) {
+      if (text.empty() || text == plainText(T::nullPrefix()).view()) return T::nullPrefix();
+    }
     return T::parse(text);
   } else {
     return T(String(text));
@@ -116,11 +123,11 @@ AnyInteger toInteger(const T& value) {
 template <class Integer>
 Integer narrow(AnyInteger value, const char* type) {
   const auto result = static_cast<Integer>(value.bits);
-  if (static_cast<std::uint64_t>(result) != value.bits || (result < Integer{}) != value.isNegative) {
+  if (static_cast<std::uint64_t>(result) != value.bits ||
+      (result < Integer{}) != value.isNegative) {
     const auto sign = static_cast<std::int64_t>(value.bits);
-    throw RangeException(
-        (value.isNegative ? std::to_string(sign) : std::to_string(value.bits)) +
-        " is outside the range of " + type);
+    throw RangeException((value.isNegative ? std::to_string(sign) : std::to_string(value.bits)) +
+                         " is outside the range of " + type);
   }
   return result;
 }

@@ -69,4 +69,9 @@ using Route = BasicRoute<Kesh::Ip6Prefix, Routing6::Fib::RouteType>;
 using RouteStatus = BasicRouteStatus<Route>;
 } // namespace Fib6
 
+template <>
+const Lumo::TypeRecord Fib::Route::lumoType;
+template <>
+const Lumo::TypeRecord Fib6::Route::lumoType;
+
 } // namespace Vanta
