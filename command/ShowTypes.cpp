@@ -52,7 +52,8 @@ const char* kindWord(AttributeKind kind) {
   return "computed";
 }
 
-/// "(fd: U32, fmt: U32): bool" for a method, "VALUE by KEY" for a collection, the type for the rest.
+/// "(fd: U32, fmt: U32): bool" for a method, "VALUE by KEY" for a collection, the type for the
+/// rest.
 std::string typeText(const AttributeRecord& row) {
   if (row.keyType) {
     const std::string inside = row.internalKey ? std::string(" ") + row.internalKey : "";

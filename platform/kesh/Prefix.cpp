@@ -121,6 +121,15 @@ IpGenPrefix::IpGenPrefix(const Lumo::String& text) {
   }
 }
 
+std::optional<IpGenPrefix> IpGenPrefix::parse(std::string_view text) {
+  for (const IpGenPrefix& null :
+       {IpGenPrefix(Prefix::nullPrefix()), IpGenPrefix(Ip6Prefix::nullPrefix())}) {
+    if (text == null.stringValue().view()) return null;
+  }
+  const IpGenPrefix prefix{Lumo::String(text)};
+  return prefix.af() == AddressFamily::unset ? std::nullopt : std::optional(prefix);
+}
+
 std::size_t IpGenPrefix::writeText(char* out) const {
   if (af() == AddressFamily::unset) return 0;
   return writeWithLength(out, address_.writeText(out), length_);

@@ -10,7 +10,8 @@ namespace {
 
 struct Names {
   std::mutex mutex;
-  std::unordered_map<const PtrInterface*, NamedEntity> byEntity;
+  /// An entity has a name for each type that it was written as.
+  std::unordered_multimap<const PtrInterface*, NamedEntity> byEntity;
 };
 
 Names& names() {
@@ -18,13 +19,22 @@ Names& names() {
   return *table;
 }
 
+bool isNamed(const NamedEntity& name, const char* type, const void* object) {
+  return name.object == object && std::strcmp(name.type, type) == 0;
+}
+
 } // namespace
 
 void nameEntity(const PtrInterface& entity, const NamedEntity& name) {
   Names& table = names();
   const std::lock_guard guard(table.mutex);
-  const auto [it, inserted] = table.byEntity.try_emplace(&entity, name);
-  if (!inserted) it->second.writable = it->second.writable || name.writable;
+  const auto [begin, end] = table.byEntity.equal_range(&entity);
+  for (auto it = begin; it != end; ++it) {
+    if (!isNamed(it->second, name.type, name.object)) continue;
+    it->second.writable = it->second.writable || name.writable;
+    return;
+  }
+  table.byEntity.emplace(&entity, name);
   entity.namedIs(true);
 }
 
@@ -32,8 +42,7 @@ const void* namedEntity(const char* type, const void* object, bool writable) {
   Names& table = names();
   const std::lock_guard guard(table.mutex);
   for (const auto& [entity, name] : table.byEntity) {
-    if (name.object != object || std::strcmp(name.type, type) != 0) continue;
-    return name.writable || !writable ? object : nullptr;
+    if (isNamed(name, type, object)) return name.writable || !writable ? object : nullptr;
   }
   return nullptr;
 }

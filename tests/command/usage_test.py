@@ -321,7 +321,7 @@ class UsageTest(CommandTest):
                 self.assert_ends(rova(*words), 2, expected)
 
     def test_no_command(self):
-        expected = ("rova: the command is not complete: expected show, check, clear, static or snapshot\n"
+        expected = ("rova: the command is not complete: expected show, check, clear, static, snapshot or types\n"
                     "  rova --help shows the commands\n")
         self.assert_ends(rova(), 2, expected)
         self.assert_ends(rova(" "), 2, expected)

@@ -121,6 +121,9 @@ class IpGenPrefix {
   /// From "ADDRESS/LENGTH" of either family; any other text, the empty one too, gives no prefix.
   explicit IpGenPrefix(const Lumo::String& text);
 
+  /// The same, but nothing for a text that is no prefix; reads the null prefixes too.
+  static std::optional<IpGenPrefix> parse(std::string_view text);
+
   AddressFamily af() const { return address_.af(); }
   /// Puts the same bytes and length into another family.
   void afIs(AddressFamily family) { address_.afIs(family); }

@@ -115,10 +115,11 @@ class HashMap2018 {
       position_ = member ? static_cast<std::size_t>(member - members.data()) : members.size();
       skipHoles();
     }
-    explicit operator bool() const { return map_.body_ && position_ < map_.body_->members.size(); }
+    explicit operator bool() const { return !atEnd_; }
     const Key& key() const { return key_; }
     const Value* value() const { return map_.find(key_); }
     void next() {
+      if (atEnd_) return;
       if (compactions_ != map_.body_->compactions) {
         findPlace();
       } else {
@@ -132,7 +133,8 @@ class HashMap2018 {
       if (!map_.body_) return;
       const auto& members = map_.body_->members;
       while (position_ < members.size() && !members[position_].present) ++position_;
-      if (position_ >= members.size()) return;
+      atEnd_ = position_ >= members.size();
+      if (atEnd_) return;
       key_ = members[position_].item.first;
       sequence_ = members[position_].sequence;
     }
@@ -147,6 +149,7 @@ class HashMap2018 {
     std::size_t position_ = 0;
     std::uint64_t sequence_ = 0;
     std::uint32_t compactions_ = 0;
+    bool atEnd_ = true; // a fact of its own: members may come behind a walk that has ended
     Key key_{};
   };
   Cursor cursor() const { return Cursor(*this); }

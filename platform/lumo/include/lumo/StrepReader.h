@@ -60,8 +60,9 @@ LUMO_EXPORT const void* takeEntity(StringIterator& at, const StringIterator& end
 /// Requires that `text`, which was read, is how its value is written.
 LUMO_EXPORT void needCanonical(std::string_view text, const String& written);
 
+/// A word as a value of an arithmetic type; `typeName` is what the error says was expected.
 template <class T>
-T wordToValue(std::string_view word) {
+T wordToValue(std::string_view word, const char* typeName) {
   if constexpr (std::is_same_v<T, bool>) {
     if (word != "True" && word != "False") throw RangeException("expected True or False");
     return word == "True";
@@ -69,7 +70,7 @@ T wordToValue(std::string_view word) {
     T value{};
     const auto [rest, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error != std::errc() || rest != word.data() + word.size() || word.empty()) {
-      throw RangeException(std::string("expected a number of type ") + TypeName<T>::value);
+      throw RangeException(std::string("expected a number of type ") + typeName);
     }
     return value;
   }
@@ -85,13 +86,10 @@ T scalarToValue(StringIterator& at, const StringIterator& end) {
     }
     throw RangeException(std::string("not the text of a ") + TypeName<T>::value);
   }
-  const auto number = wordToValue<std::uint64_t>(takeWord(at, end));
-  if constexpr (Enumerated<T>) {
-    return static_cast<T>(narrow<std::uint32_t>({number}, TypeName<T>::value));
-  } else if constexpr (requires { T::fromValue(number); }) {
-    return T::fromValue(number);
+  if constexpr (requires { T::fromValue(std::uint64_t{}); }) {
+    return T::fromValue(wordToValue<std::uint64_t>(takeWord(at, end), TypeName<T>::value));
   } else if constexpr (Numbered<T>) {
-    return fromInteger<T>({number});
+    return fromInteger<T>({wordToValue<std::uint64_t>(takeWord(at, end), TypeName<T>::value)});
   } else {
     throw RangeException("expected a text in quotes");
   }
@@ -104,7 +102,7 @@ T leafToValue(StringIterator& at, const StringIterator& end) {
     return T(static_cast<Entity*>(
         const_cast<void*>(takeEntity(at, end, TypeName<Entity>::value, !std::is_const_v<Entity>))));
   } else if constexpr (std::is_arithmetic_v<T>) {
-    return wordToValue<T>(takeWord(at, end));
+    return wordToValue<T>(takeWord(at, end), TypeName<T>::value);
   } else if constexpr (std::is_same_v<T, String>) {
     return takeQuoted(at, end);
   } else if constexpr (valueFormOf<T>() == ValueForm::none) {

@@ -7,7 +7,6 @@
 #include "lumo/TypeName.h"
 
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -99,7 +98,9 @@ std::optional<T> fromPlainText(std::string_view text) {
     }
     return T::parse(text);
   } else {
-    return T(String(text));
+    T value{String(text)};
+    if (value == T() && text != plainText(T()).view()) return {};
+    return value;
   }
 }
 
