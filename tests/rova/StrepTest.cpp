@@ -187,9 +187,11 @@ Kesh::IpGenAddr randomAddress(Random& random) {
 
 Kesh::IpGenPrefix randomPrefix(Random& random) {
   const auto address = randomAddress(random);
-  const auto length = static_cast<int>(random() % 129);
-  if (address.af() == Kesh::AddressFamily::ip4) return Kesh::pfx(address.v4Addr(), length % 33);
-  if (address.af() == Kesh::AddressFamily::ip6) return Kesh::pfx(address.v6Addr(), length);
+  const auto length = [&](unsigned longest) { // -1 is that of the null prefix
+    return static_cast<int>(random() % (longest + 2)) - 1;
+  };
+  if (address.af() == Kesh::AddressFamily::ip4) return Kesh::pfx(address.v4Addr(), length(32));
+  if (address.af() == Kesh::AddressFamily::ip6) return Kesh::pfx(address.v6Addr(), length(128));
   return {};
 }
 
@@ -370,6 +372,7 @@ struct Refused {
 
 TEST(StrepReadTest, ErrorsNameAttributeAndPosition) {
   const auto key = wrapAttrValue(sortKey("10.0.0.0/8", 1));
+  const auto match = wrapAttrValue(Rova::AddrMatchType::allowNoMatch);
   const auto counts = wrapAttrValue(Rova::CounterEntry(7, 8));
   const auto verdict = wrapAttrValue(queryResult(true, "why"));
   const auto via = wrapAttrValue(cachedVia());
@@ -388,6 +391,9 @@ TEST(StrepReadTest, ErrorsNameAttributeAndPosition) {
       {key, "Kesh::IpGenPrefix", "Kesh::Prefix",
        "attribute prefix, position 42: expected 'Value(\\'Kesh::IpGenPrefix\\', ', found "
        "'Value(\\'Kesh::Prefix\\''..."},
+      {key, "10.0.0.0/8", "10.0.0.1/8",
+       "attribute prefix, position 42: not the text of a Kesh::IpGenPrefix"},
+      {match, "'allowNoMatch'", "7", "position 0: expected a text in quotes"},
       {counts, "7", "-7", "attribute packets, position 43: expected a number of type U64"},
       {counts, "8", "18446744073709551616",
        "attribute bytes, position 55: expected a number of type U64"},
