@@ -1,4 +1,5 @@
 // What a route summary counts.
+#include "lumo/Reflect.h"
 #include "support/Device.h"
 #include "support/Expect.h"
 #include "support/Process.h"
@@ -284,12 +285,12 @@ TYPED_TEST(SummaryTest, IsCalledAndReadByName) {
   this->route(Texts<TypeParam>::inside, Texts<TypeParam>::Type::connected);
   this->neighbor(0, "Ethernet1");
   auto summary = this->open();
-  const auto row = [&](const char* name) { return summary.lumoType.attribute(name); };
-  row("loadInternalStructures")->call(&summary, {});
-  row("loadAttachedRoutes")->call(&summary, {});
-  EXPECT_EQ(Lumo::unwrap<int>(row("totalNumRoutes")->read(&summary)), 2);
+  const auto object = summary.lumoType.FromVoidPointer(summary.lumoType, &summary, false);
+  EXPECT_FALSE(Lumo::call(*object, "loadInternalStructures", {}));
+  EXPECT_FALSE(Lumo::call(*object, "loadAttachedRoutes", {}));
+  EXPECT_EQ(Lumo::unwrap<int>(Lumo::read(*object, "totalNumRoutes")), 2);
   const auto count = [&](const char* name, auto key) {
-    return Lumo::unwrap<std::uint32_t>(row(name)->readMember(&summary, Lumo::wrapAttrValue(key)));
+    return Lumo::unwrap<std::uint32_t>(Lumo::readMember(*object, name, Lumo::wrapAttrValue(key)));
   };
   EXPECT_EQ(count("routeCountByType", Lumo::String("attached")), 1u);
   EXPECT_EQ(count("routeCountByMask", std::uint32_t{TypeParam::hostLength}), 1u);
