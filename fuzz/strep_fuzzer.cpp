@@ -1,6 +1,6 @@
 // Feeds any bytes as strep text to every registered type that reads one: it refuses them with a
-// range error, or it reads a value that is written as the same text. In the input '@' stands for the
-// address of a directory that lives and '#' for that of a tunnel FIB.
+// range error, or it reads a value that is written as the same text. In the input '@' stands for
+// the address of a directory that lives and '#' for that of a tunnel FIB.
 #include "lumo/Reflect.h"
 #include "rova/CliSupport.h"
 #include "state/RouteDistinguisherInput.h"
