@@ -33,20 +33,18 @@ std::string measureByName(int repeats) {
       Lumo::wrapAttrValue(*Kesh::IpGenPrefix::parse("10.0.0.0/8")),
       Lumo::wrapAttrValue(Routing::RoutePreference(200))};
   const auto key = Lumo::construct(type, arguments);
-  const auto entity =
-      Lumo::construct(fec, {Lumo::wrapAttrValue(Vanta::Fib::FecId(1))});
+  const auto entity = Lumo::construct(fec, {Lumo::wrapAttrValue(Vanta::Fib::FecId(1))});
   const Lumo::String text = key->strRep();
 
   std::ostringstream out;
   out.precision(4);
   out << "{\"readNs\":" << nanosecondsOf(repeats, [&] { Lumo::read(*key, "preference"); })
       << ",\"readLateNs\":" << nanosecondsOf(repeats, [&] { Lumo::read(*entity, "weight"); })
-      << ",\"buildNs\":" << nanosecondsOf(repeats, [&] {
-           Lumo::construct(*Lumo::typeNode("Rova::RouteSortKey"), arguments);
-         })
+      << ",\"buildNs\":"
+      << nanosecondsOf(repeats,
+                       [&] { Lumo::construct(*Lumo::typeNode("Rova::RouteSortKey"), arguments); })
       << ",\"writeTextNs\":" << nanosecondsOf(repeats, [&] { key->strRep(); })
-      << ",\"readTextNs\":" << nanosecondsOf(repeats, [&] { Lumo::fromStrep(type, text); })
-      << '}';
+      << ",\"readTextNs\":" << nanosecondsOf(repeats, [&] { Lumo::fromStrep(type, text); }) << '}';
   return out.str();
 }
 

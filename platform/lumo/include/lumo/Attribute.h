@@ -104,6 +104,15 @@
       (::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument)))    \
   LUMO_FIELD(Type, x)
 
+/// The same of a handle whose null has a meaning.
+#define LUMO_CTOR_WRITABLE_OR_NULL(Type, x)                                                        \
+  LUMO_READ(Type, x)                                                                               \
+  LUMO_ARGUMENT(Type)                                                                              \
+  void x##Is(Type value) { x##_ = std::move(value); }                                              \
+  LUMO_ROW((::Lumo::mayBeNull(                                                                     \
+      ::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument))))    \
+  LUMO_FIELD(Type, x)
+
 /// A constructor argument that is a public field of the base class. The rows of a base come before
 /// those of the class derived from it.
 #define LUMO_INHERITED(Type, x)                                                                    \

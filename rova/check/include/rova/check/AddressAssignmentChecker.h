@@ -53,8 +53,8 @@ class ROVA_EXPORT AddressQueryResult {
 
 class ROVA_EXPORT AddressQueryParams : public Lumo::PtrInterface {
   LUMO_TYPE(AddressQueryParams, "Rova::AddressQueryParams")
-  LUMO_CTOR_WRITABLE(Lumo::Ptr<const Ip::Config>, ipConfig) // null: there are no interfaces
-  LUMO_CTOR_WRITABLE(Lumo::String, intfName)                // the interface to get the address
+  LUMO_CTOR_WRITABLE_OR_NULL(Lumo::Ptr<const Ip::Config>, ipConfig) // null: no interfaces
+  LUMO_CTOR_WRITABLE(Lumo::String, intfName)   // the interface to get the address
   LUMO_CTOR_WRITABLE(Lumo::String, mgmtPrefix) // what the names of management interfaces begin with
   LUMO_CTOR_WRITABLE(AddrMatchType, primaryMatch)   // against primary addresses
   LUMO_CTOR_WRITABLE(AddrMatchType, secondaryMatch) // against secondary addresses
