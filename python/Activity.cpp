@@ -1,0 +1,126 @@
+#include "Activity.h"
+
+#include "Errors.h"
+#include "lumo/ActivityLock.h"
+#include "lumo/Ptr.h"
+#include "scrivo/Interrupt.h"
+
+#include <cerrno>
+#include <exception>
+
+namespace rova_python {
+
+namespace {
+
+/// How many `Activity` objects the thread has; only the outermost has the lock.
+thread_local int depth = 0;
+/// The thread's state while it works without Python's lock, else null.
+thread_local PyThreadState* unlocked = nullptr;
+
+Lumo::Lock& activityLock() { return Lumo::ActivityUnlockAnchor::lock(); }
+
+void* released() { return !unlocked && PyGILState_Check() ? PyEval_SaveThread() : nullptr; }
+
+/// Runs the handlers of signals that came meanwhile; what one raises ends the library's work.
+void runSignalHandlers(bool unwinding) {
+  if (!unwinding && PyErr_CheckSignals() < 0) throw PythonError();
+}
+
+void retaken(void* token, bool unwinding) {
+  if (token) {
+    PyEval_RestoreThread(static_cast<PyThreadState*>(token));
+    runSignalHandlers(unwinding);
+  } else if (unlocked && !unwinding) {
+    PyEval_RestoreThread(unlocked);
+    const bool ended = PyErr_CheckSignals() < 0;
+    unlocked = PyEval_SaveThread();
+    if (ended) throw PythonError();
+  }
+}
+
+// Interrupts are the process's, like the signal: the first to come enters the handler, the last to
+// go takes it out. Python's lock guards what is not read by the handler.
+int interruptible = 0;
+bool handlerEntered = false;
+struct sigaction previous;
+
+void onInterrupt(int number, siginfo_t* info, void* context) {
+  scrivo::requestInterrupt();
+  if (previous.sa_flags & SA_SIGINFO) {
+    previous.sa_sigaction(number, info, context);
+  } else {
+    previous.sa_handler(number);
+  }
+}
+
+bool isHandler(const struct sigaction& action) {
+  return (action.sa_flags & SA_SIGINFO) ||
+         (action.sa_handler != SIG_DFL && action.sa_handler != SIG_IGN);
+}
+
+/// Chains to the handler that is there. Where SIGINT ends the process or is ignored, it does so on.
+void enterHandler() {
+  handlerEntered = sigaction(SIGINT, nullptr, &previous) == 0 && isHandler(previous);
+  if (!handlerEntered) return;
+  struct sigaction action = {};
+  action.sa_sigaction = onInterrupt;
+  action.sa_flags = SA_SIGINFO | (previous.sa_flags & SA_ONSTACK); // no SA_RESTART: writes return
+  action.sa_mask = previous.sa_mask;
+  handlerEntered = sigaction(SIGINT, &action, nullptr) == 0;
+}
+
+/// Puts the handler back, unless somebody put another one in its place meanwhile.
+void leaveHandler() {
+  if (!handlerEntered) return;
+  struct sigaction current = {};
+  const bool isOurs = sigaction(SIGINT, nullptr, &current) == 0 &&
+                      (current.sa_flags & SA_SIGINFO) && current.sa_sigaction == onInterrupt;
+  if (isOurs) sigaction(SIGINT, &previous, nullptr);
+  handlerEntered = false;
+}
+
+} // namespace
+
+Activity::Activity() {
+  if (depth++ > 0) return;
+  int error = activityLock().tryTake();
+  if (error == EBUSY) {
+    PyThreadState* const state = PyEval_SaveThread();
+    error = activityLock().take();
+    PyEval_RestoreThread(state);
+  }
+  // A host that is not of Python may hold it on this thread already (EDEADLK): then it is held.
+  taken_ = error == 0;
+}
+
+Activity::~Activity() {
+  --depth;
+  if (taken_) activityLock().giveUp();
+}
+
+PythonUnlocked::PythonUnlocked() { unlocked = PyEval_SaveThread(); }
+
+PythonUnlocked::~PythonUnlocked() {
+  PyThreadState* const state = unlocked;
+  unlocked = nullptr;
+  PyEval_RestoreThread(state);
+}
+
+Interrupts::Interrupts() : exceptions_(std::uncaught_exceptions()) {
+  if (interruptible++ == 0) enterHandler();
+}
+
+Interrupts::~Interrupts() noexcept(false) {
+  if (--interruptible == 0) {
+    leaveHandler();
+    scrivo::clearInterrupt();
+  }
+  runSignalHandlers(std::uncaught_exceptions() > exceptions_);
+}
+
+void prepareLibrary() {
+  Lumo::enableThreadSafePointers = true;
+  activityLock().releaseHooksAre({released, retaken});
+}
+
+} // namespace rova_python

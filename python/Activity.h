@@ -1,0 +1,55 @@
+// The locks around work in the library, and the interrupts that reach it.
+//
+// Who works in the library holds the activity lock of the process. Order of the locks: the activity
+// lock first, then Python's. A thread that holds Python's lock never waits for the activity lock
+// with it, and may then wait for Python's while it holds the activity lock.
+#pragma once
+
+#include "Ref.h"
+
+#include <signal.h>
+
+namespace rova_python {
+
+/// Holds the activity lock for its life; Python's lock is held before, after and during it. One
+/// thread may nest them.
+class Activity {
+ public:
+  Activity();
+  ~Activity();
+  Activity(const Activity&) = delete;
+  Activity& operator=(const Activity&) = delete;
+
+ private:
+  bool taken_ = false;
+};
+
+/// Gives Python's lock up for its life, so that other threads of Python run while the library waits
+/// for whoever reads its output. No Python object may be touched meanwhile.
+class PythonUnlocked {
+ public:
+  PythonUnlocked();
+  ~PythonUnlocked();
+  PythonUnlocked(const PythonUnlocked&) = delete;
+  PythonUnlocked& operator=(const PythonUnlocked&) = delete;
+};
+
+/// For the life of the object, SIGINT also stops what the library renders; the handler that was
+/// there is called too. At its end the wish is forgotten, and a pending signal of Python runs its
+/// handler: what that raises is thrown as `PythonError`, unless an exception is on its way.
+class Interrupts {
+ public:
+  Interrupts();
+  ~Interrupts() noexcept(false);
+  Interrupts(const Interrupts&) = delete;
+  Interrupts& operator=(const Interrupts&) = delete;
+
+ private:
+  int exceptions_;
+};
+
+/// Once, at import: Python's lock is given up wherever the library gives up the activity lock, and
+/// entities are counted as threads need it.
+void prepareLibrary();
+
+} // namespace rova_python
