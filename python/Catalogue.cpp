@@ -1,8 +1,11 @@
 #include "Catalogue.h"
 
+#include "Address.h"
 #include "Errors.h"
+#include "Text.h"
 #include "lumo/Type.h"
 
+#include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -41,19 +44,15 @@ constexpr Lumo::EnumName<ValueForm> forms[] = {
     {ValueForm::record, "record"},     {ValueForm::entity, "entity"},
 };
 
-Ref textOf(std::string_view text) {
-  return owned(PyUnicode_FromStringAndSize(text.data(), static_cast<Py_ssize_t>(text.size())));
-}
-
 /// None for a null text.
-Ref textOf(const char* text) { return text ? textOf(std::string_view(text)) : Ref::none(); }
+Ref textOf(const char* text) { return text ? strOf(text) : Ref::none(); }
 
-Ref nameOf(const Lumo::TypeRecord* type) { return textOf(type ? type->name : nullptr); }
+Ref typeName(const Lumo::TypeRecord* type) { return textOf(type ? type->name : nullptr); }
 
 template <class Enum, std::size_t count>
 Ref word(const Lumo::EnumName<Enum> (&names)[count], Enum value) {
   for (const auto& row : names) {
-    if (row.value == value) return textOf(row.name);
+    if (row.value == value) return strOf(row.name);
   }
   return Ref::none();
 }
@@ -82,7 +81,7 @@ std::span<const Lumo::ArgumentRecord> argumentsOf(const Lumo::ArgumentRecord* ta
 Ref describe(const Lumo::ArgumentRecord& argument) {
   Ref row = owned(PyDict_New());
   setItem(row, "name", textOf(argument.name));
-  setItem(row, "type", nameOf(argument.type));
+  setItem(row, "type", typeName(argument.type));
   return row;
 }
 
@@ -96,9 +95,9 @@ Ref describe(const Lumo::AttributeRecord& attribute) {
   setItem(row, "name", textOf(attribute.name));
   setItem(row, "kind", word(attributeKinds, attribute.kind));
   setItem(row, "index", owned(PyLong_FromUnsignedLong(attribute.index)));
-  setItem(row, "owner", nameOf(attribute.owner));
-  setItem(row, "type", nameOf(attribute.valueType));
-  setItem(row, "key", nameOf(attribute.keyType));
+  setItem(row, "owner", typeName(attribute.owner));
+  setItem(row, "type", typeName(attribute.valueType));
+  setItem(row, "key", typeName(attribute.keyType));
   setItem(row, "internalKey", textOf(attribute.internalKey));
   setItem(row, "arguments",
           listOf(argumentsOf(attribute.arguments.data()),
@@ -109,8 +108,50 @@ Ref describe(const Lumo::AttributeRecord& attribute) {
 }
 
 Ref describe(const Lumo::EnumEntry& entry) {
-  const Ref name = textOf(entry.name);
+  const Ref name = strOf(entry.name);
   return owned(Py_BuildValue("(OI)", name.get(), static_cast<unsigned>(entry.value)));
+}
+
+/// Whether the type reads a text as what the text says.
+bool reads(const Lumo::TypeRecord& type, const std::string& text) {
+  try {
+    const auto value = type.fromText(text);
+    return type.toText(value->voidPtrIs(type)) == Lumo::String(text);
+  } catch (const Lumo::RangeException&) {
+    return false;
+  }
+}
+
+/// The classes of `ipaddress` that the type's values are of, as an annotation writes them.
+std::string annotation(const Lumo::TypeRecord& type, const AddressType& address) {
+  const std::string_view shape = address.shape;
+  const bool hasLength = shape != "Address";
+  std::string text;
+  if (reads(type, hasLength ? "192.0.2.1/32" : "192.0.2.1"))
+    text += "ipaddress.IPv4" + std::string(shape);
+  if (reads(type, hasLength ? "2001:db8::1/128" : "2001:db8::1")) {
+    text += (text.empty() ? "" : " | ") + ("ipaddress.IPv6" + std::string(shape));
+  }
+  return text + (address.none ? " | None" : "");
+}
+
+/// What a value of the type is in Python; None for one of a class of its own.
+Ref pythonType(const Lumo::TypeRecord& type) {
+  if (const auto* const address = addressType(type)) return strOf(annotation(type, *address));
+  switch (type.form) {
+  case ValueForm::boolean:
+    return strOf("bool");
+  case ValueForm::integer:
+  case ValueForm::number:
+    return strOf("int");
+  case ValueForm::real:
+    return strOf("float");
+  case ValueForm::text:
+  case ValueForm::notation:
+    return strOf("str");
+  default:
+    return Ref::none();
+  }
 }
 
 Ref describe(const Lumo::TypeRecord& type) {
@@ -119,7 +160,8 @@ Ref describe(const Lumo::TypeRecord& type) {
   setItem(row, "name", textOf(type.name));
   setItem(row, "kind", word(typeKinds, type.kind));
   setItem(row, "form", word(forms, type.form));
-  setItem(row, "base", nameOf(type.base));
+  setItem(row, "python", pythonType(type));
+  setItem(row, "base", typeName(type.base));
   setItem(row, "constructor", listOf(argumentsOf(type.constructorArguments), each));
   setItem(row, "constructible", Ref::boolean(type.genericIfFromCtorArgs));
   setItem(row, "attributes", listOf(type.attributes, each));

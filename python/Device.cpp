@@ -3,12 +3,12 @@
 #include "Activity.h"
 #include "Errors.h"
 #include "Handles.h"
+#include "Text.h"
 #include "sources/Source.h"
 
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace rova_python {
 
@@ -24,19 +24,6 @@ struct DeviceObject {
 };
 
 Device*& deviceOf(PyObject* object) { return reinterpret_cast<DeviceObject*>(object)->device; }
-
-std::string bytesOf(const Ref& bytes) {
-  return {PyBytes_AS_STRING(bytes.get()), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes.get()))};
-}
-
-// Names of a device are bytes; those that are no UTF-8 pass through Python as surrogates.
-Ref textOf(std::string_view bytes) {
-  return owned(
-      PyUnicode_DecodeUTF8(bytes.data(), static_cast<Py_ssize_t>(bytes.size()), "surrogateescape"));
-}
-std::string nameOf(PyObject* text) {
-  return bytesOf(owned(PyUnicode_AsEncodedString(text, "utf-8", "surrogateescape")));
-}
 
 std::unique_ptr<Device> load(const std::string& source) {
   const Activity activity;
@@ -57,9 +44,7 @@ const state::VrfState& vrfOf(const Device& device, const std::string& name) {
 /// The name of an interface; nothing for None.
 std::optional<std::string> interfaceOf(PyObject* given) {
   if (!given || given == Py_None) return std::nullopt;
-  if (PyUnicode_Check(given)) return nameOf(given);
-  raise(PyExc_TypeError,
-        std::string("interface: expected str or None, found ") + Py_TYPE(given)->tp_name);
+  return bytesOf(given);
 }
 
 /// `ip` and `ip6`, which differ in the handles that they give.
@@ -75,7 +60,7 @@ PyObject* handlesMethod(PyObject* self, PyObject* args, PyObject* kwargs) {
     }
     const Device& device = *deviceOf(self);
     const Activity activity;
-    return handles({device.state, vrfOf(device, vrf ? nameOf(vrf) : L3::defaultVrfName),
+    return handles({device.state, vrfOf(device, vrf ? bytesOf(vrf) : L3::defaultVrfName),
                     interfaceOf(interface)});
   });
 }
@@ -84,7 +69,7 @@ PyObject* vrfs(PyObject* self, void*) {
   return guarded([&] {
     Ref list = owned(PyList_New(0));
     for (const auto& vrf : deviceOf(self)->state.vrfs) {
-      const Ref name = textOf(vrf.name.stringValue().view());
+      const Ref name = strOf(vrf.name.stringValue().view());
       check(PyList_Append(list.get(), name.get()));
     }
     return list;
@@ -92,12 +77,12 @@ PyObject* vrfs(PyObject* self, void*) {
 }
 
 PyObject* source(PyObject* self, void*) {
-  return guarded([&] { return textOf(deviceOf(self)->source); });
+  return guarded([&] { return strOf(deviceOf(self)->source); });
 }
 
 PyObject* repr(PyObject* self) {
   return guarded([&] {
-    const Ref name = textOf(deviceOf(self)->source);
+    const Ref name = strOf(deviceOf(self)->source);
     return owned(PyUnicode_FromFormat("<rova.Device %R>", name.get()));
   });
 }
@@ -162,7 +147,8 @@ PyObject* open(PyObject*, PyObject* args, PyObject* kwargs) {
                                      PyUnicode_FSConverter, &path)) {
       throw PythonError();
     }
-    auto device = load(bytesOf(Ref::steal(path)));
+    const Ref bytes = Ref::steal(path);
+    auto device = load(PyBytes_AS_STRING(bytes.get())); // the converter refuses a NUL inside
     Ref object = owned(deviceType->tp_alloc(deviceType, 0));
     deviceOf(object.get()) = device.release();
     return object;
