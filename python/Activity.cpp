@@ -1,12 +1,12 @@
 #include "Activity.h"
 
-#include "Errors.h"
 #include "lumo/ActivityLock.h"
 #include "lumo/Ptr.h"
 #include "scrivo/Interrupt.h"
 
 #include <cerrno>
 #include <exception>
+#include <signal.h>
 
 namespace rova_python {
 

@@ -5,9 +5,7 @@
 // with it, and may then wait for Python's while it holds the activity lock.
 #pragma once
 
-#include "Ref.h"
-
-#include <signal.h>
+#include "Errors.h"
 
 namespace rova_python {
 
@@ -23,6 +21,22 @@ class Activity {
  private:
   bool taken_ = false;
 };
+
+/// `guarded` and `guardedInt` in the library: with the activity lock.
+template <class Body>
+PyObject* locked(Body body) noexcept {
+  return guarded([&] {
+    const Activity activity;
+    return body();
+  });
+}
+template <class Body>
+int lockedInt(Body body) noexcept {
+  return guardedInt([&] {
+    const Activity activity;
+    return body();
+  });
+}
 
 /// Gives Python's lock up for its life, so that other threads of Python run while the library waits
 /// for whoever reads its output. No Python object may be touched meanwhile.

@@ -1,0 +1,323 @@
+#include "Collection.h"
+
+#include "Activity.h"
+#include "Convert.h"
+#include "Object.h"
+#include "Text.h"
+#include "lumo/Reflect.h"
+
+#include <memory>
+
+namespace rova_python {
+
+namespace {
+
+struct Collection {
+  PyObject_HEAD Lumo::GenericPtr object;
+  const Lumo::AttributeRecord* row;
+};
+
+/// What a walk gives.
+enum class Part { keys, values, items };
+
+struct Walker {
+  PyObject_HEAD Lumo::Walk walk;
+  Part part;
+};
+
+PyTypeObject* collectionType = nullptr;
+PyTypeObject* walkerType = nullptr;
+
+Collection& collectionOf(PyObject* self) { return *reinterpret_cast<Collection*>(self); }
+Walker& walkerOf(PyObject* self) { return *reinterpret_cast<Walker*>(self); }
+
+template <class Function>
+void* slot(Function function) {
+  return reinterpret_cast<void*>(function);
+}
+
+std::string nameOf(const Collection& self) {
+  return pythonName(self.object->type()) + "." + self.row->name;
+}
+
+void needChangeable(const Collection& self) {
+  if (!self.object->constant()) return;
+  raise(PyExc_TypeError, nameOf(self) + " can be read only: its handle is constant");
+}
+
+Lumo::GenericPtr keyFrom(const Collection& self, PyObject* key) {
+  auto value = namedFromPython(key, *self.row->keyType, "key");
+  if (!value) raise(PyExc_TypeError, nameOf(self) + " has no None among its keys");
+  return value;
+}
+
+Lumo::GenericPtr operate(const Collection& self, Lumo::OpCode code,
+                         const Lumo::GenericPtr& key = {}, const Lumo::GenericPtr& value = {}) {
+  return Lumo::operate(*self.object, {self.row, code}, key, value);
+}
+
+bool has(const Collection& self, const Lumo::GenericPtr& key) {
+  return Lumo::unwrap<bool>(operate(self, Lumo::OpCode::has, key));
+}
+
+/// The key that is a member's, or KeyError.
+Lumo::GenericPtr memberKey(const Collection& self, PyObject* key) {
+  auto found = keyFrom(self, key);
+  if (has(self, found)) return found;
+  PyErr_SetObject(PyExc_KeyError, key);
+  throw PythonError();
+}
+
+/// Where members hold their key themselves, requires that it is the one given.
+void needOwnKey(const Collection& self, const Lumo::GenericPtr& key,
+                const Lumo::GenericPtr& member) {
+  if (!self.row->internalKey || !member) return;
+  const Lumo::AttributeRecord* const inside = member->type().attribute(self.row->internalKey);
+  if (!inside) return;
+  const auto own = Lumo::operate(*member, {inside, Lumo::OpCode::read});
+  if (Lumo::unwrap<bool>(Lumo::operate(*key, {nullptr, Lumo::OpCode::equal}, own))) return;
+  raise(PyExc_ValueError, nameOf(self) + ": the key given is not the member's own " + inside->name);
+}
+
+Py_ssize_t length(PyObject* object) {
+  return lockedInt([&] {
+    return static_cast<int>(
+        Lumo::unwrap<std::uint32_t>(operate(collectionOf(object), Lumo::OpCode::count)));
+  });
+}
+
+PyObject* get(PyObject* object, PyObject* key) {
+  return locked([&] {
+    const Collection& self = collectionOf(object);
+    return toPython(operate(self, Lumo::OpCode::read, memberKey(self, key)));
+  });
+}
+
+int put(PyObject* object, PyObject* key, PyObject* value) {
+  return lockedInt([&] {
+    const Collection& self = collectionOf(object);
+    needChangeable(self);
+    if (!value) {
+      operate(self, Lumo::OpCode::del, memberKey(self, key));
+      return 0;
+    }
+    const auto own = keyFrom(self, key);
+    const auto member = namedFromPython(value, *self.row->valueType, self.row->name);
+    needOwnKey(self, own, member);
+    operate(self, Lumo::OpCode::write, own, member);
+    return 0;
+  });
+}
+
+int contains(PyObject* object, PyObject* key) {
+  return lockedInt([&] {
+    const Collection& self = collectionOf(object);
+    return has(self, keyFrom(self, key)) ? 1 : 0;
+  });
+}
+
+Ref startWalk(const Collection& self, Part part) {
+  Lumo::Walk walk(self.object, *self.row);
+  Ref made = owned(walkerType->tp_alloc(walkerType, 0));
+  new (&walkerOf(made.get()).walk) Lumo::Walk(std::move(walk));
+  walkerOf(made.get()).part = part;
+  return made;
+}
+
+PyObject* walkKeys(PyObject* object) {
+  return locked([&] { return startWalk(collectionOf(object), Part::keys); });
+}
+
+Ref partOf(const Walker& walker) {
+  if (walker.part == Part::keys) return toPython(walker.walk.key());
+  Ref value = toPython(walker.walk.value());
+  if (walker.part == Part::values) return value;
+  return owned(PyTuple_Pack(2, toPython(walker.walk.key()).get(), value.get()));
+}
+
+PyObject* step(PyObject* object) {
+  return locked([&]() -> Ref {
+    Walker& walker = walkerOf(object);
+    if (!walker.walk) return {}; // the end, without an exception
+    Ref part = partOf(walker);
+    walker.walk.next();
+    return part;
+  });
+}
+
+/// Equal to a mapping with the same keys and equal values.
+Ref equals(PyObject* object, PyObject* other) {
+  const Py_ssize_t size = PyMapping_Check(other) ? PyMapping_Size(other) : -1;
+  if (size < 0) {
+    PyErr_Clear();
+    return Ref::borrow(Py_NotImplemented);
+  }
+  if (size != length(object)) return Ref::boolean(false);
+  for (Ref walk = startWalk(collectionOf(object), Part::items);;) {
+    const Ref item = Ref::steal(PyIter_Next(walk.get()));
+    if (!item) break;
+    const Ref theirs = Ref::steal(PyObject_GetItem(other, PyTuple_GET_ITEM(item.get(), 0)));
+    if (!theirs && PyErr_ExceptionMatches(PyExc_KeyError)) {
+      PyErr_Clear();
+      return Ref::boolean(false);
+    }
+    if (!theirs) throw PythonError();
+    const int equal =
+        PyObject_RichCompareBool(PyTuple_GET_ITEM(item.get(), 1), theirs.get(), Py_EQ);
+    check(equal);
+    if (equal == 0) return Ref::boolean(false);
+  }
+  if (PyErr_Occurred()) throw PythonError();
+  return Ref::boolean(true);
+}
+
+PyObject* compare(PyObject* object, PyObject* other, int how) {
+  return locked([&]() -> Ref {
+    if (how != Py_EQ && how != Py_NE) return Ref::borrow(Py_NotImplemented);
+    Ref equal = equals(object, other);
+    if (how == Py_EQ || equal.get() == Py_NotImplemented) return equal;
+    return Ref::boolean(equal.get() != Py_True);
+  });
+}
+
+PyObject* represent(PyObject* object) {
+  return locked([&] {
+    return owned(PyUnicode_FromFormat("<collection %s, %zd members>",
+                                      nameOf(collectionOf(object)).c_str(), length(object)));
+  });
+}
+
+void destroyCollection(PyObject* object) {
+  PyTypeObject* const type = Py_TYPE(object);
+  {
+    const Activity activity;
+    std::destroy_at(&collectionOf(object).object);
+  }
+  type->tp_free(object);
+  Py_DECREF(type);
+}
+
+void destroyWalker(PyObject* object) {
+  PyTypeObject* const type = Py_TYPE(object);
+  {
+    const Activity activity;
+    std::destroy_at(&walkerOf(object).walk);
+  }
+  type->tp_free(object);
+  Py_DECREF(type);
+}
+
+// keys(), values() and items() are those of collections.abc, which are live too and sets where sets
+// make sense. Their walks alone are ours: theirs would look up each key again.
+
+PyObject* keysView = nullptr;
+PyObject* valuesView = nullptr;
+PyObject* itemsView = nullptr;
+
+PyObject* walkView(PyObject* view, Part part) {
+  return locked([&] {
+    const Ref mapping = owned(PyObject_GetAttrString(view, "_mapping"));
+    if (!PyObject_TypeCheck(mapping.get(), collectionType)) {
+      raise(PyExc_TypeError, "a view of a collection of the library is needed");
+    }
+    return startWalk(collectionOf(mapping.get()), part);
+  });
+}
+PyObject* walkValues(PyObject*, PyObject* view) { return walkView(view, Part::values); }
+PyObject* walkItems(PyObject*, PyObject* view) { return walkView(view, Part::items); }
+
+PyMethodDef valuesWalk = {"__iter__", walkValues, METH_O, nullptr};
+PyMethodDef itemsWalk = {"__iter__", walkItems, METH_O, nullptr};
+
+/// A view class like that of collections.abc, with a walk of our own.
+PyObject* makeView(PyObject* abc, const char* name, PyMethodDef* walk) {
+  const Ref view = owned(PyObject_GetAttrString(abc, name));
+  const Ref function = owned(PyCFunction_New(walk, nullptr));
+  const Ref method = owned(PyInstanceMethod_New(function.get()));
+  const Ref body = owned(
+      Py_BuildValue("{s(),ss,sO}", "__slots__", "__module__", "rova", "__iter__", method.get()));
+  const Ref metaclass = Ref::borrow(reinterpret_cast<PyObject*>(Py_TYPE(view.get())));
+  return owned(PyObject_CallFunction(metaclass.get(), "s(O)O", name, view.get(), body.get()))
+      .release();
+}
+
+PyObject* keys(PyObject* self, PyObject*) { return PyObject_CallOneArg(keysView, self); }
+PyObject* values(PyObject* self, PyObject*) { return PyObject_CallOneArg(valuesView, self); }
+PyObject* items(PyObject* self, PyObject*) { return PyObject_CallOneArg(itemsView, self); }
+
+PyMethodDef methods[] = {
+    {"keys", keys, METH_NOARGS, "keys($self, /)\n--\n\nA live view of the keys."},
+    {"values", values, METH_NOARGS, "values($self, /)\n--\n\nA live view of the members."},
+    {"items", items, METH_NOARGS, "items($self, /)\n--\n\nA live view of keys and members."},
+    {nullptr, nullptr, 0, nullptr},
+};
+
+PyTypeObject* makeCollectionType() {
+  PyType_Slot slots[] = {
+      {Py_tp_doc, const_cast<char*>("A collection of an object, as a live mapping.")},
+      {Py_tp_dealloc, slot(destroyCollection)},
+      {Py_tp_repr, slot(represent)},
+      {Py_tp_richcompare, slot(compare)},
+      {Py_tp_hash, slot(PyObject_HashNotImplemented)},
+      {Py_tp_iter, slot(walkKeys)},
+      {Py_mp_length, slot(length)},
+      {Py_mp_subscript, slot(get)},
+      {Py_mp_ass_subscript, slot(put)},
+      {Py_sq_contains, slot(contains)},
+      {Py_tp_methods, methods},
+      {0, nullptr},
+  };
+  PyType_Spec spec = {"rova.Collection", sizeof(Collection), 0,
+                      Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION | Py_TPFLAGS_MAPPING,
+                      slots};
+  return reinterpret_cast<PyTypeObject*>(owned(PyType_FromSpec(&spec)).release());
+}
+
+PyTypeObject* makeWalkerType() {
+  PyType_Slot slots[] = {
+      {Py_tp_doc, const_cast<char*>("A walk over a collection; it survives changes of it.")},
+      {Py_tp_dealloc, slot(destroyWalker)},
+      {Py_tp_iter, slot(PyObject_SelfIter)},
+      {Py_tp_iternext, slot(step)},
+      {0, nullptr},
+  };
+  PyType_Spec spec = {"rova.CollectionIterator", sizeof(Walker), 0,
+                      Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
+  return reinterpret_cast<PyTypeObject*>(owned(PyType_FromSpec(&spec)).release());
+}
+
+/// The rest of a mapping's methods are those that collections.abc makes from the ones here.
+void addMixins(PyObject* made, PyObject* mutableMapping) {
+  for (const char* name : {"get", "pop", "popitem", "clear", "update", "setdefault"}) {
+    const Ref function = owned(PyObject_GetAttrString(mutableMapping, name));
+    check(PyObject_SetAttrString(made, name, function.get()));
+  }
+  owned(PyObject_CallMethod(mutableMapping, "register", "O", made));
+}
+
+} // namespace
+
+Ref makeCollection(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& attribute) {
+  Ref made = owned(collectionType->tp_alloc(collectionType, 0));
+  new (&collectionOf(made.get()).object) Lumo::GenericPtr(object);
+  collectionOf(made.get()).row = &attribute;
+  return made;
+}
+
+PyObject* addCollection(PyObject* module) {
+  return guarded([&] {
+    collectionType = makeCollectionType();
+    walkerType = makeWalkerType();
+    const Ref abc = owned(PyImport_ImportModule("collections.abc"));
+    keysView = owned(PyObject_GetAttrString(abc.get(), "KeysView")).release();
+    valuesView = makeView(abc.get(), "ValuesView", &valuesWalk);
+    itemsView = makeView(abc.get(), "ItemsView", &itemsWalk);
+    const Ref mapping = owned(PyObject_GetAttrString(abc.get(), "MutableMapping"));
+    auto* const made = reinterpret_cast<PyObject*>(collectionType);
+    addMixins(made, mapping.get());
+    check(PyModule_AddObjectRef(module, "Collection", made));
+    return Ref::borrow(module);
+  });
+}
+
+} // namespace rova_python
