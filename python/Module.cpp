@@ -1,12 +1,11 @@
 // The extension module behind the package `rova`.
 #include "Activity.h"
+#include "Catalogue.h"
 #include "Collection.h"
+#include "Device.h"
 #include "Errors.h"
 #include "Types.h"
 
-#if __has_include("Device.h")
-#include "Device.h"
-#endif
 
 namespace rova_python {
 
@@ -29,9 +28,8 @@ constexpr PyObject* (*parts[])(PyObject*) = {
     addErrors,
     addCollection,
     addTypes,
-#if __has_include("Device.h")
+    addCatalogue,
     addDevice,
-#endif
 };
 
 Ref makeModule() {

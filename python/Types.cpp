@@ -3,6 +3,7 @@
 #include "Activity.h"
 #include "Attribute.h"
 #include "Method.h"
+#include "Model.h"
 #include "Object.h"
 #include "Text.h"
 
@@ -11,10 +12,6 @@
 #include <string>
 #include <unordered_map>
 #include <vector>
-
-#if __has_include("Model.h")
-#include "Model.h"
-#endif
 
 namespace rova_python {
 
@@ -94,7 +91,6 @@ std::string classDoc(const Lumo::TypeRecord& type) {
   return text;
 }
 
-#if __has_include("Model.h")
 PyObject* model(PyObject* self, PyObject* args, PyObject* kwargs) {
   return locked([&] { return modelOf(genericOf(self), args, kwargs); });
 }
@@ -112,9 +108,6 @@ void addModel(PyTypeObject* made, const Lumo::TypeRecord& type) {
   check(
       PyObject_SetAttrString(reinterpret_cast<PyObject*>(made), modelMethod.ml_name, method.get()));
 }
-#else
-void addModel(PyTypeObject*, const Lumo::TypeRecord&) {}
-#endif
 
 void addMethods(PyTypeObject* made, const Lumo::TypeRecord& type) {
   for (const Lumo::AttributeRecord& row : type.attributes) {
