@@ -4,6 +4,9 @@
 #include "Errors.h"
 #include "Types.h"
 
+#if __has_include("Catalogue.h")
+#include "Catalogue.h"
+#endif
 #if __has_include("Device.h")
 #include "Device.h"
 #endif
@@ -29,6 +32,9 @@ constexpr PyObject* (*parts[])(PyObject*) = {
     addErrors,
     addCollection,
     addTypes,
+#if __has_include("Catalogue.h")
+    addCatalogue,
+#endif
 #if __has_include("Device.h")
     addDevice,
 #endif
