@@ -28,6 +28,17 @@ class CollectorPause {
   bool wasEnabled_;
 };
 
+/// One level of nesting, which Python's limit on the depth of calls bounds.
+class Level {
+ public:
+  Level() {
+    if (Py_EnterRecursiveCall(" while reading a model") != 0) throw PythonError();
+  }
+  ~Level() { Py_LeaveRecursiveCall(); }
+  Level(const Level&) = delete;
+  Level& operator=(const Level&) = delete;
+};
+
 /// Makes the objects of one document.
 class Reader {
  public:
@@ -60,6 +71,7 @@ class Reader {
 };
 
 Ref Reader::readObject(json::object object) {
+  const Level level;
   Ref dictionary = owned(PyDict_New());
   for (auto field : object) {
     const Ref key = keys_.text(std::string_view(field.unescaped_key()));
@@ -71,6 +83,7 @@ Ref Reader::readObject(json::object object) {
 }
 
 Ref Reader::readArray(json::array array) {
+  const Level level;
   Ref list = owned(PyList_New(0));
   for (json::value value : array) {
     const Ref member = read(value);

@@ -115,6 +115,21 @@ void display(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& method
   callMethod(object, method, none.get(), named.get());
 }
 
+PyObject* modelOfBytes(PyObject*, PyObject* bytes) {
+  return guarded([&] {
+    char* text = nullptr;
+    Py_ssize_t length = 0;
+    check(PyBytes_AsStringAndSize(bytes, &text, &length));
+    return modelOfText({text, static_cast<std::size_t>(length)});
+  });
+}
+
+PyMethodDef functions[] = {
+    {"_model_of_text", modelOfBytes, METH_O,
+     "_model_of_text(text, /)\n--\n\nThe model in what a display wrote, as bytes."},
+    {nullptr, nullptr, 0, nullptr},
+};
+
 } // namespace
 
 const Lumo::AttributeRecord* displayMethod(const Lumo::TypeRecord& type) {
@@ -143,6 +158,10 @@ Ref modelOf(const Lumo::GenericPtr& object, PyObject* args, PyObject* kwargs) {
   display(object, *method, file.descriptor(), args, kwargs);
   const auto length = file.length();
   return modelOfBraced(file.map(length + 1 + jsonPadding), length);
+}
+
+PyObject* addModels(PyObject* module) {
+  return PyModule_AddFunctions(module, functions) < 0 ? nullptr : module;
 }
 
 } // namespace rova_python

@@ -23,4 +23,8 @@ Ref modelOf(const Lumo::GenericPtr& object, PyObject* args, PyObject* kwargs);
 /// attributes of those names; null when the type displays nothing.
 const Lumo::AttributeRecord* displayMethod(const Lumo::TypeRecord& type);
 
+/// Adds `_model_of_text`, for the package's own tests and benchmark. Null with a Python exception
+/// when that fails.
+PyObject* addModels(PyObject* module);
+
 } // namespace rova_python

@@ -4,8 +4,8 @@
 #include "Collection.h"
 #include "Device.h"
 #include "Errors.h"
+#include "Model.h"
 #include "Types.h"
-
 
 namespace rova_python {
 
@@ -25,11 +25,7 @@ PyModuleDef definition = {
 
 /// What each part enters in the module.
 constexpr PyObject* (*parts[])(PyObject*) = {
-    addErrors,
-    addCollection,
-    addTypes,
-    addCatalogue,
-    addDevice,
+    addErrors, addCollection, addTypes, addCatalogue, addDevice, addModels,
 };
 
 Ref makeModule() {

@@ -5,8 +5,7 @@
 """
 
 import sys
-
-import rova
+from pathlib import Path
 
 HEADER = '''"""Routing state of a device, and the displays of it, as Python objects."""
 
@@ -176,6 +175,10 @@ class Stubs:
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
+    # Beside this file stands the package's source, which lacks the extension module.
+    here = Path(__file__).resolve().parent
+    sys.path[:] = [path for path in sys.path if Path(path).resolve() != here]
+    import rova
     registered = {row["name"] for row in rova.types()}
     text = Stubs(rova.types(all=True), registered).text()
     with open(sys.argv[1], "w", encoding="utf-8") as file:

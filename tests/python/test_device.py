@@ -121,10 +121,11 @@ def test_handles_outlive_the_device():
 
 
 def test_agents_inputs_come_by_their_names():
-    handles = open_scenario("static-routes").ip()
-    assert handles["routeInput"]
-    for agent, routes in handles["routeInput"].items():
-        assert isinstance(agent, str) and len(routes.route) > 0
+    device = open_scenario("static-routes")
+    inputs = device.ip("red")["routeInput"]
+    assert {agent: len(routes.route) for agent, routes in inputs.items()} == {"config": 2, "agent": 2}
+    assert list(device.ip6("red")["routeInput"]) == ["agent"]
+    assert device.ip()["routeInput"] == {}
 
 
 def test_devices_are_opened_by_several_threads():
