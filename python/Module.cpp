@@ -27,25 +27,22 @@ PyModuleDef definition = {
     nullptr,
 };
 
-/// What each part enters in the module.
-constexpr PyObject* (*parts[])(PyObject*) = {
-    addErrors,
-    addCollection,
-    addTypes,
-#if __has_include("Catalogue.h")
-    addCatalogue,
-#endif
-#if __has_include("Device.h")
-    addDevice,
-#endif
-};
-
+/// The module with what each part enters in it.
 Ref makeModule() {
   prepareLibrary();
   Ref module = owned(PyModule_Create(&definition));
-  for (const auto add : parts) {
+  const auto enter = [&](PyObject* (*add)(PyObject*)) {
     if (!add(module.get())) throw PythonError();
-  }
+  };
+  enter(addErrors);
+  enter(addCollection);
+  enter(addTypes);
+#if __has_include("Catalogue.h")
+  enter(addCatalogue);
+#endif
+#if __has_include("Device.h")
+  enter(addDevice);
+#endif
   return module;
 }
 
