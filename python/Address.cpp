@@ -19,47 +19,61 @@ Lumo::GenericPtr nullPrefix(const Lumo::TypeRecord&) {
   return Lumo::wrapAttrValue(Prefix::nullPrefix());
 }
 
+constexpr const char* addressShape = "Address";
+constexpr const char* networkShape = "Network";
+constexpr const char* interfaceShape = "Interface";
+
 // The only place that knows types of the library by name: what is the same in `ipaddress`.
 constexpr AddressType types[] = {
-    {"Kesh::IpAddr", "Address", nullptr},
-    {"Kesh::Ip6Addr", "Address", nullptr},
-    {"Kesh::IpGenAddr", "Address", unset},
-    {"Kesh::Prefix", "Network", nullPrefix<Kesh::Prefix>},
-    {"Kesh::Ip6Prefix", "Network", nullPrefix<Kesh::Ip6Prefix>},
-    {"Kesh::IpGenPrefix", "Network", unset},
-    {"Kesh::IpAddrWithMask", "Interface", nullptr},
-    {"Kesh::Ip6AddrWithMask", "Interface", nullptr},
+    {"Kesh::IpAddr", addressShape, nullptr},
+    {"Kesh::Ip6Addr", addressShape, nullptr},
+    {"Kesh::IpGenAddr", addressShape, unset},
+    {"Kesh::Prefix", networkShape, nullPrefix<Kesh::Prefix>},
+    {"Kesh::Ip6Prefix", networkShape, nullPrefix<Kesh::Ip6Prefix>},
+    {"Kesh::IpGenPrefix", networkShape, unset},
+    {"Kesh::IpAddrWithMask", interfaceShape, nullptr},
+    {"Kesh::Ip6AddrWithMask", interfaceShape, nullptr},
 };
 
-/// A class of `ipaddress`, by "IPv4Network" and the like. Borrowed: the module outlives all.
+/// A class of `ipaddress`, by "IPv4Network" and the like.
 PyObject* ipaddressClass(const std::string& name) {
-  static PyObject* const module = PyImport_ImportModule("ipaddress");
-  if (!module) throw PythonError();
-  PyObject* const dict = PyModule_GetDict(module);
-  PyObject* const found = PyDict_GetItemString(dict, name.c_str());
-  if (!found) raise(PyExc_ImportError, "ipaddress has no " + name);
-  return found;
+  const Ref module = owned(PyImport_ImportModule("ipaddress"));
+  return owned(PyObject_GetAttrString(module.get(), name.c_str())).release();
+}
+
+/// The classes of a shape. Kept: looking them up would cost as much as what they do.
+struct Classes {
+  explicit Classes(const std::string& shape)
+      : ip4(ipaddressClass("IPv4" + shape)), ip6(ipaddressClass("IPv6" + shape)) {}
+  PyObject* ip4;
+  PyObject* ip6;
+};
+
+const Classes& classesOf(std::string_view shape) {
+  static const Classes addresses(addressShape), networks(networkShape), interfaces(interfaceShape);
+  return shape == addressShape ? addresses : shape == networkShape ? networks : interfaces;
 }
 
 bool isAddressObject(PyObject* object) {
-  static PyObject* const classes = [] {
-    const auto named = [](const char* name) { return ipaddressClass(name); };
-    return owned(PyTuple_Pack(4, named("IPv4Address"), named("IPv6Address"), named("IPv4Network"),
-                              named("IPv6Network")))
-        .release(); // the interfaces are derived from the addresses
-  }();
-  const int is = PyObject_IsInstance(object, classes);
-  check(is);
-  return is == 1;
+  // Interfaces are derived from addresses.
+  for (const char* const shape : {addressShape, networkShape}) {
+    for (PyObject* const made : {classesOf(shape).ip4, classesOf(shape).ip6}) {
+      if (PyObject_TypeCheck(object, reinterpret_cast<PyTypeObject*>(made))) return true;
+    }
+  }
+  return false;
 }
 
-/// The address in network byte order, which `ipaddress` takes faster than its text.
-Ref packed(const std::string& address, bool isIp6) {
+/// The address as `ipaddress` takes it fastest: a number for IPv4, bytes for IPv6.
+Ref addressNumber(const std::string& text, bool isIp6) {
   unsigned char bytes[16];
-  if (inet_pton(isIp6 ? AF_INET6 : AF_INET, address.c_str(), bytes) != 1) {
-    raise(PyExc_ValueError, "'" + address + "' is no address");
+  if (inet_pton(isIp6 ? AF_INET6 : AF_INET, text.c_str(), bytes) != 1) {
+    raise(PyExc_ValueError, "'" + text + "' is no address");
   }
-  return owned(PyBytes_FromStringAndSize(reinterpret_cast<const char*>(bytes), isIp6 ? 16 : 4));
+  if (isIp6) return owned(PyBytes_FromStringAndSize(reinterpret_cast<const char*>(bytes), 16));
+  const std::uint32_t number =
+      std::uint32_t{bytes[0]} << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
+  return owned(PyLong_FromUnsignedLong(number));
 }
 
 } // namespace
@@ -76,14 +90,15 @@ Ref addressToPython(const AddressType& address, const Lumo::String& text) {
   const std::string_view whole = text.view();
   const auto slash = whole.find('/');
   const bool isIp6 = whole.find(':') != whole.npos;
-  Ref bytes = packed(std::string(whole.substr(0, slash)), isIp6);
-  PyObject* const made = ipaddressClass(std::string(isIp6 ? "IPv6" : "IPv4") + address.shape);
-  if (slash == whole.npos) return owned(PyObject_CallOneArg(made, bytes.get()));
+  const Ref number = addressNumber(std::string(whole.substr(0, slash)), isIp6);
+  const Classes& classes = classesOf(address.shape);
+  PyObject* const made = isIp6 ? classes.ip6 : classes.ip4;
+  if (slash == whole.npos) return owned(PyObject_CallOneArg(made, number.get()));
 
   int length = 0;
   std::from_chars(whole.data() + slash + 1, whole.data() + whole.size(), length);
   if (length < 0) return Ref::none();
-  const Ref pair = owned(Py_BuildValue("(Oi)", bytes.get(), length));
+  const Ref pair = owned(Py_BuildValue("(Oi)", number.get(), length));
   return owned(PyObject_CallOneArg(made, pair.get()));
 }
 

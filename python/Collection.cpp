@@ -13,7 +13,8 @@ namespace rova_python {
 namespace {
 
 struct Collection {
-  PyObject_HEAD Lumo::GenericPtr object;
+  PyObject head;
+  Lumo::GenericPtr object;
   const Lumo::AttributeRecord* row;
 };
 
@@ -21,8 +22,10 @@ struct Collection {
 enum class Part { keys, values, items };
 
 struct Walker {
-  PyObject_HEAD Lumo::Walk walk;
+  PyObject head;
+  Lumo::Walk walk;
   Part part;
+  bool begun; ///< the walk stands at what was given last, which may be deleted meanwhile
 };
 
 PyTypeObject* collectionType = nullptr;
@@ -138,10 +141,9 @@ Ref partOf(const Walker& walker) {
 PyObject* step(PyObject* object) {
   return locked([&]() -> Ref {
     Walker& walker = walkerOf(object);
-    if (!walker.walk) return {}; // the end, without an exception
-    Ref part = partOf(walker);
-    walker.walk.next();
-    return part;
+    if (walker.begun && walker.walk) walker.walk.next();
+    walker.begun = true;
+    return walker.walk ? partOf(walker) : Ref(); // the end has no exception
   });
 }
 
@@ -241,6 +243,17 @@ PyObject* makeView(PyObject* abc, const char* name, PyMethodDef* walk) {
       .release();
 }
 
+PyObject* pop(PyObject* object, PyObject* args) {
+  return locked([&]() -> Ref {
+    PyObject *key, *fallback = nullptr;
+    if (!PyArg_UnpackTuple(args, "pop", 1, 2, &key, &fallback)) throw PythonError();
+    const Collection& self = collectionOf(object);
+    needChangeable(self);
+    if (fallback && !has(self, keyFrom(self, key))) return Ref::borrow(fallback);
+    return toPython(operate(self, Lumo::OpCode::del, memberKey(self, key)));
+  });
+}
+
 PyObject* keys(PyObject* self, PyObject*) { return PyObject_CallOneArg(keysView, self); }
 PyObject* values(PyObject* self, PyObject*) { return PyObject_CallOneArg(valuesView, self); }
 PyObject* items(PyObject* self, PyObject*) { return PyObject_CallOneArg(itemsView, self); }
@@ -249,6 +262,9 @@ PyMethodDef methods[] = {
     {"keys", keys, METH_NOARGS, "keys($self, /)\n--\n\nA live view of the keys."},
     {"values", values, METH_NOARGS, "values($self, /)\n--\n\nA live view of the members."},
     {"items", items, METH_NOARGS, "items($self, /)\n--\n\nA live view of keys and members."},
+    {"pop", pop, METH_VARARGS,
+     "pop($self, key, default=..., /)\n--\n\n"
+     "Deletes the member and gives it; the default, or KeyError, when there is none."},
     {nullptr, nullptr, 0, nullptr},
 };
 
@@ -288,7 +304,7 @@ PyTypeObject* makeWalkerType() {
 
 /// The rest of a mapping's methods are those that collections.abc makes from the ones here.
 void addMixins(PyObject* made, PyObject* mutableMapping) {
-  for (const char* name : {"get", "pop", "popitem", "clear", "update", "setdefault"}) {
+  for (const char* name : {"get", "popitem", "clear", "update", "setdefault"}) {
     const Ref function = owned(PyObject_GetAttrString(mutableMapping, name));
     check(PyObject_SetAttrString(made, name, function.get()));
   }

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
 #include <structmember.h>
 
 namespace rova_python {
@@ -18,7 +17,8 @@ namespace {
 
 /// The method as its class holds it. It works like a function: an instance binds it.
 struct Method {
-  PyObject_HEAD PyTypeObject* owner;
+  PyObject head;
+  PyTypeObject* owner;
   const Lumo::AttributeRecord* row;
 };
 
@@ -86,9 +86,8 @@ class Arguments {
   std::array<PyObject*, Lumo::AttributeRecord::maxArguments> found_{};
 };
 
-/// Whether the method may write to a descriptor, and so wait for its reader: it has one as an
-/// argument, or its object has one.
-bool mayWaitForReader(const Lumo::TypeRecord& type, const Lumo::AttributeRecord& method) {
+/// Whether the method may write to a descriptor: it has one as an argument, or its object has one.
+bool mayWrite(const Lumo::TypeRecord& type, const Lumo::AttributeRecord& method) {
   constexpr std::string_view descriptor = "fd";
   return type.attribute(descriptor) ||
          std::any_of(method.arguments.begin(), method.arguments.end(), [&](const auto& argument) {
@@ -98,11 +97,12 @@ bool mayWaitForReader(const Lumo::TypeRecord& type, const Lumo::AttributeRecord&
 
 Lumo::GenericPtr run(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& method,
                      const Lumo::GenericArguments& arguments) {
+  const Lumo::AttributeOp op{&method, Lumo::OpCode::call, {arguments.data(), arguments.size()}};
+  if (!mayWrite(object->type(), method)) return Lumo::operate(*object, op);
+  // Only what writes sees an interrupt, and waits for a reader, who may be another thread.
   const Interrupts interrupts;
-  std::optional<PythonUnlocked> unlocked;
-  if (mayWaitForReader(object->type(), method)) unlocked.emplace();
-  return Lumo::operate(*object,
-                       {&method, Lumo::OpCode::call, {arguments.data(), arguments.size()}});
+  const PythonUnlocked unlocked;
+  return Lumo::operate(*object, op);
 }
 
 PyObject* call(PyObject* self, PyObject* args, PyObject* kwargs) {
@@ -231,7 +231,6 @@ Ref makeMethod(PyTypeObject* owner, const Lumo::AttributeRecord& method) {
 
 void makeMethodType() {
   PyType_Slot slots[] = {
-      {Py_tp_doc, const_cast<char*>("A method of one of the library's types.")},
       {Py_tp_call, slot(call)},
       {Py_tp_descr_get, slot(bind)},
       {Py_tp_dealloc, slot(destroy)},

@@ -23,17 +23,19 @@ PyModuleDef definition = {
     nullptr,
 };
 
-/// What each part enters in the module.
-constexpr PyObject* (*parts[])(PyObject*) = {
-    addErrors, addCollection, addTypes, addCatalogue, addDevice, addModels,
-};
-
+/// The module with what each part enters in it.
 Ref makeModule() {
   prepareLibrary();
   Ref module = owned(PyModule_Create(&definition));
-  for (const auto add : parts) {
+  const auto enter = [&](PyObject* (*add)(PyObject*)) {
     if (!add(module.get())) throw PythonError();
-  }
+  };
+  enter(addErrors);
+  enter(addCollection);
+  enter(addTypes);
+  enter(addCatalogue);
+  enter(addDevice);
+  enter(addModels);
   return module;
 }
 

@@ -14,7 +14,8 @@ namespace rova_python {
 namespace {
 
 struct Instance {
-  PyObject_HEAD Lumo::GenericPtr value;
+  PyObject head;
+  Lumo::GenericPtr value;
 };
 
 PyTypeObject* base = nullptr;
