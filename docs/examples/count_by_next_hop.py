@@ -12,7 +12,8 @@ import rova
 
 def next_hops(route):
     """Where a route leads; a set, since several of its vias may lead to one next hop."""
-    return {via.get("nexthopAddr") or via.get("interface", "nowhere") for via in route["vias"]}
+    vias = route.get("vias") or [{}]
+    return {via.get("nexthopAddr") or via.get("interface") or "nowhere" for via in vias}
 
 
 def main(state):

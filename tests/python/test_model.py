@@ -4,7 +4,10 @@ import gc
 import json
 import os
 import resource
+import signal
 import sys
+import threading
+import time
 
 import pytest
 
@@ -152,6 +155,25 @@ def test_arguments_that_a_display_does_not_take(vrfs_device, args, kwargs, messa
 def test_types_that_display_nothing_have_no_model(vrfs_device):
     assert not hasattr(rova.RouteSummary(vrfs_device.ip()), "model")
     assert not hasattr(rova.CachedVia(), "model")
+
+
+def test_an_interrupt_ends_the_display(tmp_path):
+    routes = {f"10.{i >> 8}.{i & 255}.0/24": {"type": "static", "fec": "0.1"}
+              for i in range(65_000)}
+    state = tmp_path / "state.json"
+    state.write_text(json.dumps({
+        "rovaSnapshot": 1, "vrfs": {"default": {"routingStatus": routes}},
+        "forwardingStatus": {"0.1": {"vias": [{"hop": "192.0.2.1", "interface": "Ethernet1"}]}}}))
+    device = rova.open(state)
+    before = open_descriptors()
+    timer = threading.Timer(0.01, os.kill, (os.getpid(), signal.SIGINT))
+    sorter = rova.RouteSorter(device.ip())
+    timer.start()
+    with pytest.raises(KeyboardInterrupt):
+        sorter.model()
+        time.sleep(10)  # the display was quicker than the timer
+    assert open_descriptors() == before
+    assert len(rova.RouteSorter(device.ip()).model()["routes"]) == 65_000
 
 
 def open_descriptors():
