@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <exception>
 #include <signal.h>
+#include <vector>
 
 namespace rova_python {
 
@@ -16,6 +17,12 @@ namespace {
 thread_local int depth = 0;
 /// The thread's state while it works without Python's lock, else null.
 thread_local PyThreadState* unlocked = nullptr;
+
+/// Python's lock guards it. Never destroyed: Python ends objects until the process does.
+std::vector<std::unique_ptr<Discarded>>& discarded() {
+  static auto* const waiting = new std::vector<std::unique_ptr<Discarded>>;
+  return *waiting;
+}
 
 Lumo::Lock& activityLock() { return Lumo::ActivityUnlockAnchor::lock(); }
 
@@ -81,22 +88,28 @@ void leaveHandler() {
 
 } // namespace
 
-Activity::Activity() {
-  if (depth++ > 0) return;
-  int error = activityLock().tryTake();
-  if (error == EBUSY) {
-    PyThreadState* const state = PyEval_SaveThread();
-    error = activityLock().take();
-    PyEval_RestoreThread(state);
+Activity::Activity(Wait wait) {
+  if (depth == 0) {
+    int error = activityLock().tryTake();
+    if (error == EBUSY && wait == Wait::yes) {
+      PyThreadState* const state = PyEval_SaveThread();
+      error = activityLock().take();
+      PyEval_RestoreThread(state);
+    }
+    taken_ = error == 0;
+    // A host that is not of Python may have it on this thread already: then it is held.
+    held_ = taken_ || error == EDEADLK;
   }
-  // A host that is not of Python may hold it on this thread already (EDEADLK): then it is held.
-  taken_ = error == 0;
+  if (held_) ++depth;
 }
 
 Activity::~Activity() {
-  --depth;
+  if (taken_) discarded().clear();
+  if (held_) --depth;
   if (taken_) activityLock().giveUp();
 }
+
+void discardLater(std::unique_ptr<Discarded> later) { discarded().push_back(std::move(later)); }
 
 PythonUnlocked::PythonUnlocked() { unlocked = PyEval_SaveThread(); }
 

@@ -7,19 +7,28 @@
 
 #include "Errors.h"
 
+#include <memory>
+#include <utility>
+
 namespace rova_python {
 
 /// Holds the activity lock for its life; Python's lock is held before, after and during it. One
 /// thread may nest them.
 class Activity {
  public:
-  Activity();
+  enum class Wait { yes, no };
+
+  /// Without waiting it does without the lock when another thread has it.
+  explicit Activity(Wait wait = Wait::yes);
   ~Activity();
   Activity(const Activity&) = delete;
   Activity& operator=(const Activity&) = delete;
 
+  explicit operator bool() const { return held_; }
+
  private:
-  bool taken_ = false;
+  bool held_ = true;
+  bool taken_ = false; ///< by this object, not by one around it
 };
 
 /// `guarded` and `guardedInt` in the library: with the activity lock.
@@ -36,6 +45,29 @@ int lockedInt(Body body) noexcept {
     const Activity activity;
     return body();
   });
+}
+
+/// Something of the library that waits for its end.
+struct Discarded {
+  virtual ~Discarded() = default;
+};
+/// Keeps it until the activity lock is given back.
+void discardLater(std::unique_ptr<Discarded> discarded);
+
+/// Destroys part of a Python object that ends. Python ends objects wherever it happens to be, on
+/// the thread for one that reads what another one lists: so it never waits for the activity lock.
+template <class T>
+void discard(T& value) {
+  if (const Activity activity(Activity::Wait::no); !activity) {
+    struct Held : Discarded {
+      explicit Held(T&& held) : value(std::move(held)) {}
+      T value;
+    };
+    discardLater(std::make_unique<Held>(std::move(value)));
+    std::destroy_at(&value); // nothing is left in it
+  } else {
+    std::destroy_at(&value);
+  }
 }
 
 /// Gives Python's lock up for its life, so that other threads of Python run while the library waits

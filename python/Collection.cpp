@@ -191,20 +191,14 @@ PyObject* represent(PyObject* object) {
 
 void destroyCollection(PyObject* object) {
   PyTypeObject* const type = Py_TYPE(object);
-  {
-    const Activity activity;
-    std::destroy_at(&collectionOf(object).object);
-  }
+  discard(collectionOf(object).object);
   type->tp_free(object);
   Py_DECREF(type);
 }
 
 void destroyWalker(PyObject* object) {
   PyTypeObject* const type = Py_TYPE(object);
-  {
-    const Activity activity;
-    std::destroy_at(&walkerOf(object).walk);
-  }
+  discard(walkerOf(object).walk);
   type->tp_free(object);
   Py_DECREF(type);
 }

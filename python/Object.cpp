@@ -32,10 +32,7 @@ PyObject* create(PyTypeObject* type, PyObject* args, PyObject* kwargs) {
 
 void destroy(PyObject* self) {
   PyTypeObject* const type = Py_TYPE(self);
-  {
-    const Activity activity; // an entity may end here, and with it others
-    std::destroy_at(&reinterpret_cast<Instance*>(self)->value);
-  }
+  discard(reinterpret_cast<Instance*>(self)->value);
   type->tp_free(self);
   Py_DECREF(type);
 }

@@ -132,15 +132,17 @@ def test_a_signal_handler_ends_a_selection(large):
 
 
 def test_a_thread_reads_what_another_lists(large):
-    """Python's lock is free while the library waits for the reader of its output."""
+    """Python's lock is free while the library waits for the reader of its output, who may end
+    objects of the library meanwhile."""
+    fec = rova.CachedFec(1)
+    ended = [rova.CachedVia(), rova.CachedFec(2), fec.via, iter(fec.via)]
+    received = []
     with pipe() as (read, write):
-        received = []
 
         def drain():
-            while chunk := os.read(read, 65536):
-                received.append(chunk)
-                if chunk.endswith(b"\0"):
-                    return
+            while not received or not received[-1].endswith(b"\0"):
+                received.append(os.read(read, 65536))
+                ended.clear()
 
         reader = threading.Thread(target=drain)
         reader.start()
