@@ -7,8 +7,10 @@
 #include "sources/Source.h"
 
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace rova_python {
 
@@ -20,14 +22,17 @@ struct Device {
 };
 
 struct DeviceObject {
-  PyObject_HEAD Device* device;
+  PyObject base;
+  std::unique_ptr<Device> device;
 };
 
-Device*& deviceOf(PyObject* object) { return reinterpret_cast<DeviceObject*>(object)->device; }
+std::unique_ptr<Device>& deviceOf(PyObject* object) {
+  return reinterpret_cast<DeviceObject*>(object)->device;
+}
 
 std::unique_ptr<Device> load(const std::string& source) {
   const Activity activity;
-  const PythonUnlocked others;
+  const PythonUnlocked unlocked;
   return std::make_unique<Device>(Device{sources::open(source), source});
 }
 
@@ -50,7 +55,7 @@ std::optional<std::string> interfaceOf(PyObject* given) {
 /// `ip` and `ip6`, which differ in the handles that they give.
 template <Ref (*handles)(const HandleQuery&)>
 PyObject* handlesMethod(PyObject* self, PyObject* args, PyObject* kwargs) {
-  return guarded([&] {
+  return locked([&] {
     static const char* const names[] = {"vrf", "interface", nullptr};
     PyObject* vrf = nullptr;
     PyObject* interface = nullptr;
@@ -59,7 +64,6 @@ PyObject* handlesMethod(PyObject* self, PyObject* args, PyObject* kwargs) {
       throw PythonError();
     }
     const Device& device = *deviceOf(self);
-    const Activity activity;
     return handles({device.state, vrfOf(device, vrf ? bytesOf(vrf) : L3::defaultVrfName),
                     interfaceOf(interface)});
   });
@@ -89,10 +93,7 @@ PyObject* repr(PyObject* self) {
 
 void deallocate(PyObject* self) {
   PyTypeObject* const type = Py_TYPE(self);
-  {
-    const Activity activity;
-    delete deviceOf(self);
-  }
+  discard(deviceOf(self));
   type->tp_free(self);
   Py_DECREF(type);
 }
@@ -150,7 +151,7 @@ PyObject* open(PyObject*, PyObject* args, PyObject* kwargs) {
     const Ref bytes = Ref::steal(path);
     auto device = load(PyBytes_AS_STRING(bytes.get())); // the converter refuses a NUL inside
     Ref object = owned(deviceType->tp_alloc(deviceType, 0));
-    deviceOf(object.get()) = device.release();
+    new (&deviceOf(object.get())) std::unique_ptr<Device>(std::move(device));
     return object;
   });
 }
