@@ -12,11 +12,12 @@ HEADER = '''"""Routing state of a device, and the displays of it, as Python obje
 import enum
 import ipaddress
 import os
-from collections.abc import Mapping, MutableMapping
+from collections.abc import Iterator, MutableMapping
 from typing import Any, Generic, TypeVar, overload
 
 _K = TypeVar("_K")
 _V = TypeVar("_V")
+_D = TypeVar("_D")
 _T = TypeVar("_T", bound="Object")
 
 class Error(Exception): ...
@@ -46,7 +47,17 @@ class Object:
     def __lt__(self: _T, other: _T) -> bool: ...
     def __gt__(self: _T, other: _T) -> bool: ...
 
-class Collection(MutableMapping[_K, _V], Generic[_K, _V]): ...
+# Keys and values are also taken in all the forms that the attributes of their types take.
+class Collection(MutableMapping[_K, _V], Generic[_K, _V]):
+    def __getitem__(self, key: Any, /) -> _V: ...
+    def __setitem__(self, key: Any, value: Any, /) -> None: ...
+    def __delitem__(self, key: Any, /) -> None: ...
+    def __iter__(self) -> Iterator[_K]: ...
+    def __len__(self) -> int: ...
+    @overload
+    def get(self, key: Any, /) -> _V | None: ...
+    @overload
+    def get(self, key: Any, /, default: _V | _D) -> _V | _D: ...
 '''
 
 COLLECTIONS = ("ordered", "hashed")
@@ -121,7 +132,15 @@ class Stubs:
             result += " | None"
         return [f"def {attribute['name']}({', '.join(parameters)}) -> {result}: ..."]
 
-    def attribute(self, attribute):
+    def is_writable_in_base(self, row, name):
+        """A type may fix what the type that it is derived from lets one write."""
+        while row["base"]:
+            row = self.types[row["base"]]
+            if any(a["name"] == name and not a["readOnly"] for a in row["attributes"]):
+                return True
+        return False
+
+    def attribute(self, row, attribute):
         name, kind = attribute["name"], attribute["kind"]
         if kind == "method":
             return self.method(attribute)
@@ -132,6 +151,8 @@ class Stubs:
         if self.is_handle(attribute["type"]):
             value += " | None"
         lines = ["@property", f"def {name}(self) -> {value}: ..."]
+        if attribute["readOnly"] and self.is_writable_in_base(row, name):
+            lines[0] += "  # type: ignore[misc]"
         if not attribute["readOnly"]:
             taken = self.taken(attribute["type"])
             if self.is_handle(attribute["type"]):
@@ -160,7 +181,7 @@ class Stubs:
             return self.enumeration(row)
         body = self.constructor(row) if row["constructible"] else []
         for attribute in row["attributes"]:
-            body += self.attribute(attribute)
+            body += self.attribute(row, attribute)
         body += self.model(row)
         base = self.class_name(row["base"]) if row["base"] else "Object"
         head = f"class {self.class_name(row['name'])}({base}):"

@@ -18,9 +18,9 @@ def main(state):
     device = rova.open(state)
     count = 0
     for vrf in device.vrfs:
-        listings = (rova.RouteSorter(device.ip(vrf)), rova.Route6Sorter(device.ip6(vrf)))
-        for listing in listings:
-            for prefix in missing(listing.model()):
+        for listing in (rova.RouteSorter(device.ip(vrf)).model(),
+                        rova.Route6Sorter(device.ip6(vrf)).model()):
+            for prefix in missing(listing):
                 print(f"{vrf}: {prefix}")
                 count += 1
     return 1 if count else 0
