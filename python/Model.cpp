@@ -102,16 +102,16 @@ class OutputAttributes {
 /// Has the object display itself on the descriptor.
 void display(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& method, int fd,
              PyObject* args, PyObject* kwargs) {
+  const Ref none = owned(PyTuple_New(0));
   if (outputArguments(method) == 0) {
     const Activity activity;
     const OutputAttributes output(*object, fd, modelFormat);
-    callMethod(object, method, args, kwargs);
+    callMethod(object, method, args ? args : none.get(), kwargs);
     return;
   }
   const Ref named = namedArguments(method, args, kwargs);
   setOutput(named, "fd", fd);
   setOutput(named, "fmt", modelFormat);
-  const Ref none = owned(PyTuple_New(0));
   callMethod(object, method, none.get(), named.get());
 }
 

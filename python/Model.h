@@ -14,9 +14,9 @@ namespace rova_python {
 /// the members of an object without its braces. Raises rova.Error for a text that is no model.
 Ref modelOfText(std::string_view json);
 
-/// Renders the object's display and gives its model. `args` and `kwargs` (which may be null) are
-/// those of the displaying method, without descriptor and format. Raises TypeError for an object
-/// that displays nothing, and what the display raises.
+/// Renders the object's display and gives its model. `args` and `kwargs`, each of which may be
+/// null, are those of the displaying method, without descriptor and format. Raises TypeError for an
+/// object that displays nothing, and what the display raises.
 Ref modelOf(const Lumo::GenericPtr& object, PyObject* args, PyObject* kwargs);
 
 /// The method that displays: the first with the arguments `fd` and `fmt`, or `dump` beside plain
