@@ -305,9 +305,20 @@ void addMixins(PyObject* made, PyObject* mutableMapping) {
   owned(PyObject_CallMethod(mutableMapping, "register", "O", made));
 }
 
+bool hasAttribute(const Lumo::TypeRecord& type, const Lumo::AttributeRecord& attribute) {
+  for (const Lumo::TypeRecord* at = &type; at; at = at->base) {
+    if (Lumo::isSameType(*at, *attribute.owner)) return true;
+  }
+  return false;
+}
+
 } // namespace
 
 Ref makeCollection(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& attribute) {
+  // Python lets the class of an object be changed, and walks do not look at the type.
+  if (!hasAttribute(object->type(), attribute)) {
+    raise(PyExc_TypeError, pythonName(object->type()) + " has no collection " + attribute.name);
+  }
   Ref made = owned(collectionType->tp_alloc(collectionType, 0));
   new (&collectionOf(made.get()).object) Lumo::GenericPtr(object);
   collectionOf(made.get()).row = &attribute;

@@ -99,10 +99,14 @@ Lumo::GenericPtr run(const Lumo::GenericPtr& object, const Lumo::AttributeRecord
                      const Lumo::GenericArguments& arguments) {
   const Lumo::AttributeOp op{&method, Lumo::OpCode::call, {arguments.data(), arguments.size()}};
   if (!mayWrite(object->type(), method)) return Lumo::operate(*object, op);
-  // Only what writes sees an interrupt, and waits for a reader, who may be another thread.
-  const Interrupts interrupts;
-  const PythonUnlocked unlocked;
-  return Lumo::operate(*object, op);
+  Lumo::GenericPtr result;
+  {
+    // Only what writes sees an interrupt, and waits for a reader, who may be another thread.
+    const Interrupts interrupts;
+    const PythonUnlocked unlocked;
+    result = Lumo::operate(*object, op);
+  }
+  return result;
 }
 
 PyObject* call(PyObject* self, PyObject* args, PyObject* kwargs) {
