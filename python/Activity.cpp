@@ -121,13 +121,20 @@ PythonUnlocked::~PythonUnlocked() {
 
 Interrupts::Interrupts() : exceptions_(std::uncaught_exceptions()) {
   if (interruptible++ == 0) enterHandler();
+  if (PyErr_CheckSignals() < 0) { // one that came before would end nothing any more
+    leave();
+    throw PythonError();
+  }
+}
+
+void Interrupts::leave() {
+  if (--interruptible > 0) return;
+  leaveHandler();
+  scrivo::clearInterrupt();
 }
 
 Interrupts::~Interrupts() noexcept(false) {
-  if (--interruptible == 0) {
-    leaveHandler();
-    scrivo::clearInterrupt();
-  }
+  leave();
   runSignalHandlers(std::uncaught_exceptions() > exceptions_);
 }
 

@@ -81,8 +81,9 @@ class PythonUnlocked {
 };
 
 /// For the life of the object, SIGINT also stops what the library renders; the handler that was
-/// there is called too. At its end the wish is forgotten, and a pending signal of Python runs its
-/// handler: what that raises is thrown as `PythonError`, unless an exception is on its way.
+/// there is called too. At its begin and its end pending signals of Python run their handlers: what
+/// one raises is thrown as `PythonError`, unless an exception is on its way. At its end the wish is
+/// forgotten.
 class Interrupts {
  public:
   Interrupts();
@@ -91,7 +92,8 @@ class Interrupts {
   Interrupts& operator=(const Interrupts&) = delete;
 
  private:
-  int exceptions_;
+  void leave();
+  int exceptions_; ///< under way at the begin
 };
 
 /// Once, at import: Python's lock is given up wherever the library gives up the activity lock, and

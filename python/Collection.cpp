@@ -30,6 +30,7 @@ struct Walker {
 
 PyTypeObject* collectionType = nullptr;
 PyTypeObject* walkerType = nullptr;
+PyObject* mappingClass = nullptr; ///< of collections.abc
 
 Collection& collectionOf(PyObject* self) { return *reinterpret_cast<Collection*>(self); }
 Walker& walkerOf(PyObject* self) { return *reinterpret_cast<Walker*>(self); }
@@ -147,38 +148,48 @@ PyObject* step(PyObject* object) {
   });
 }
 
-/// Equal to a mapping with the same keys and equal values.
-Ref equals(PyObject* object, PyObject* other) {
-  const Py_ssize_t size = PyMapping_Check(other) ? PyMapping_Size(other) : -1;
-  if (size < 0) {
+/// The other mapping's member of that key; empty when it has none or such keys are none of its.
+Ref memberOf(PyObject* mapping, PyObject* key) {
+  Ref member = Ref::steal(PyObject_GetItem(mapping, key));
+  if (member) return member;
+  for (PyObject* const expected : {PyExc_KeyError, PyExc_TypeError, PyExc_ValueError}) {
+    if (!PyErr_ExceptionMatches(expected)) continue;
     PyErr_Clear();
-    return Ref::borrow(Py_NotImplemented);
+    return {};
   }
-  if (size != length(object)) return Ref::boolean(false);
-  for (Ref walk = startWalk(collectionOf(object), Part::items);;) {
-    const Ref item = Ref::steal(PyIter_Next(walk.get()));
-    if (!item) break;
-    const Ref theirs = Ref::steal(PyObject_GetItem(other, PyTuple_GET_ITEM(item.get(), 0)));
-    if (!theirs && PyErr_ExceptionMatches(PyExc_KeyError)) {
-      PyErr_Clear();
-      return Ref::boolean(false);
-    }
-    if (!theirs) throw PythonError();
+  throw PythonError();
+}
+
+bool isMapping(PyObject* object) {
+  const int is = PyObject_IsInstance(object, mappingClass);
+  check(is);
+  return is == 1;
+}
+
+/// Whether a mapping has the same keys with equal values.
+bool equals(PyObject* object, PyObject* other) {
+  const Py_ssize_t size = PyObject_Size(other);
+  if (size < 0) throw PythonError();
+  if (size != length(object)) return false;
+  const Ref walk = startWalk(collectionOf(object), Part::items);
+  while (const Ref item = Ref::steal(PyIter_Next(walk.get()))) {
+    const Ref theirs = memberOf(other, PyTuple_GET_ITEM(item.get(), 0));
+    if (!theirs) return false;
     const int equal =
         PyObject_RichCompareBool(PyTuple_GET_ITEM(item.get(), 1), theirs.get(), Py_EQ);
     check(equal);
-    if (equal == 0) return Ref::boolean(false);
+    if (equal == 0) return false;
   }
   if (PyErr_Occurred()) throw PythonError();
-  return Ref::boolean(true);
+  return true;
 }
 
 PyObject* compare(PyObject* object, PyObject* other, int how) {
   return locked([&]() -> Ref {
-    if (how != Py_EQ && how != Py_NE) return Ref::borrow(Py_NotImplemented);
-    Ref equal = equals(object, other);
-    if (how == Py_EQ || equal.get() == Py_NotImplemented) return equal;
-    return Ref::boolean(equal.get() != Py_True);
+    if ((how != Py_EQ && how != Py_NE) || !isMapping(other)) {
+      return Ref::borrow(Py_NotImplemented);
+    }
+    return Ref::boolean(equals(object, other) == (how == Py_EQ));
   });
 }
 
@@ -305,9 +316,20 @@ void addMixins(PyObject* made, PyObject* mutableMapping) {
   owned(PyObject_CallMethod(mutableMapping, "register", "O", made));
 }
 
+bool hasAttribute(const Lumo::TypeRecord& type, const Lumo::AttributeRecord& attribute) {
+  for (const Lumo::TypeRecord* at = &type; at; at = at->base) {
+    if (Lumo::isSameType(*at, *attribute.owner)) return true;
+  }
+  return false;
+}
+
 } // namespace
 
 Ref makeCollection(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& attribute) {
+  // Python lets the class of an object be changed, and walks do not look at the type.
+  if (!hasAttribute(object->type(), attribute)) {
+    raise(PyExc_TypeError, pythonName(object->type()) + " has no collection " + attribute.name);
+  }
   Ref made = owned(collectionType->tp_alloc(collectionType, 0));
   new (&collectionOf(made.get()).object) Lumo::GenericPtr(object);
   collectionOf(made.get()).row = &attribute;
@@ -322,6 +344,7 @@ PyObject* addCollection(PyObject* module) {
     keysView = owned(PyObject_GetAttrString(abc.get(), "KeysView")).release();
     valuesView = makeView(abc.get(), "ValuesView", &valuesWalk);
     itemsView = makeView(abc.get(), "ItemsView", &itemsWalk);
+    mappingClass = owned(PyObject_GetAttrString(abc.get(), "Mapping")).release();
     const Ref mapping = owned(PyObject_GetAttrString(abc.get(), "MutableMapping"));
     auto* const made = reinterpret_cast<PyObject*>(collectionType);
     addMixins(made, mapping.get());

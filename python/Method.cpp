@@ -7,7 +7,6 @@
 #include "Types.h"
 #include "lumo/Reflect.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <structmember.h>
 
@@ -86,23 +85,28 @@ class Arguments {
   std::array<PyObject*, Lumo::AttributeRecord::maxArguments> found_{};
 };
 
-/// Whether the method may write to a descriptor: it has one as an argument, or its object has one.
+/// Whether the method may write to a descriptor: it has one as an argument, or its object has one
+/// and the method is no mere question.
 bool mayWrite(const Lumo::TypeRecord& type, const Lumo::AttributeRecord& method) {
   constexpr std::string_view descriptor = "fd";
-  return type.attribute(descriptor) ||
-         std::any_of(method.arguments.begin(), method.arguments.end(), [&](const auto& argument) {
-           return argument.name && argument.name == descriptor;
-         });
+  for (const Lumo::ArgumentRecord& argument : method.arguments) {
+    if (argument.name && argument.name == descriptor) return true;
+  }
+  return !method.isConstant && type.attribute(descriptor);
 }
 
 Lumo::GenericPtr run(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& method,
                      const Lumo::GenericArguments& arguments) {
   const Lumo::AttributeOp op{&method, Lumo::OpCode::call, {arguments.data(), arguments.size()}};
   if (!mayWrite(object->type(), method)) return Lumo::operate(*object, op);
-  // Only what writes sees an interrupt, and waits for a reader, who may be another thread.
-  const Interrupts interrupts;
-  const PythonUnlocked unlocked;
-  return Lumo::operate(*object, op);
+  Lumo::GenericPtr result;
+  {
+    // Only what writes sees an interrupt, and waits for a reader, who may be another thread.
+    const Interrupts interrupts;
+    const PythonUnlocked unlocked;
+    result = Lumo::operate(*object, op);
+  }
+  return result;
 }
 
 PyObject* call(PyObject* self, PyObject* args, PyObject* kwargs) {

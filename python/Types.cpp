@@ -172,18 +172,22 @@ void makeEnumeration(MadeClass& entry) {
 }
 
 MadeClass& entryOf(const Lumo::TypeRecord& type) {
-  MadeClass*& known = classByRecord[&type];
-  if (known) return *known;
-  MadeClass& entry =
-      classes().try_emplace(type.name, MadeClass{&type, {}, {}, {}, {}}).first->second;
-  if (!entry.made) {
-    if (type.form == Lumo::ValueForm::enumeration) {
-      makeEnumeration(entry);
-    } else {
-      makeClass(entry);
-    }
+  if (const auto known = classByRecord.find(&type); known != classByRecord.end()) {
+    return *known->second;
   }
-  return *(classByRecord[&type] = &entry); // the map may have grown meanwhile
+  auto found = classes().find(std::string_view(type.name));
+  if (found == classes().end()) {
+    MadeClass made{&type, {}, {}, {}, {}};
+    if (type.form == Lumo::ValueForm::enumeration) {
+      makeEnumeration(made);
+    } else {
+      makeClass(made);
+    }
+    // Moving keeps the places of what the class points to.
+    found = classes().emplace(type.name, std::move(made)).first;
+  }
+  classByRecord.emplace(&type, &found->second);
+  return found->second;
 }
 
 using TypesByName = std::map<std::string_view, const Lumo::TypeRecord*>;

@@ -63,6 +63,18 @@ def test_views_are_those_of_mappings(texts):
     assert (4, "vier") not in texts.items()
 
 
+def test_equality_is_that_of_mappings():
+    fec, other = rova.CachedFec(1), rova.CachedFec(2)
+    for key in [rova.CachedVia(viaIndex=1), rova.CachedVia(viaIndex=2)]:
+        fec.via[key] = other.via[key] = True
+    assert fec.via == other.via
+    other.via[rova.CachedVia(viaIndex=2)] = False
+    assert fec.via != other.via
+    other.interface.update({1: "a", 2: "b"})
+    for different in [other.interface, {1: True, 2: True}, {}, [1, 2], "ab", None]:
+        assert fec.via != different and not fec.via == different
+
+
 def test_views_are_live_and_keep_their_object():
     fec = rova.CachedFec(1)
     interface, other = fec.interface, fec.interface

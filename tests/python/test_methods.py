@@ -2,10 +2,14 @@
 
 import inspect
 import os
+from ipaddress import IPv4Address
+from pathlib import Path
 
 import pytest
 
 import rova
+
+SCENARIOS = Path(__file__).resolve().parents[1] / "scenarios"
 
 
 @pytest.fixture
@@ -28,8 +32,17 @@ def test_results_of_each_kind(sorter):
     fec = sorter.viasForPrefix("10.1.0.0/16")
     assert isinstance(fec, rova.CachedFec) and len(fec.via) == 1
     assert sorter.viasForPrefix("10.9.0.0/16") is None
-    result = rova.InvalidNextHopChecker().check
-    assert callable(result)
+
+
+@pytest.mark.parametrize("checker, family, config, hop, vrf, own", [
+    (rova.InvalidNextHopChecker, "ip", "ipConfig", IPv4Address("10.0.1.1"), "default", True),
+    (rova.InvalidNextHopChecker, "ip", "ipConfig", "10.0.1.1", "red", False),
+    (rova.InvalidNextHop6Checker, "ip6", "ip6Config", "2001:db8::1", "default", True),
+    (rova.InvalidNextHop6Checker, "ip6", "ip6Config", "2001:db8::2", "default", False),
+])
+def test_handles_as_arguments(checker, family, config, hop, vrf, own):
+    handles = getattr(rova.open(SCENARIOS / "static-checks" / "snapshot.json"), family)()
+    assert checker().check(handles[config], hop, vrfName=vrf) is own
 
 
 @pytest.mark.parametrize("call, message", [

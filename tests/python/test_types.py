@@ -6,9 +6,6 @@ import pytest
 
 import rova
 
-RouteKey = rova.type_of("Routing::RouteKey")
-ConfigGen = rova.type_of("Routing::ConfigGen")
-
 
 def test_registered_types_are_classes_of_the_module():
     for name in ["RouteSorter", "Route6Summary", "CachedVia", "AddressQueryResult", "RovaConsts"]:
@@ -130,15 +127,13 @@ def test_hashes_are_those_of_the_library():
         hash(rova.CachedVia())
 
 
-def test_an_entity_is_one_identity():
+def test_an_entity_is_one_identity(vrfs_device):
     fec, other = rova.CachedFec(1), rova.CachedFec(1)
-    sets = rova.StaticRoutesRibCommon  # has a handle to a directory among its attributes
     assert fec == fec and fec != other and len({fec, fec, other}) == 2
     assert repr(fec).startswith("<rova.CachedFec at 0x")
-    assert sets is rova.type_of("Rova::StaticRoutesRibCommon")
-    read = [ConfigGen(), ConfigGen()]
-    summaries = [rova.type_of("Routing::RouteList") for _ in read]
-    assert read[0] != read[1] and summaries[0] is summaries[1]
+    given = vrfs_device.ip()["routingConfig"]
+    read = [rova.RouteSummary(vrfs_device.ip()).routingConfig for _ in range(2)]
+    assert read[0] == read[1] == given and hash(read[0]) == hash(given)
 
 
 CONSTS = ("Value('Rova::RovaConsts', ** {'defaultStaticRoutePreference': "
