@@ -1,10 +1,12 @@
 #include "Catalogue.h"
 
+#include "Activity.h"
 #include "Address.h"
 #include "Errors.h"
 #include "Text.h"
 #include "lumo/Type.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -127,12 +129,15 @@ std::string annotation(const Lumo::TypeRecord& type, const AddressType& address)
   const std::string_view shape = address.shape;
   const bool hasLength = shape != "Address";
   std::string text;
-  if (reads(type, hasLength ? "192.0.2.1/32" : "192.0.2.1"))
-    text += "ipaddress.IPv4" + std::string(shape);
-  if (reads(type, hasLength ? "2001:db8::1/128" : "2001:db8::1")) {
-    text += (text.empty() ? "" : " | ") + ("ipaddress.IPv6" + std::string(shape));
+  const auto add = [&](const std::string& name) { text += (text.empty() ? "" : " | ") + name; };
+  if (reads(type, hasLength ? "192.0.2.1/32" : "192.0.2.1")) {
+    add("ipaddress.IPv4" + std::string(shape));
   }
-  return text + (address.none ? " | None" : "");
+  if (reads(type, hasLength ? "2001:db8::1/128" : "2001:db8::1")) {
+    add("ipaddress.IPv6" + std::string(shape));
+  }
+  if (address.none) add("None");
+  return text;
 }
 
 /// What a value of the type is in Python; None for one of a class of its own.
@@ -173,8 +178,8 @@ Ref describe(const Lumo::TypeRecord& type) {
 class Reached {
  public:
   void add(const Lumo::TypeRecord* type) {
-    if (!type || std::string_view(type->name) == "void" || !names_.insert(type->name).second)
-      return;
+    if (!type || !type->FromVoidPointer) return; // of void there are no values
+    if (!names_.insert(type->name).second) return;
     types_.push_back(type);
     add(type->base);
     for (const auto& attribute : type->attributes) {
@@ -191,7 +196,7 @@ class Reached {
 };
 
 PyObject* types(PyObject*, PyObject* args, PyObject* kwargs) {
-  return guarded([&] {
+  return locked([&] {
     static const char* const names[] = {"all", nullptr};
     int all = 0;
     if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|p:types", const_cast<char**>(names), &all)) {
