@@ -1,8 +1,10 @@
 #include "Collection.h"
 
 #include "Activity.h"
+#include "CollectionWalk.h"
 #include "Convert.h"
 #include "Object.h"
+#include "Slot.h"
 #include "Text.h"
 #include "lumo/Reflect.h"
 
@@ -18,27 +20,10 @@ struct Collection {
   const Lumo::AttributeRecord* row;
 };
 
-/// What a walk gives.
-enum class Part { keys, values, items };
-
-struct Walker {
-  PyObject head;
-  Lumo::Walk walk;
-  Part part;
-  bool begun; ///< the walk stands at what was given last, which may be deleted meanwhile
-};
-
 PyTypeObject* collectionType = nullptr;
-PyTypeObject* walkerType = nullptr;
 PyObject* mappingClass = nullptr; ///< of collections.abc
 
 Collection& collectionOf(PyObject* self) { return *reinterpret_cast<Collection*>(self); }
-Walker& walkerOf(PyObject* self) { return *reinterpret_cast<Walker*>(self); }
-
-template <class Function>
-void* slot(Function function) {
-  return reinterpret_cast<void*>(function);
-}
 
 std::string nameOf(const Collection& self) {
   return pythonName(self.object->type()) + "." + self.row->name;
@@ -83,6 +68,8 @@ void needOwnKey(const Collection& self, const Lumo::GenericPtr& key,
   raise(PyExc_ValueError, nameOf(self) + ": the key given is not the member's own " + inside->name);
 }
 
+Ref walkOver(const Collection& self, Part part) { return startWalk(self.object, *self.row, part); }
+
 Py_ssize_t length(PyObject* object) {
   return lockedInt([&] {
     return static_cast<int>(
@@ -120,32 +107,8 @@ int contains(PyObject* object, PyObject* key) {
   });
 }
 
-Ref startWalk(const Collection& self, Part part) {
-  Lumo::Walk walk(self.object, *self.row);
-  Ref made = owned(walkerType->tp_alloc(walkerType, 0));
-  new (&walkerOf(made.get()).walk) Lumo::Walk(std::move(walk));
-  walkerOf(made.get()).part = part;
-  return made;
-}
-
 PyObject* walkKeys(PyObject* object) {
-  return locked([&] { return startWalk(collectionOf(object), Part::keys); });
-}
-
-Ref partOf(const Walker& walker) {
-  if (walker.part == Part::keys) return toPython(walker.walk.key());
-  Ref value = toPython(walker.walk.value());
-  if (walker.part == Part::values) return value;
-  return owned(PyTuple_Pack(2, toPython(walker.walk.key()).get(), value.get()));
-}
-
-PyObject* step(PyObject* object) {
-  return locked([&]() -> Ref {
-    Walker& walker = walkerOf(object);
-    if (walker.begun && walker.walk) walker.walk.next();
-    walker.begun = true;
-    return walker.walk ? partOf(walker) : Ref(); // the end has no exception
-  });
+  return locked([&] { return walkOver(collectionOf(object), Part::keys); });
 }
 
 /// The other mapping's member of that key; empty when it has none or such keys are none of its.
@@ -171,7 +134,7 @@ bool equals(PyObject* object, PyObject* other) {
   const Py_ssize_t size = PyObject_Size(other);
   if (size < 0) throw PythonError();
   if (size != length(object)) return false;
-  const Ref walk = startWalk(collectionOf(object), Part::items);
+  const Ref walk = walkOver(collectionOf(object), Part::items);
   while (const Ref item = Ref::steal(PyIter_Next(walk.get()))) {
     const Ref theirs = memberOf(other, PyTuple_GET_ITEM(item.get(), 0));
     if (!theirs) return false;
@@ -207,13 +170,6 @@ void destroyCollection(PyObject* object) {
   Py_DECREF(type);
 }
 
-void destroyWalker(PyObject* object) {
-  PyTypeObject* const type = Py_TYPE(object);
-  discard(walkerOf(object).walk);
-  type->tp_free(object);
-  Py_DECREF(type);
-}
-
 // keys(), values() and items() are those of collections.abc, which are live too and sets where sets
 // make sense. Their walks alone are ours: theirs would look up each key again.
 
@@ -227,7 +183,7 @@ PyObject* walkView(PyObject* view, Part part) {
     if (!PyObject_TypeCheck(mapping.get(), collectionType)) {
       raise(PyExc_TypeError, "a view of a collection of the library is needed");
     }
-    return startWalk(collectionOf(mapping.get()), part);
+    return walkOver(collectionOf(mapping.get()), part);
   });
 }
 PyObject* walkValues(PyObject*, PyObject* view) { return walkView(view, Part::values); }
@@ -294,19 +250,6 @@ PyTypeObject* makeCollectionType() {
   return reinterpret_cast<PyTypeObject*>(owned(PyType_FromSpec(&spec)).release());
 }
 
-PyTypeObject* makeWalkerType() {
-  PyType_Slot slots[] = {
-      {Py_tp_doc, const_cast<char*>("A walk over a collection; it survives changes of it.")},
-      {Py_tp_dealloc, slot(destroyWalker)},
-      {Py_tp_iter, slot(PyObject_SelfIter)},
-      {Py_tp_iternext, slot(step)},
-      {0, nullptr},
-  };
-  PyType_Spec spec = {"rova.CollectionIterator", sizeof(Walker), 0,
-                      Py_TPFLAGS_DEFAULT | Py_TPFLAGS_DISALLOW_INSTANTIATION, slots};
-  return reinterpret_cast<PyTypeObject*>(owned(PyType_FromSpec(&spec)).release());
-}
-
 /// The rest of a mapping's methods are those that collections.abc makes from the ones here.
 void addMixins(PyObject* made, PyObject* mutableMapping) {
   for (const char* name : {"get", "popitem", "clear", "update", "setdefault"}) {
@@ -339,7 +282,7 @@ Ref makeCollection(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& 
 PyObject* addCollection(PyObject* module) {
   return guarded([&] {
     collectionType = makeCollectionType();
-    walkerType = makeWalkerType();
+    makeWalkType();
     const Ref abc = owned(PyImport_ImportModule("collections.abc"));
     keysView = owned(PyObject_GetAttrString(abc.get(), "KeysView")).release();
     valuesView = makeView(abc.get(), "ValuesView", &valuesWalk);

@@ -3,6 +3,7 @@
 #include "Activity.h"
 #include "Convert.h"
 #include "Object.h"
+#include "Slot.h"
 #include "Text.h"
 #include "Types.h"
 #include "lumo/Reflect.h"
@@ -185,11 +186,6 @@ PyMemberDef members[] = {
     {"__objclass__", T_OBJECT, offsetof(Method, owner), READONLY, nullptr},
     {nullptr, 0, 0, 0, nullptr},
 };
-
-template <class Function>
-void* slot(Function function) {
-  return reinterpret_cast<void*>(function);
-}
 
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "Activity.h"
 #include "Construct.h"
+#include "Slot.h"
 #include "Text.h"
 #include "Types.h"
 #include "lumo/Reflect.h"
@@ -136,11 +137,6 @@ PyMethodDef methods[] = {
      "from_strep($type, text, /)\n--\n\nReads what `strep` gives."},
     {nullptr, nullptr, 0, nullptr},
 };
-
-template <class Function>
-void* slot(Function function) {
-  return reinterpret_cast<void*>(function);
-}
 
 } // namespace
 
