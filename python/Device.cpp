@@ -3,6 +3,7 @@
 #include "Activity.h"
 #include "Errors.h"
 #include "Handles.h"
+#include "Slot.h"
 #include "Text.h"
 #include "sources/Source.h"
 
@@ -103,11 +104,6 @@ PyCFunction asMethod(Function function) {
   return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function));
 }
 
-template <class Function>
-void* asSlot(Function function) {
-  return reinterpret_cast<void*>(function);
-}
-
 PyMethodDef methods[] = {
     {"ip", asMethod(handlesMethod<handles4>), METH_VARARGS | METH_KEYWORDS,
      "ip(vrf='default', interface=None)\n--\n\n"
@@ -127,8 +123,8 @@ PyGetSetDef properties[] = {
 PyType_Slot slots[] = {
     {Py_tp_doc, const_cast<char*>("The state of a device; rova.open gives one. Handles to its "
                                   "state outlive it.")},
-    {Py_tp_dealloc, asSlot(deallocate)},
-    {Py_tp_repr, asSlot(repr)},
+    {Py_tp_dealloc, slot(deallocate)},
+    {Py_tp_repr, slot(repr)},
     {Py_tp_methods, methods},
     {Py_tp_getset, properties},
     {0, nullptr},

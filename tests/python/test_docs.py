@@ -41,8 +41,8 @@ def test_an_example_without_a_state_says_how_it_is_used(example):
     assert result.returncode == 1 and f"{example.name} STATE" in result.stderr
 
 
-def test_sessions(monkeypatch):
-    """The blocks are one session: names of one are used in the next."""
+def test_interpreter_blocks(monkeypatch):
+    """The blocks belong together: names of one are used in the next."""
     monkeypatch.chdir(ROOT)
     text = "\n".join(blocks("pycon"))
     test = doctest.DocTestParser().get_doctest(text, {}, "docs/python.md", None, 0)

@@ -54,8 +54,8 @@ GROUPS = [listing for listing in listings("show", "nexthop-group") if query(list
 @pytest.mark.parametrize("listing", GROUPS, ids=lambda listing: listing.name)
 def test_nexthop_groups_are_those_that_the_command_lists(listing):
     vrf, _ = query(listing.words[2:])
-    helper = rova.NexthopGroupHelper(rova.open(listing.state).ip(vrf))
-    assert helper.model() == listing.expected
+    groups = rova.NexthopGroupHelper(rova.open(listing.state).ip(vrf))
+    assert groups.model() == listing.expected
 
 
 @pytest.mark.parametrize("words", ["vrf red", "vrf red dynamic"])
