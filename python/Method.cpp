@@ -7,6 +7,7 @@
 #include "Text.h"
 #include "Types.h"
 #include "lumo/Reflect.h"
+#include "scrivo/AttrInfo.h"
 
 #include <cstddef>
 #include <structmember.h>
@@ -30,6 +31,15 @@ std::size_t argumentCount(const Lumo::AttributeRecord& row) {
   std::size_t count = 0;
   while (row.arguments[count].name) ++count;
   return count;
+}
+
+/// The library stops the process over a format that does not exist.
+void needFormat(const Lumo::ArgumentRecord& argument, const Lumo::GenericPtr& value) {
+  constexpr std::string_view format = "fmt";
+  if (argument.name != format) return;
+  const Lumo::AnyInteger number = argument.type->toInteger(value->voidPtrIs(*argument.type));
+  if (number.bits == scrivo::textFormat || number.bits == scrivo::modelFormat) return;
+  raise(PyExc_ValueError, "fmt is 1 for text or 2 for JSON, found " + std::to_string(number.bits));
 }
 
 /// Pairs positional and keyword arguments with the method's own.
@@ -64,6 +74,7 @@ class Arguments {
       if (!found_[i]) fail(std::string("needs ") + argument.name);
       arguments.push_back(namedFromPython(found_[i], *argument.type, argument.name));
       if (!arguments.back()) fail(std::string(argument.name) + " may not be None");
+      needFormat(argument, arguments.back());
     }
     return arguments;
   }

@@ -10,14 +10,14 @@ from support import ROOT, CommandTest, run_program
 DOCUMENTS = ["docs/guide.md", "docs/python.md", "README.md"]
 BLOCK = re.compile(r"^```console\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 PROMPT = "$ rova "
-# Only states of the scenarios are the same on every machine.
-START = PROMPT + "--state tests/scenarios/"
+# Only states of the scenarios, and what needs no state, are the same on every machine.
+STARTS = (PROMPT + "--state tests/scenarios/", PROMPT + "types")
 
 
 def examples(document):
     """The commands of a document's console blocks on states of scenarios, with their outputs."""
     for block in BLOCK.findall(document):
-        if not block.startswith(START):
+        if not block.startswith(STARTS):
             continue
         for part in re.split(rf"^(?={re.escape(PROMPT)})", block, flags=re.MULTILINE)[1:]:
             command, _, output = part.partition("\n")

@@ -1,5 +1,6 @@
 # A program written against the installed headers compiles, links and runs.
-#   cmake -DBUILD=... -DWORK=... -DCONSUMER=... -DCXX=... [-DFLAGS=...] -P Install.cmake
+# The Python package imports from there, if there is one.
+#   cmake -DBUILD=... -DWORK=... -DCONSUMER=... -DCXX=... [-DFLAGS=...] [-DPYTHON=...] -P Install.cmake
 file(REMOVE_RECURSE ${WORK})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
@@ -19,4 +20,12 @@ endif()
 string(FIND "${output}" "\nVRF: default\n" place)
 if(place EQUAL -1)
   message(FATAL_ERROR "the consumer printed no listing of the default VRF:\n${output}")
+endif()
+if(PYTHON)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env PYTHONPATH=${WORK}/prefix/lib/python3/dist-packages
+    ${PYTHON} -c "import rova; print(len(rova.types()), rova.__file__)"
+    OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+  if(NOT result EQUAL 0 OR NOT output MATCHES "^32 ${WORK}/prefix")
+    message(FATAL_ERROR "the installed package does not import:\n${output}")
+  endif()
 endif()

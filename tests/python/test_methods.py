@@ -45,6 +45,12 @@ def test_handles_as_arguments(checker, family, config, hop, vrf, own):
     assert checker().check(handles[config], hop, vrfName=vrf) is own
 
 
+@pytest.mark.parametrize("fmt", [0, 3])
+def test_a_format_that_does_not_exist_is_refused(sorter, fmt):
+    with pytest.raises(ValueError, match=f"fmt is 1 for text or 2 for JSON, found {fmt}"):
+        sorter.printRoutes(1, fmt)
+
+
 @pytest.mark.parametrize("call, message", [
     (lambda s: s.protocolString(),
      "protocolString(p: Kesh::Prefix) -> Lumo::String: needs p"),
