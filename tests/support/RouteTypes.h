@@ -17,7 +17,7 @@ struct RouteTypeRow {
 
 /// Every type that has texts, in the order of the numbers.
 template <class RouteType>
-constexpr RouteTypeRow routeTypeRows[] = {
+inline constexpr RouteTypeRow routeTypeRows[] = {
     {0, "", "", "", ""},
     {1, "C", "connected", "C", "internal"},
     {2, "C", "connected", "C", "internal"},
@@ -56,7 +56,7 @@ constexpr RouteTypeRow routeTypeRows[] = {
 };
 
 template <>
-constexpr RouteTypeRow routeTypeRows<Routing6::Fib::RouteType>[] = {
+inline constexpr RouteTypeRow routeTypeRows<Routing6::Fib::RouteType>[] = {
     {0, "", "", "", ""},
     {1, "C", "connected", "C", "internal"},
     {2, "C", "connected", "C", "internal"},

@@ -30,7 +30,6 @@ constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind) {
   row.owner = &typeOf<Owner>();
   row.kind = kind;
   row.valueType = &typeOf<Field>();
-  if constexpr (isHandle<Field>) row.isHandleConst = std::is_const_v<typename Field::Element>;
   row.read = [](const void* object) {
     return wrapAttrValue(static_cast<const Owner*>(object)->*field);
   };

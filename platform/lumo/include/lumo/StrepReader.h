@@ -136,14 +136,4 @@ T sequenceToValue(StringIterator& at, const StringIterator& end) {
   }
 }
 
-/// The same for an attribute, whose name goes into the errors.
-template <class T>
-T deserializeAttr(StringIterator& at, const StringIterator& end, const char* attributeName) {
-  try {
-    return sequenceToValue<T>(at, end);
-  } catch (const RangeException& exception) {
-    rethrowFromDeserializeAttr(exception, attributeName);
-  }
-}
-
 } // namespace Lumo

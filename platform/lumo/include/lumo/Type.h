@@ -98,9 +98,8 @@ struct AttributeRecord {
   const char* internalKey = nullptr;     ///< the member's attribute that holds its key, if one does
   std::array<ArgumentRecord, maxArguments> arguments{}; ///< of a method; ended by a null name
   std::uint32_t index = 0;
-  bool mayBeNull = false;     ///< of a handle given to the constructor: null has a meaning
-  bool isConstant = false;    ///< of a method: it changes nothing
-  bool isHandleConst = false; ///< of a handle: what it leads to can be read only
+  bool mayBeNull = false;  ///< of a handle given to the constructor: null has a meaning
+  bool isConstant = false; ///< of a method: it changes nothing
 
   GenericPtr (*read)(const void* object) = nullptr;
   void (*write)(void* object, const GenericPtr& value) = nullptr;
