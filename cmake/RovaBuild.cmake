@@ -22,7 +22,12 @@ endif()
 
 find_program(ROVA_CCACHE ccache)
 if(ROVA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${ROVA_CCACHE})
+  # What lets it keep objects that were compiled with a precompiled header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ROVA_CCACHE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
+  endif()
 endif()
 
 # A tree's own public headers stand in include/, and a target sees the headers of those targets
