@@ -1,6 +1,6 @@
 #include "command/ShowTypes.h"
 
-#include "lumo/Type.h"
+#include "lumo/KindWords.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
 
@@ -14,43 +14,8 @@ namespace {
 
 using Lumo::AttributeKind;
 using Lumo::AttributeRecord;
+using Lumo::kindWord;
 using Lumo::TypeRecord;
-
-const char* kindWord(Lumo::TypeKind kind) {
-  switch (kind) {
-  case Lumo::TypeKind::entity:
-    return "entity";
-  case Lumo::TypeKind::value:
-    return "value";
-  case Lumo::TypeKind::statelessValue:
-    return "stateless value";
-  case Lumo::TypeKind::enumeration:
-    return "enumeration";
-  case Lumo::TypeKind::scalar:
-    break;
-  }
-  return "scalar";
-}
-
-const char* kindWord(AttributeKind kind) {
-  switch (kind) {
-  case AttributeKind::constructorArgument:
-    return "constructor";
-  case AttributeKind::writableConstructorArgument:
-    return "writable constructor";
-  case AttributeKind::plain:
-    return "plain";
-  case AttributeKind::ordered:
-    return "ordered";
-  case AttributeKind::hashed:
-    return "hashed";
-  case AttributeKind::method:
-    return "method";
-  case AttributeKind::computed:
-    break;
-  }
-  return "computed";
-}
 
 /// "(fd: U32, fmt: U32): bool" for a method, "VALUE by KEY" for a collection, the type for the
 /// rest.

@@ -4,7 +4,7 @@
 #include "Address.h"
 #include "Errors.h"
 #include "Text.h"
-#include "lumo/Type.h"
+#include "lumo/KindWords.h"
 
 #include <span>
 #include <string>
@@ -17,26 +17,7 @@ namespace rova_python {
 namespace {
 
 using Lumo::AttributeKind;
-using Lumo::TypeKind;
 using Lumo::ValueForm;
-
-constexpr Lumo::EnumName<TypeKind> typeKinds[] = {
-    {TypeKind::entity, "entity"},
-    {TypeKind::value, "value"},
-    {TypeKind::statelessValue, "statelessValue"},
-    {TypeKind::enumeration, "enumeration"},
-    {TypeKind::scalar, "scalar"},
-};
-
-constexpr Lumo::EnumName<AttributeKind> attributeKinds[] = {
-    {AttributeKind::constructorArgument, "constructorArgument"},
-    {AttributeKind::writableConstructorArgument, "writableConstructorArgument"},
-    {AttributeKind::plain, "plain"},
-    {AttributeKind::ordered, "ordered"},
-    {AttributeKind::hashed, "hashed"},
-    {AttributeKind::method, "method"},
-    {AttributeKind::computed, "computed"},
-};
 
 constexpr Lumo::EnumName<ValueForm> forms[] = {
     {ValueForm::none, "none"},         {ValueForm::boolean, "boolean"},
@@ -73,13 +54,6 @@ Ref listOf(const Range& range, Make make) {
   return list;
 }
 
-/// The rows of a table that ends with a null name; none for no table.
-std::span<const Lumo::ArgumentRecord> argumentsOf(const Lumo::ArgumentRecord* table) {
-  std::size_t count = 0;
-  while (table && table[count].name) ++count;
-  return {table, count};
-}
-
 Ref describe(const Lumo::ArgumentRecord& argument) {
   Ref row = owned(PyDict_New());
   setItem(row, "name", textOf(argument.name));
@@ -95,7 +69,7 @@ bool isReadOnly(const Lumo::AttributeRecord& attribute) {
 Ref describe(const Lumo::AttributeRecord& attribute) {
   Ref row = owned(PyDict_New());
   setItem(row, "name", textOf(attribute.name));
-  setItem(row, "kind", word(attributeKinds, attribute.kind));
+  setItem(row, "kind", strOf(Lumo::kindWord(attribute.kind)));
   setItem(row, "index", owned(PyLong_FromUnsignedLong(attribute.index)));
   setItem(row, "owner", typeName(attribute.owner));
   setItem(row, "type", typeName(attribute.valueType));
@@ -163,7 +137,7 @@ Ref describe(const Lumo::TypeRecord& type) {
   const auto each = [](const auto& element) { return describe(element); };
   Ref row = owned(PyDict_New());
   setItem(row, "name", textOf(type.name));
-  setItem(row, "kind", word(typeKinds, type.kind));
+  setItem(row, "kind", strOf(Lumo::kindWord(type.kind)));
   setItem(row, "form", word(forms, type.form));
   setItem(row, "python", pythonType(type));
   setItem(row, "base", typeName(type.base));

@@ -13,12 +13,6 @@ namespace rova_python {
 
 namespace {
 
-std::size_t countOf(const Lumo::ArgumentRecord* table) {
-  std::size_t count = 0;
-  while (table[count].name) ++count;
-  return count;
-}
-
 /// Whether the constructor does not take it but it can be written when the object is there.
 bool isWrittenLater(const Lumo::AttributeRecord& row) {
   return row.kind == Lumo::AttributeKind::plain && row.write;
@@ -37,7 +31,9 @@ Lumo::GenericPtr defaultOf(const Lumo::TypeRecord& type) {
 class Construction {
  public:
   explicit Construction(const Lumo::TypeRecord& type)
-      : type_(type), values_(countOf(type.constructorArguments)), given_(values_.size()) {}
+      : type_(type),
+        values_(argumentsOf(type.constructorArguments).size()),
+        given_(values_.size()) {}
 
   void takePositional(PyObject* args) {
     const auto count = static_cast<std::size_t>(PyTuple_GET_SIZE(args));

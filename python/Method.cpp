@@ -27,12 +27,6 @@ PyTypeObject* methodType = nullptr;
 
 Method& methodOf(PyObject* self) { return *reinterpret_cast<Method*>(self); }
 
-std::size_t argumentCount(const Lumo::AttributeRecord& row) {
-  std::size_t count = 0;
-  while (row.arguments[count].name) ++count;
-  return count;
-}
-
 /// The library stops the process over a format that does not exist.
 void needFormat(const Lumo::ArgumentRecord& argument, const Lumo::GenericPtr& value) {
   constexpr std::string_view format = "fmt";
@@ -46,7 +40,7 @@ void needFormat(const Lumo::ArgumentRecord& argument, const Lumo::GenericPtr& va
 class Arguments {
  public:
   explicit Arguments(const Lumo::AttributeRecord& method)
-      : method_(method), count_(argumentCount(method)) {}
+      : method_(method), count_(argumentsOf(method.arguments.data()).size()) {}
 
   void takePositional(PyObject* args, Py_ssize_t skip) {
     const auto count = static_cast<std::size_t>(PyTuple_GET_SIZE(args) - skip);

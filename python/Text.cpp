@@ -35,6 +35,12 @@ std::string pythonName(const Lumo::TypeRecord& type) {
   return name;
 }
 
+std::span<const Lumo::ArgumentRecord> argumentsOf(const Lumo::ArgumentRecord* table) {
+  std::size_t count = 0;
+  while (table && table[count].name) ++count;
+  return {table, count};
+}
+
 void throwWrongType(const Lumo::TypeRecord& expected, PyObject* found) {
   const char* const name =
       isObject(found) ? genericOf(found)->type().name : Py_TYPE(found)->tp_name;

@@ -4,6 +4,7 @@
 #include "Errors.h"
 #include "lumo/Type.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,9 @@ std::string_view nameOf(PyObject* str);
 /// The type's name in Python: "RouteSorter" for a type of the module, "Vanta.Fib.Route" for one
 /// that is known by its full name only.
 std::string pythonName(const Lumo::TypeRecord& type);
+
+/// The rows of a table that ends with a null name; none for no table.
+std::span<const Lumo::ArgumentRecord> argumentsOf(const Lumo::ArgumentRecord* table);
 
 /// TypeError "expected TYPE, found TYPE".
 [[noreturn]] void throwWrongType(const Lumo::TypeRecord& expected, PyObject* found);

@@ -61,7 +61,7 @@ def after(words, keyword):
 def attribute(words):
     """An attribute's line as the model has it."""
     index, name, kind, value = words[:4]
-    model = {"index": int(index), "kind": kind.replace("-", " "), "type": value,
+    model = {"index": int(index), "kind": kind, "type": value,
              "owner": after(words, "of"), "key": after(words, "by"),
              "internalKey": after(words, "inside")}
     if kind == "method":
@@ -79,7 +79,7 @@ def catalogue():
             continue
         if not line.startswith(" "):
             name, kind = words[:2]
-            entry = types[name] = {"kind": {"stateless": "stateless value"}.get(kind, kind)}
+            entry = types[name] = {"kind": kind}
             if words[3] != "-":
                 entry["base"] = words[3]
         elif words[0] == "=":

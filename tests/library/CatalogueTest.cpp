@@ -1,7 +1,7 @@
 // The library's type records, held against the catalogue field by field.
 #include "Catalogue.h"
 
-#include "lumo/Type.h"
+#include "lumo/KindWords.h"
 
 #include <gtest/gtest.h>
 
@@ -9,44 +9,8 @@ namespace {
 
 using Lumo::AttributeKind;
 using Lumo::AttributeRecord;
-using Lumo::TypeKind;
+using Lumo::kindWord;
 using Lumo::TypeRecord;
-
-std::string kindWord(TypeKind kind) {
-  switch (kind) {
-  case TypeKind::entity:
-    return "entity";
-  case TypeKind::value:
-    return "value";
-  case TypeKind::statelessValue:
-    return "stateless";
-  case TypeKind::enumeration:
-    return "enumeration";
-  case TypeKind::scalar:
-    return "scalar";
-  }
-  return "?";
-}
-
-std::string kindWord(AttributeKind kind) {
-  switch (kind) {
-  case AttributeKind::constructorArgument:
-    return "constructor";
-  case AttributeKind::writableConstructorArgument:
-    return "writable-constructor";
-  case AttributeKind::plain:
-    return "plain";
-  case AttributeKind::ordered:
-    return "ordered";
-  case AttributeKind::hashed:
-    return "hashed";
-  case AttributeKind::method:
-    return "method";
-  case AttributeKind::computed:
-    return "computed";
-  }
-  return "?";
-}
 
 std::string textWord(const TypeRecord& type) {
   if (type.isEntity()) return "none";

@@ -32,7 +32,7 @@ def test_every_name_that_a_row_uses_is_a_type_of_the_catalogue():
     ("Rova::RouteSorter", "entity", "entity", "Lumo::PtrInterface", None),
     ("Rova::RouteSortKey", "value", "record", None, None),
     ("Rova::SortedTunVia", "value", "record", "Tunnel::TunnelTable::TunnelVia", None),
-    ("Rova::AddressAssignmentChecker", "statelessValue", "record", None, None),
+    ("Rova::AddressAssignmentChecker", "stateless", "record", None, None),
     ("Rova::AddrMatchType", "enumeration", "enumeration", None, None),
     ("U32", "scalar", "integer", None, "int"),
     ("double", "scalar", "real", None, "float"),
@@ -53,7 +53,7 @@ def test_an_enumeration_has_its_entries():
 
 @pytest.mark.parametrize("type_name, expected", [
     ("Rova::RouteSortKey", {
-        "name": "prefix", "kind": "constructorArgument", "index": 2, "owner": "Rova::RouteSortKey",
+        "name": "prefix", "kind": "constructor", "index": 2, "owner": "Rova::RouteSortKey",
         "type": "Kesh::IpGenPrefix", "key": None, "internalKey": None, "arguments": [],
         "mayBeNull": False, "readOnly": True}),
     ("Rova::RouteSorter", {
@@ -67,7 +67,7 @@ def test_an_enumeration_has_its_entries():
                            "type": "Vanta::Fib::Route"}),
     ("Rova::RouteSorter", {"name": "routingConfig", "mayBeNull": True, "readOnly": True}),
     ("Rova::RouteSorter", {"name": "legend", "kind": "method", "readOnly": True}),
-    ("Rova::AddressQueryParams", {"name": "intfName", "kind": "writableConstructorArgument",
+    ("Rova::AddressQueryParams", {"name": "intfName", "kind": "writable-constructor",
                                   "type": "Lumo::String", "readOnly": False}),
     ("Rova::SortedTunVia", {"name": "hash", "index": 4, "kind": "method",
                             "owner": "Tunnel::TunnelTable::Via"}),

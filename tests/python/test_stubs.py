@@ -81,7 +81,7 @@ def test_what_can_be_written_is_hinted_so(name):
     setters = {function.name for function in functions(node) if is_setter(function)}
     assert setters == {a["name"] for a in row["attributes"]
                        if not a["readOnly"] and a["kind"] in ("plain",
-                                                              "writableConstructorArgument")}
+                                                              "writable-constructor")}
 
 
 def test_enumerations_have_their_members():
