@@ -469,23 +469,6 @@ TEST(StrepReadTest, AHandleIsFollowedWhileItsEntityLives) {
   EXPECT_THROW(Lumo::fromStrep(type, with(text, named, wrong)), RangeException);
 }
 
-TEST(StrepReadTest, ADeadEntityIsNotFollowed) {
-  auto fib = Lumo::newEntity<Tunnel::TunnelFib::TunnelFib>();
-  const auto text = valueToStrep(Rova::SortedTunVia({}, {}, {}, fib));
-  fib = {};
-  EXPECT_THROW(Lumo::fromStrep(Rova::SortedTunVia::lumoType, text), RangeException);
-}
-
-TEST(StrepReadTest, AConstantEntityDoesNotBecomeChangeable) {
-  const auto dir = Lumo::newEntity<Lumo::Dir>();
-  const auto text = valueToStrep(Rova::RdAssignmentChecker({}, "red", rd("65000:7"))).str();
-  const auto named = with(text, "None", valueToStrep(Lumo::Ptr<const Lumo::Dir>(dir)).str());
-  const auto& type = Rova::RdAssignmentChecker::lumoType;
-  EXPECT_THROW(Lumo::fromStrep(type, named), RangeException);
-  valueToStrep(dir);
-  EXPECT_EQ(Lumo::fromStrep(type, named)->strRep().str(), named);
-}
-
 /// The hash of the bytes in memory order, one at a time, in 32 bits.
 std::uint32_t oneAtATime(const std::vector<std::uint8_t>& bytes) {
   std::uint32_t hash = 0;

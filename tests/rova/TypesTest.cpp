@@ -1,16 +1,14 @@
-// Sorters and values by name and by text, with something in them.
+// Sorters by name, with something in them.
 #include "support/Device.h"
 #include "support/Expect.h"
 
 #include "lumo/Reflect.h"
 
-#include <sstream>
 #include <string>
 
 namespace {
 
 using namespace support;
-using Lumo::valueToStrep;
 using Lumo::wrapAttrValue;
 
 template <class Family>
@@ -63,29 +61,6 @@ TYPED_TEST(SorterByNameTest, ANullFecIsRefused) {
   EXPECT_EQ(messageOf<Lumo::RangeException>([&] { Lumo::writeMember(*object, "fec", key, {}); }),
             refusal);
   EXPECT_EQ(sorter->fecs(), 0u);
-}
-
-TEST(StrepTest, AFilledValueShowsWhatItHolds) {
-  Rova::CachedVia via;
-  via.hopIs(addr("10.0.0.1"));
-  via.intfIdIs(Kesh::IntfId(Lumo::String("Ethernet1")));
-  via.isBackupIs(true);
-  via.viaWeightIs("3");
-  via.viaIndexIs(7);
-  std::ostringstream out;
-  out << via;
-  EXPECT_EQ(out.str(), "Value('Rova::CachedVia', ** {'hop': " + valueToStrep(via.hop()).str() +
-                           ", 'intfId': " + valueToStrep(via.intfId()).str() +
-                           ", 'isBackup': True, 'viaLabel': " + valueToStrep(via.viaLabel()).str() +
-                           ", 'viaWeight': '3', 'viaIndex': 7})");
-  EXPECT_NE(out.str().find("10.0.0.1"), std::string::npos);
-}
-
-TEST(StrepTest, ACollectionIsNoneWhateverItHolds) {
-  Rova::PolicyInfoSet policies;
-  policies.policyInfoIs(Rova::PolicyInfo(3, {}));
-  EXPECT_EQ(policies.policyInfo(3), Rova::PolicyInfo(3, {})) << "a policy stands under its index";
-  EXPECT_EQ(valueToStrep(policies).str(), "None");
 }
 
 TEST(ValueTest, OnlyTheDefaultOneIsNot) {
