@@ -21,8 +21,8 @@ bool isWrittenLater(const Lumo::AttributeRecord& row) {
 Lumo::GenericPtr defaultOf(const Lumo::TypeRecord& type) {
   if (type.isEntity()) return {};
   Lumo::GenericArguments arguments;
-  for (auto* argument = type.constructorArguments; argument->name; ++argument) {
-    arguments.push_back(defaultOf(*argument->type));
+  for (const Lumo::ArgumentRecord& argument : argumentsOf(type.constructorArguments)) {
+    arguments.push_back(defaultOf(*argument.type));
   }
   return Lumo::construct(type, arguments);
 }
@@ -138,8 +138,8 @@ class Construction {
 
   [[noreturn]] void throwUnknown(std::string_view name) const {
     std::string known;
-    for (auto* argument = type_.constructorArguments; argument->name; ++argument) {
-      known += std::string(" ") + argument->name;
+    for (const Lumo::ArgumentRecord& argument : argumentsOf(type_.constructorArguments)) {
+      known += std::string(" ") + argument.name;
     }
     for (const Lumo::AttributeRecord& row : type_.attributes) {
       if (isWrittenLater(row)) known += std::string(" ") + row.name;

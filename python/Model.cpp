@@ -5,6 +5,7 @@
 #include "Json.h"
 #include "MemoryFile.h"
 #include "Method.h"
+#include "Text.h"
 #include "lumo/Reflect.h"
 
 #include <cstdint>
@@ -23,8 +24,8 @@ bool isOutput(std::string_view name) { return name == "fd" || name == "fmt"; }
 
 std::size_t outputArguments(const Lumo::AttributeRecord& method) {
   std::size_t count = 0;
-  for (const auto* argument = method.arguments.data(); argument->name; ++argument) {
-    count += isOutput(argument->name);
+  for (const Lumo::ArgumentRecord& argument : argumentsOf(method.arguments.data())) {
+    count += isOutput(argument.name);
   }
   return count;
 }

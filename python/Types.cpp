@@ -64,16 +64,16 @@ const char* kindText(const Lumo::TypeRecord& type) {
 
 std::string constructorText(const Lumo::TypeRecord& type) {
   std::string text = std::string(shortName(type)) + "(defaults=..., /";
-  for (auto* argument = type.constructorArguments; argument->name; ++argument) {
-    text += std::string(", ") + argument->name + "=...";
+  for (const Lumo::ArgumentRecord& argument : argumentsOf(type.constructorArguments)) {
+    text += std::string(", ") + argument.name + "=...";
   }
   return text + ", **attributes)\n--\n\n";
 }
 
 std::string constructorLine(const Lumo::TypeRecord& type) {
   std::string text;
-  for (auto* argument = type.constructorArguments; argument->name; ++argument) {
-    text += std::string(text.empty() ? "" : ", ") + argument->name + ": " + argument->type->name;
+  for (const Lumo::ArgumentRecord& argument : argumentsOf(type.constructorArguments)) {
+    text += std::string(text.empty() ? "" : ", ") + argument.name + ": " + argument.type->name;
   }
   return "Constructor: " + std::string(shortName(type)) + "(" + text + ")\n";
 }
@@ -196,10 +196,8 @@ using TypesByName = std::map<std::string_view, const Lumo::TypeRecord*>;
 void collectReachable(const Lumo::TypeRecord* type, TypesByName& found) {
   if (!type || !found.emplace(type->name, type).second) return;
   collectReachable(type->base, found);
-  if (type->constructorArguments) {
-    for (auto* argument = type->constructorArguments; argument->name; ++argument) {
-      collectReachable(argument->type, found);
-    }
+  for (const Lumo::ArgumentRecord& argument : argumentsOf(type->constructorArguments)) {
+    collectReachable(argument.type, found);
   }
   for (const Lumo::AttributeRecord& row : type->attributes) {
     collectReachable(row.valueType, found);
