@@ -1,5 +1,6 @@
 #include "command/Check.h"
 
+#include "command/OpenState.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
@@ -18,11 +19,13 @@ constexpr const char* managementPrefix = "Management";
 /// A verdict: the reason for a refusal, or none.
 using Refusal = std::optional<std::string>;
 
-ExitStatus printVerdict(const Refusal& refusal, const Options& options) {
+ExitStatus printVerdict(const Refusal& refusal, const sources::Notes& notes,
+                        const Options& options) {
   scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::BoolAttrInfo acceptable(printer, "acceptable");
   scrivo::StringAttrInfo message(printer, "message");
   printer.start();
+  printNotes(printer, notes);
   acceptable.setValue(!refusal);
   printer.addAttributes("", 1, acceptable.getArg());
   if (refusal) {
@@ -36,13 +39,19 @@ ExitStatus printVerdict(const Refusal& refusal, const Options& options) {
   return refusal ? failure : success;
 }
 
-/// A kernel keeps no configuration beside its state. A check against nothing would accept anything.
-state::DeviceState openConfigured(const Options& options) {
-  if (sources::isKernel(options.state)) {
-    throw sources::SourceError(options.state + ": has no configuration to check against; " +
-                               "--state names the file of a snapshot");
-  }
-  return sources::open(options.state);
+/// The addresses and VRFs of the state: a check looks at no routes.
+sources::State openForCheck(const Options& options, const std::string& vrf) {
+  sources::Needs needs;
+  needs.routes = needs.neighbours = needs.nexthopGroups = false;
+  needs.vrf = vrf;
+  return openState(options, needs);
+}
+
+/// A kernel knows no route distinguishers. A check against nothing would accept anything.
+void refuseKernel(const Options& options) {
+  if (!sources::isKernel(options.state)) return;
+  throw sources::SourceError(options.state + ": has no route distinguishers to check against; " +
+                             "--state names the file of a snapshot");
 }
 
 struct AddressQuery {
@@ -130,9 +139,9 @@ bool isOwnAddress(const state::DeviceState& device, const Kesh::IpGenAddr& hop,
 
 ExitStatus checkAddress(Words& words, const Options& options) {
   const auto query = parseAddressQuery(words);
-  const auto device = openConfigured(options);
+  const auto [device, notes] = openForCheck(options, L3::defaultVrfName);
   const auto result = query.ip4 ? check4(device, query) : check6(device, query);
-  return printVerdict(result.acceptable() ? Refusal() : result.msg().str(), options);
+  return printVerdict(result.acceptable() ? Refusal() : result.msg().str(), notes, options);
 }
 
 ExitStatus checkNextHop(Words& words, const Options& options) {
@@ -140,11 +149,11 @@ ExitStatus checkNextHop(Words& words, const Options& options) {
   const auto hop = Kesh::IpGenAddr::parse(word);
   if (!hop) words.failAtLast("\"" + std::string(word) + "\" is no IPv4 or IPv6 address");
   const auto name = words.atEnd() ? std::string(L3::defaultVrfName) : takeVrf(words);
-  const auto device = openConfigured(options);
+  const auto [device, notes] = openForCheck(options, name);
   const auto& vrf = chosenVrf(device, name, options);
-  if (!isOwnAddress(device, *hop, vrf.name)) return printVerdict({}, options);
+  if (!isOwnAddress(device, *hop, vrf.name)) return printVerdict({}, notes, options);
   return printVerdict(hop->stringValue().str() + " is an address of this device in VRF " + name,
-                      options);
+                      notes, options);
 }
 
 ExitStatus checkRouteDistinguisher(Words& words, const Options& options) {
@@ -156,10 +165,12 @@ ExitStatus checkRouteDistinguisher(Words& words, const Options& options) {
   }
   // A VRF may get its route distinguisher ahead of everything else: it need not exist.
   const auto name = takeVrf(words);
-  const auto device = openConfigured(options);
+  refuseKernel(options);
+  const auto [device, notes] = openState(options);
   const Rova::RdAssignmentChecker checker(device.routeDistinguisherInputDir, Lumo::String(name),
                                           *wanted);
-  return printVerdict(checker.acceptable() ? Refusal() : checker.errorMessage().str(), options);
+  return printVerdict(checker.acceptable() ? Refusal() : checker.errorMessage().str(), notes,
+                      options);
 }
 
 } // namespace command

@@ -1,5 +1,6 @@
 #include "command/ClearStatic.h"
 
+#include "command/OpenState.h"
 #include "command/StaticLines.h"
 #include "rova/CliSupport.h"
 #include "sources/Source.h"
@@ -35,7 +36,7 @@ ExitStatus clearStatic(Words& words, const Options& options) {
     throw sources::SourceError(options.state + ": static routes are cleared in snapshots alone; " +
                                "--state names the file of one");
   }
-  const auto device = sources::open(options.state);
+  const auto device = openState(options).device;
   const auto gone = clear(device, interface);
   if (!options.dryRun) {
     sources::snapshot::save(device, options.into.empty() ? options.state : options.into);

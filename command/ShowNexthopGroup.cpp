@@ -1,11 +1,9 @@
 #include "command/ShowNexthopGroup.h"
 
+#include "command/OpenState.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
-#include "sources/Source.h"
-
-#include <unistd.h>
 
 namespace command {
 
@@ -47,36 +45,41 @@ Lumo::Ptr<Rova::NexthopGroupCounterHelper> makeCounters(const state::DeviceState
   return counters;
 }
 
-void renderSummary(const state::DeviceState& device, const L3::VrfName& vrf,
+void renderSummary(const state::DeviceState& device, const L3::VrfName& vrf, int fd,
                    const Options& options) {
   Rova::NexthopGroupSummaryHelper summary(device.nhgConfig, device.nhEntryStatus,
                                           device.nhgHwStatus, device.routingHardwareStatus);
   summary.vrfNameIs(vrf);
-  summary.render(STDOUT_FILENO, options.format);
+  summary.render(static_cast<std::uint32_t>(fd), options.format);
 }
 
 void renderGroups(const state::DeviceState& device, const L3::VrfName& vrf, const std::string& name,
-                  const Options& options) {
+                  int fd, const Options& options) {
   Lumo::Ptr<Rova::NexthopGroupCounterHelper> counters;
   if (options.counters) counters = makeCounters(device);
   const auto helper =
       Rova::nexthopGroupHelperFactory(device.nhgConfig, device.nhEntryStatus, device.nhgHwStatus,
                                       device.routingHardwareStatus, counters, Lumo::String(name));
   helper->vrfNameIs(vrf);
-  helper->render(STDOUT_FILENO, options.format);
+  helper->render(static_cast<std::uint32_t>(fd), options.format);
 }
 
 } // namespace
 
 ExitStatus showNexthopGroup(Words& words, const Options& options) {
   const auto query = parseQuery(words);
-  const auto device = sources::open(options.state);
-  const auto& vrf = chosenVrf(device, query.vrf, options).name;
-  if (query.summary) {
-    renderSummary(device, vrf, options);
-  } else {
-    renderGroups(device, vrf, query.name, options);
-  }
+  sources::Needs needs;
+  needs.routes = false;
+  needs.vrf = query.vrf;
+  const auto state = openState(options, needs);
+  const auto& vrf = chosenVrf(state.device, query.vrf, options).name;
+  renderWithNotes(state.notes, options, [&](int fd) {
+    if (query.summary) {
+      renderSummary(state.device, vrf, fd, options);
+    } else {
+      renderGroups(state.device, vrf, query.name, fd, options);
+    }
+  });
   return scrivo::interruptRequested() ? interrupted : success;
 }
 

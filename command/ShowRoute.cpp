@@ -1,11 +1,11 @@
 #include "command/ShowRoute.h"
 
+#include "command/OpenState.h"
 #include "command/RouteQuery.h"
 #include "command/ShowRouteSummary.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
-#include "sources/Source.h"
 
 #include <tuple>
 #include <unistd.h>
@@ -102,19 +102,33 @@ bool showHostTable(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName
   return true;
 }
 
+/// What a listing looks at: neighbours are hosts of the host table and attached routes of a
+/// summary.
+template <class Listing>
+sources::Needs needsOf(const QueryOf<Listing>& query) {
+  sources::Needs needs;
+  needs.ip4 = std::is_same_v<typename Listing::Family, Rova::Ip4Family>;
+  needs.ip6 = !needs.ip4;
+  needs.neighbours = query.host || query.summary;
+  needs.nexthopGroups = false;
+  needs.vrf = query.vrf;
+  return needs;
+}
+
 template <class Listing>
 ExitStatus showRoute(Words& words, const Options& options) {
   const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
-  const auto device = sources::open(options.state);
+  const auto [device, notes] = openState(options, needsOf<Listing>(query));
   const auto vrfs = chosenVrfs(device, query.vrf, options);
   if (query.summary) {
-    showRouteSummary<typename Listing::Family>(device, vrfs, options.format);
+    showRouteSummary<typename Listing::Family>(device, vrfs, notes, options.format);
     return success;
   }
   // The document around the listings, which write into it: it is flushed ahead of each of them.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   frame.start();
+  printNotes(frame, notes);
   frame.startDict("vrfs");
   for (const auto* vrf : vrfs) {
     const auto sorter = makeSorter<Listing>(device, *vrf, query, options);

@@ -1,5 +1,6 @@
 #include "command/ShowRouteSummary.h"
 
+#include "command/OpenState.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
 
@@ -127,10 +128,12 @@ auto makeSummary(const state::DeviceState& device, const state::VrfState& vrf) {
 
 template <class Family>
 void showRouteSummary(const state::DeviceState& device,
-                      const std::vector<const state::VrfState*>& vrfs, unsigned format) {
+                      const std::vector<const state::VrfState*>& vrfs, const sources::Notes& notes,
+                      unsigned format) {
   scrivo::Printer printer(STDOUT_FILENO, format, false, false, true, 0);
   scrivo::StringAttrInfo vrfName(printer, "vrf");
   printer.start();
+  printNotes(printer, notes);
   printer.startDict("vrfs");
   for (const auto* vrf : vrfs) {
     vrfName.setValue(vrf->name.stringValue());
@@ -145,9 +148,9 @@ void showRouteSummary(const state::DeviceState& device,
 
 template void showRouteSummary<Rova::Ip4Family>(const state::DeviceState&,
                                                 const std::vector<const state::VrfState*>&,
-                                                unsigned);
+                                                const sources::Notes&, unsigned);
 template void showRouteSummary<Rova::Ip6Family>(const state::DeviceState&,
                                                 const std::vector<const state::VrfState*>&,
-                                                unsigned);
+                                                const sources::Notes&, unsigned);
 
 } // namespace command

@@ -1,7 +1,7 @@
 // show ip route summary, show ipv6 route summary.
 #pragma once
 
-#include "state/DeviceState.h"
+#include "sources/State.h"
 
 #include <vector>
 
@@ -11,6 +11,7 @@ namespace command {
 /// 2 (model). Raises the printer's errors.
 template <class Family>
 void showRouteSummary(const state::DeviceState& device,
-                      const std::vector<const state::VrfState*>& vrfs, unsigned format);
+                      const std::vector<const state::VrfState*>& vrfs, const sources::Notes& notes,
+                      unsigned format);
 
 } // namespace command

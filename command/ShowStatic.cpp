@@ -1,11 +1,11 @@
 #include "command/ShowStatic.h"
 
+#include "command/OpenState.h"
 #include "command/StaticLines.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Printer.h"
-#include "sources/Source.h"
 
 #include <algorithm>
 #include <charconv>
@@ -117,28 +117,37 @@ Rova::StaticRoutesRibCommon makeDump(const state::DeviceState& device, const sta
   return dump;
 }
 
+/// Configured routes are among the routes of a kernel.
+sources::Needs routesOf(const std::string& vrf) {
+  sources::Needs needs;
+  needs.neighbours = needs.nexthopGroups = false;
+  needs.vrf = vrf;
+  return needs;
+}
+
 } // namespace
 
 ExitStatus showStaticConfig(Words& words, const Options& options) {
   const auto query = parseConfigQuery(words);
-  const auto device = sources::open(options.state);
+  const auto [device, notes] = openState(options, routesOf(query.vrf));
   Lines lines;
   for (const auto* vrf : chosenVrfs(device, query.vrf, options)) {
     for (auto& line : staticLines(*vrf, query.saveAll)) lines.push_back(std::move(line));
   }
-  printLines(lines, options);
+  printLines(lines, options, notes);
   return success;
 }
 
 ExitStatus showStatic(Words& words, const Options& options) {
   const auto query = parseStaticQuery(words);
-  const auto device = sources::open(options.state);
+  const auto [device, notes] = openState(options, routesOf(query.vrf));
   const auto& vrf = chosenVrf(device, query.vrf, options);
   // The document around the dump, which writes into it: it is flushed ahead of it.
   scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   vrfName.setValue(vrf.name.stringValue());
   frame.start();
+  printNotes(frame, notes);
   frame.startDict("vrfs");
   frame.startDictEntry(vrfName);
   frame.ioflush();

@@ -1,6 +1,6 @@
 #include "command/SnapshotSave.h"
 
-#include "sources/Source.h"
+#include "command/OpenState.h"
 #include "sources/snapshot/Snapshot.h"
 
 namespace command {
@@ -8,7 +8,7 @@ namespace command {
 ExitStatus saveSnapshot(Words& words, const Options& options) {
   const std::string path(words.take("the name of a file, or - for standard output"));
   if (!words.atEnd()) words.fail("nothing is expected behind the name of the file");
-  sources::snapshot::save(sources::open(options.state), path);
+  sources::snapshot::save(openState(options).device, path);
   return success;
 }
 

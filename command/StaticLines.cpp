@@ -1,5 +1,6 @@
 #include "command/StaticLines.h"
 
+#include "command/OpenState.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
 
@@ -38,10 +39,11 @@ Lines linesWithout(const Lines& lines, const Lines& others) {
   return missing;
 }
 
-void printLines(const Lines& lines, const Options& options) {
+void printLines(const Lines& lines, const Options& options, const sources::Notes& notes) {
   scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
   scrivo::StringAttrInfo shown(printer, "");
   printer.start();
+  printNotes(printer, notes);
   printer.startList("lines");
   for (const auto& line : lines) {
     shown.setValue(line);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "command/Options.h"
-#include "state/DeviceState.h"
+#include "sources/State.h"
 
 #include <string>
 #include <string_view>
@@ -35,7 +35,7 @@ Lines staticLines(const state::VrfState& vrf, bool saveAll);
 /// The lines that `others` lacks.
 Lines linesWithout(const Lines& lines, const Lines& others);
 
-/// Prints the lines; in JSON the document {"lines":[...]}.
-void printLines(const Lines& lines, const Options& options);
+/// Prints the lines; in JSON the document {"lines":[...]}, with what is to be known of the state.
+void printLines(const Lines& lines, const Options& options, const sources::Notes& notes = {});
 
 } // namespace command

@@ -1,5 +1,6 @@
 #include "command/StaticLoad.h"
 
+#include "command/OpenState.h"
 #include "command/StaticLineParser.h"
 #include "command/StaticLines.h"
 #include "command/VrfChoice.h"
@@ -103,7 +104,7 @@ ExitStatus loadStatic(Words& words, const Options& options) {
     throw UsageError("rova: static load changes a snapshot: --into names the file of one");
   }
   const auto lines = readLines(path);
-  const auto device = sources::open(target.state);
+  const auto device = openState(target).device;
   const auto before = allLines(device);
   enterAll(lines, path, device, target);
   if (!options.dryRun) {

@@ -19,6 +19,7 @@ namespace {
 
 struct Device {
   state::DeviceState state;
+  sources::Notes notes;
   std::string source; ///< the name that it was opened by
 };
 
@@ -34,7 +35,8 @@ std::unique_ptr<Device>& deviceOf(PyObject* object) {
 std::unique_ptr<Device> load(const std::string& source) {
   const Activity activity;
   const PythonUnlocked unlocked;
-  return std::make_unique<Device>(Device{sources::open(source), source});
+  auto [state, notes] = sources::open(source);
+  return std::make_unique<Device>(Device{std::move(state), std::move(notes), source});
 }
 
 const state::VrfState& vrfOf(const Device& device, const std::string& name) {

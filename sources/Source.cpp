@@ -13,10 +13,10 @@ constexpr std::string_view own = "kernel", named = "kernel:";
 
 bool isKernel(const std::string& source) { return source == own || source.starts_with(named); }
 
-state::DeviceState open(const std::string& source) {
-  if (source == own) return kernel::load("");
-  if (source.starts_with(named)) return kernel::load(source.substr(named.size()));
-  return snapshot::load(source);
+State open(const std::string& source, const Needs& needs) {
+  if (source == own) return kernel::load("", needs);
+  if (source.starts_with(named)) return kernel::load(source.substr(named.size()), needs);
+  return {snapshot::load(source), {}}; // a file is read as a whole
 }
 
 } // namespace sources

@@ -29,7 +29,7 @@ bool Address::isDuplicate() const { return flags & IFA_F_DADFAILED; }
 std::optional<Address> decodeAddress(Bytes payload) {
   const auto header = readRecord<ifaddrmsg>(payload);
   if (!header || header->ifa_prefixlen > addressBits(header->ifa_family)) return {};
-  Address found{header->ifa_index, {}, header->ifa_prefixlen, header->ifa_flags};
+  Address found{header->ifa_index, {}, header->ifa_prefixlen, header->ifa_flags, {}};
   Kesh::IpGenAddr local, other;
   forEachAttribute(behind(payload, sizeof *header), [&](unsigned type, Bytes value) {
     switch (type) {
@@ -46,6 +46,7 @@ std::optional<Address> decodeAddress(Bytes payload) {
   });
   // IFA_ADDRESS is the peer wherever IFA_LOCAL stands beside it.
   found.address = local == Kesh::IpGenAddr() ? other : local;
+  found.peer = other;
   if (found.address == Kesh::IpGenAddr()) return {};
   return found;
 }

@@ -7,7 +7,7 @@
 
 namespace sources::kernel {
 
-state::DeviceState makeDevice(KernelState kernel) {
+state::DeviceState makeDevice(const KernelState& kernel) {
   state::DeviceBuilder builder;
   const Vrfs vrfs(kernel, builder);
   const Interfaces interfaces(kernel.links);

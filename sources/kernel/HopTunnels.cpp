@@ -47,7 +47,7 @@ struct VxlanTunnel {
 
 Exit exitOf(const Via& via, bool ip6) {
   const IpGenAddr zero = ip6 ? IpGenAddr(Kesh::Ip6Addr()) : IpGenAddr(Kesh::IpAddr());
-  return {via.hasGateway() ? via.hop : zero, via.intfId.value()};
+  return {via.hasGateway() ? via.hop : zero, via.exit().value()};
 }
 
 /// The VXLAN devices, and who is behind them.
@@ -147,7 +147,7 @@ class HopTunnels {
       bySegments_[{exit, *segments}].push_back(&via);
     }
     const auto* const remote = find<RemoteEnd>(via);
-    if (remote && vxlan_.contains(via.intfId)) {
+    if (remote && vxlan_.contains(via.exit())) {
       vxlanTunnels_[{*remote, vxlan_.ethernetOf(exit)}].push_back(&via);
     }
   }

@@ -22,7 +22,37 @@ void addAddress(const Address& address, Ip::IpIntfStatus& status) {
   }
 }
 
-/// Addresses of an interface that came after the dump of the interfaces are passed over.
+/// Enters the interface in the configuration: a kernel's addresses are what is configured.
+void configureLink(const Interfaces::Entry& interface, const L3::VrfName& vrf,
+                   state::DeviceState& device) {
+  const auto l3 = Lumo::newEntity<L3::IntfConfig>(vrf);
+  Ip::IpIntfConfig config;
+  config.intfId = interface.id;
+  config.l3Config = l3;
+  device.ipConfig->ipIntfConfig.insertOrAssign(interface.id, config);
+  device.ip6Config->intf.insertOrAssign(interface.id, {interface.id, {}, l3});
+}
+
+void configureAddress(const Address& address, const Kesh::IntfId& interface,
+                      state::DeviceState& device) {
+  if (address.address.af() == Kesh::AddressFamily::ip6) {
+    const Kesh::Ip6AddrWithMask own(address.address.v6Addr(), address.length);
+    if (auto* const config = device.ip6Config->intf.find(interface)) {
+      config->addr.insertOrAssign(own, {});
+    }
+    return;
+  }
+  auto* const config = device.ipConfig->ipIntfConfig.find(interface);
+  if (!config) return;
+  const Kesh::IpAddrWithMask own(address.address.v4Addr(), address.length);
+  if (config->addrWithMask == Kesh::IpAddrWithMask() && !address.isSecondary()) {
+    config->addrWithMask = own;
+  } else {
+    config->secondaryWithMask.insertOrAssign(own, true);
+  }
+}
+
+/// Addresses of an interface that is not there are passed over.
 void fillAddress(const Address& address, const Kesh::IntfId& interface,
                  state::DeviceState& device) {
   if (address.address.af() == Kesh::AddressFamily::ip4) {
@@ -48,10 +78,14 @@ void fillInterfaces(const KernelState& kernel, const Interfaces& interfaces, con
                     state::DeviceBuilder& builder) {
   for (const Link& link : kernel.links) {
     const auto& interface = interfaces.find(link.index);
-    fillLink(link, interface, vrfs.vrf(interface.table).name, builder.state);
+    const L3::VrfName& vrf = vrfs.vrf(interface.table).name;
+    fillLink(link, interface, vrf, builder.state);
+    configureLink(interface, vrf, builder.state);
   }
   for (const Address& address : kernel.addresses) {
-    fillAddress(address, interfaces.find(address.interface).id, builder.state);
+    const Kesh::IntfId& interface = interfaces.find(address.interface).id;
+    fillAddress(address, interface, builder.state);
+    configureAddress(address, interface, builder.state);
   }
   for (const Neighbour& neighbour : kernel.neighbours) {
     if (neighbour.unresolved) continue; // most are computed, as for multicast groups

@@ -3,6 +3,7 @@
 #include "sources/kernel/Addresses.h"
 
 #include <arpa/inet.h>
+#include <linux/if.h>
 #include <linux/if_link.h>
 #include <linux/if_tunnel.h>
 #include <linux/rtnetlink.h>
@@ -90,6 +91,8 @@ std::optional<Link> decodeLink(Bytes payload) {
   if (!header || header->ifi_family != AF_UNSPEC) return {};
   Link link;
   link.index = static_cast<std::uint32_t>(header->ifi_index);
+  link.up = header->ifi_flags & IFF_UP;
+  link.carrier = header->ifi_flags & (IFF_RUNNING | IFF_LOWER_UP);
   forEachAttribute(behind(payload, sizeof *header), [&](unsigned type, Bytes value) {
     switch (type) {
     case IFLA_IFNAME:

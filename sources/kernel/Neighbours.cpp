@@ -33,4 +33,15 @@ std::optional<Neighbour> decodeNeighbour(Bytes payload) {
   return found;
 }
 
+Neighbour decodeNeighbourKey(Bytes payload) {
+  Neighbour found;
+  const auto header = readRecord<ndmsg>(payload);
+  if (!header) return found;
+  found.interface = static_cast<std::uint32_t>(header->ndm_ifindex);
+  forEachAttribute(behind(payload, sizeof *header), [&](unsigned type, Bytes value) {
+    if (type == NDA_DST) found.address = readAddress(header->ndm_family, value);
+  });
+  return found;
+}
+
 } // namespace sources::kernel

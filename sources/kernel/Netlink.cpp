@@ -32,18 +32,38 @@ bool isUnknownKind(const Request& request, int error) {
   return request.type == RTM_GETNEXTHOP && (error == EOPNOTSUPP || error == EINVAL);
 }
 
-} // namespace
+/// A table of routes comes to be with its first route.
+bool isAbsentTable(const Request& request, int error) {
+  return request.type == RTM_GETROUTE && request.attribute == RTA_TABLE && error == ENOENT;
+}
+
+/// Makes room for the notifications of some seconds: those that find none are lost. Only root may
+/// go beyond the system's limit.
+void makeRoom(int descriptor) {
+  const int bytes = 32 * 1024 * 1024;
+  if (setsockopt(descriptor, SOL_SOCKET, SO_RCVBUFFORCE, &bytes, sizeof bytes) == 0) return;
+  setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
+}
 
 // libmnl's own walk takes a length of 2 GiB and more for a negative number and accepts it.
-bool DumpReader::feed(Bytes datagram, const TakeMessage& take) {
+template <class Visit>
+void forEachMessage(Bytes datagram, Visit&& visit) {
   while (const auto header = readRecord<nlmsghdr>(datagram)) {
     if (header->nlmsg_len < sizeof *header || header->nlmsg_len > datagram.size()) break;
     const Bytes payload = datagram.first(header->nlmsg_len).subspan(sizeof *header);
     datagram = behind(datagram, header->nlmsg_len);
-    if (header->nlmsg_seq != sequence_) continue;
-    if (!feedMessage(*header, payload, take)) return false;
+    visit(*header, payload);
   }
-  return true;
+}
+
+} // namespace
+
+bool DumpReader::feed(Bytes datagram, const TakeMessage& take) {
+  bool more = true;
+  forEachMessage(datagram, [&](const nlmsghdr& header, Bytes payload) {
+    if (more && header.nlmsg_seq == sequence_) more = feedMessage(header, payload, take);
+  });
+  return more;
 }
 
 bool DumpReader::feedMessage(const nlmsghdr& header, Bytes payload, const TakeMessage& take) {
@@ -56,7 +76,7 @@ bool DumpReader::feedMessage(const nlmsghdr& header, Bytes payload, const TakeMe
 
 bool DumpReader::finish(Bytes payload) {
   const int error = -readRecord<int>(payload).value_or(0);
-  if (error == 0) return false;
+  if (error == 0 || isAbsentTable(request_, error)) return false;
   if (!isUnknownKind(request_, error)) fail(request_, "dump", error);
   known_ = false;
   return false;
@@ -72,17 +92,12 @@ Socket::Socket() : socket_(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC)), buffe
   checkStrictly(socket_.get());
 }
 
-void Socket::send(const Request& request) {
-  alignas(nlmsghdr) char message[NLMSG_HDRLEN + 64] = {};
-  nlmsghdr* const header = mnl_nlmsg_put_header(message);
-  header->nlmsg_type = request.type;
-  header->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
-  header->nlmsg_seq = ++sequence_;
-  *static_cast<std::uint8_t*>(mnl_nlmsg_put_extra_header(header, request.headerSize)) =
-      request.family;
-  if (request.attribute) mnl_attr_put_u32(header, request.attribute, request.attributeValue);
-  if (mnl_socket_sendto(socket_.get(), header, header->nlmsg_len) < 0)
+int Socket::descriptor() const { return mnl_socket_get_fd(socket_.get()); }
+
+void Socket::send(const nlmsghdr& message, const Request& request) {
+  if (mnl_socket_sendto(socket_.get(), &message, message.nlmsg_len) < 0) {
     fail(request, "ask for", errno);
+  }
 }
 
 Bytes Socket::receive(const Request& request) {
@@ -94,32 +109,59 @@ Bytes Socket::receive(const Request& request) {
   return Bytes(buffer_).first(static_cast<std::size_t>(size));
 }
 
-DumpReader Socket::dumpOnce(const Request& request, const TakeMessage& take) {
-  send(request);
+std::pair<Bytes, int> Socket::receiveNow() {
+  sockaddr_nl sender{};
+  socklen_t length = sizeof sender;
+  for (;;) {
+    const auto size = recvfrom(descriptor(), buffer_.data(), buffer_.size(), MSG_DONTWAIT,
+                               reinterpret_cast<sockaddr*>(&sender), &length);
+    if (size < 0 && errno == EINTR) continue;
+    if (size < 0) return {{}, errno};
+    if (sender.nl_pid == 0) return {Bytes(buffer_).first(static_cast<std::size_t>(size)), 0};
+  }
+}
+
+KernelFeed::KernelFeed() { makeRoom(notifications_.descriptor()); }
+
+void KernelFeed::follow(unsigned group) {
+  // A kernel that does not know the group has no such objects.
+  setsockopt(notifications_.descriptor(), SOL_NETLINK, NETLINK_ADD_MEMBERSHIP, &group,
+             sizeof group);
+}
+
+void KernelFeed::ask(const Request& request) {
+  alignas(nlmsghdr) char message[NLMSG_HDRLEN + 64] = {};
+  nlmsghdr* const header = mnl_nlmsg_put_header(message);
+  header->nlmsg_type = request.type;
+  header->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
+  header->nlmsg_seq = ++sequence_;
+  *static_cast<std::uint8_t*>(mnl_nlmsg_put_extra_header(header, request.headerSize)) =
+      request.family;
+  if (request.attribute) mnl_attr_put_u32(header, request.attribute, request.attributeValue);
+  dumps_.send(*header, request);
+}
+
+DumpEnd KernelFeed::dump(const Request& request, const TakeMessage& take,
+                         const std::function<bool()>& keepsOn) {
+  ask(request);
   DumpReader reader(request, sequence_);
-  while (reader.feed(receive(request), take)) {
+  while (reader.feed(dumps_.receive(request), take)) {
+    if (!keepsOn()) return {true, reader.interrupted(), false};
   }
-  return reader;
+  return {reader.known(), reader.interrupted(), true};
 }
 
-bool Socket::dump(const Request& request, const std::function<void()>& restart,
-                  const TakeMessage& take) {
-  bool known = true;
-  repeatUntilWhole(request.what, [&] {
-    restart();
-    const DumpReader reader = dumpOnce(request, take);
-    known = reader.known();
-    return !reader.interrupted();
-  });
-  return known;
-}
-
-void repeatUntilWhole(const char* what, const std::function<bool()>& attempt) {
-  for (int i = 0; i < maxAttempts; ++i) {
-    if (attempt()) return;
+bool KernelFeed::drain(const TakeNotification& take) {
+  bool lost = false;
+  for (;;) {
+    const auto [datagram, error] = notifications_.receiveNow();
+    if (error == ENOBUFS) {
+      lost = true;
+    } else if (error != 0) {
+      return !lost;
+    }
+    forEachMessage(datagram, take);
   }
-  throw SourceError(std::string("the kernel's ") + what + " changed during each of " +
-                    std::to_string(maxAttempts) + " dumps; try again when fewer changes are made");
 }
 
 } // namespace sources::kernel

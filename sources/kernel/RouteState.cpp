@@ -1,5 +1,5 @@
-// Of the kernel's routes for one prefix in one VRF, the first in this order is the route that
-// forwards: table `local` before `main`, then the lower metric, then the kernel's own order.
+// Of the kernel's routes for one prefix in one VRF, the first in the order of the rows is the one
+// that forwards, of those that have a living next hop.
 #include "sources/kernel/RouteState.h"
 
 #include "sources/SourceError.h"
@@ -15,33 +15,26 @@ namespace {
 constexpr std::uint32_t inHardware = RTM_F_OFFLOAD | RTM_F_TRAP;
 
 template <class Row>
-bool isBefore(const Row& a, const Row& b) {
-  if (vrfTable(a.table) != vrfTable(b.table)) return vrfTable(a.table) < vrfTable(b.table);
-  if (!(a.prefix == b.prefix)) return a.prefix < b.prefix;
-  if (a.table != b.table) return a.table == RT_TABLE_LOCAL;
-  return a.metric < b.metric;
-}
-
-template <class Row>
-bool isSameRoute(const Row& a, const Row& b) {
-  return vrfTable(a.table) == vrfTable(b.table) && a.prefix == b.prefix;
-}
-
-template <class Row>
 bool isOffloaded(const Row& row) {
   return row.type == RTN_UNICAST && row.flags & inHardware;
 }
 
-/// Calls `visit` with the run of rows of each prefix in each VRF.
-template <class Row, class Visit>
-void forEachPrefix(std::span<const Row> rows, Visit&& visit) {
-  while (!rows.empty()) {
-    std::size_t count = 1;
-    while (count < rows.size() && isSameRoute(rows[0], rows[count])) ++count;
-    visit(rows.first(count));
-    rows = rows.subspan(count);
+/// What the hardware has of a table: where it forwards any unicast route, it should all of them.
+class Hardware {
+ public:
+  template <class Row>
+  explicit Hardware(std::span<const Row> table)
+      : forwards_(std::ranges::any_of(table, isOffloaded<Row>)) {}
+
+  template <class Row>
+  bool lacks(const Row& row) const {
+    return (row.flags & RTM_F_OFFLOAD_FAILED) ||
+           (forwards_ && row.type == RTN_UNICAST && !isOffloaded(row));
   }
-}
+
+ private:
+  bool forwards_;
+};
 
 /// Calls `visit` with the run of rows of each VRF.
 template <class Row, class Visit>
@@ -61,14 +54,16 @@ class Filler {
  public:
   using Row = RouteRow<Family>;
 
-  Filler(ViaLists& lists, const Vrfs& vrfs, state::DeviceBuilder& builder, bool hardware)
-      : lists_(lists), vrfs_(vrfs), builder_(builder), hardware_(hardware) {}
+  Filler(ViaLists& lists, const Vrfs& vrfs, state::DeviceBuilder& builder)
+      : lists_(lists), vrfs_(vrfs), builder_(builder) {}
 
   /// Marks the via lists of the routes that will be listed.
   void markUsed(std::span<const Row> rows) {
     forEachPrefix(rows, [&](std::span<const Row> same) {
-      ViaList& list = lists_.at(same[0].hopList);
-      if (list.vias.size() > Vanta::Fib::Fec::maxVias) tooManyVias(same[0], list.vias.size());
+      const Row* const row = forwarding(same);
+      if (!row) return;
+      ViaList& list = lists_.at(row->hopList);
+      if (list.vias.size() > Vanta::Fib::Fec::maxVias) tooManyVias(*row, list.vias.size());
       list.used = true;
     });
   }
@@ -77,10 +72,13 @@ class Filler {
     forEachVrf(rows, [&](std::span<const Row> ofVrf) {
       auto* const table = vrfs_.tables(ofVrf[0].table).*Family::routes;
       table->reserve(ofVrf.size());
+      const Hardware hardware(ofVrf);
       forEachPrefix(ofVrf, [&](std::span<const Row> same) {
-        table->insert(routeOf(same[0]));
-        markProgramming(same[0]);
         configure(same);
+        const Row* const row = forwarding(same);
+        if (!row) return;
+        table->insert(routeOf(*row));
+        if (hardware.lacks(*row)) builder_.hardwareUnprogrammed(row->prefix, vrfId(*row));
       });
     });
   }
@@ -93,12 +91,23 @@ class Filler {
                       " can be shown; take some of them away");
   }
 
+  /// The one that forwards; null where all look at the type of service.
+  const Row* forwarding(std::span<const Row> same) const {
+    const Row* first = nullptr;
+    for (const Row& row : same) {
+      if (row.tos != 0) continue;
+      if (!lists_.at(row.hopList).isDead()) return &row;
+      if (!first) first = &row;
+    }
+    return first;
+  }
+
   bool drops(const Row& row) const { return isDrop(row.type) || lists_.at(row.hopList).drops; }
 
   const RouteKind& kindOf(const Row& row) const {
     if (drops(row)) return dropRoute;
     if (row.type != RTN_UNICAST) return kindOfType(row.type);
-    return kindOfUnicast(row.protocol, lists_.at(row.hopList).hasGateway());
+    return kindOfUnicast(row.protocol, lists_.at(row.hopList).firstHop());
   }
 
   typename Family::Route routeOf(const Row& row) const {
@@ -112,24 +121,24 @@ class Filler {
     return route;
   }
 
-  void markProgramming(const Row& row) {
-    const bool missing = row.type == RTN_UNICAST && hardware_ && !isOffloaded(row);
-    if (!missing && !(row.flags & RTM_F_OFFLOAD_FAILED)) return;
-    builder_.hardwareUnprogrammed(row.prefix, vrfs_.vrf(row.table).id);
-  }
+  Vrf::VrfIdMap::VrfId vrfId(const Row& row) const { return vrfs_.vrf(row.table).id; }
 
   /// Enters the first of the routes that an administrator added, whether or not it forwards.
   void configure(std::span<const Row> same) {
     const auto row = std::ranges::find_if(same, [&](const Row& one) {
-      return (one.protocol == RTPROT_STATIC || one.protocol == RTPROT_BOOT) &&
+      return one.tos == 0 && (one.protocol == RTPROT_STATIC || one.protocol == RTPROT_BOOT) &&
              (one.type == RTN_UNICAST || isDrop(one.type));
     });
     if (row == same.end()) return;
     const Routing::RouteKey key{row->prefix, 1};
     auto route = Lumo::newEntity<Routing::Route>(key);
     if (drops(*row)) route->routeType = Routing::RouteType::drop;
-    for (const Via& via : lists_.at(row->hopList).vias) {
-      route->via.insertOrAssign({via.hop, via.intfId, Kesh::MplsLabel(via.label), 0, {}, {}}, true);
+    const ViaList& list = lists_.at(row->hopList);
+    for (const auto* const vias : {&list.vias, &list.dead}) {
+      for (const Via& via : *vias) {
+        const auto hop = via.hasGateway() ? via.hop : Kesh::IpGenAddr();
+        route->via.insertOrAssign({hop, via.intfId, Kesh::MplsLabel(via.label), 0, {}, {}}, true);
+      }
     }
     (vrfs_.vrf(row->table).*Family::config)->route.insertOrAssign(key, std::move(route));
   }
@@ -137,26 +146,23 @@ class Filler {
   ViaLists& lists_;
   const Vrfs& vrfs_;
   state::DeviceBuilder& builder_;
-  const bool hardware_;
 };
 
 } // namespace
 
-void fillRoutes(KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
+void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
                 state::DeviceBuilder& builder) {
-  std::ranges::stable_sort(kernel.routes, isBefore<RouteRow<Ip4>>);
-  std::ranges::stable_sort(kernel.routes6, isBefore<RouteRow<Ip6>>);
-  const bool hardware = std::ranges::any_of(kernel.routes, isOffloaded<RouteRow<Ip4>>) ||
-                        std::ranges::any_of(kernel.routes6, isOffloaded<RouteRow<Ip6>>);
   ViaLists lists(kernel, interfaces);
-  Filler<Ip4> filler(lists, vrfs, builder, hardware);
-  Filler<Ip6> filler6(lists, vrfs, builder, hardware);
-  filler.markUsed(kernel.routes);
-  filler6.markUsed(kernel.routes6);
+  Filler<Ip4> filler(lists, vrfs, builder);
+  Filler<Ip6> filler6(lists, vrfs, builder);
+  const std::span<const RouteRow<Ip4>> routes(kernel.routes);
+  const std::span<const RouteRow<Ip6>> routes6(kernel.routes6);
+  filler.markUsed(routes);
+  filler6.markUsed(routes6);
   enterHopTunnels(lists.used(), kernel, interfaces, builder);
   lists.enterFecs(builder);
-  filler.fill(kernel.routes);
-  filler6.fill(kernel.routes6);
+  filler.fill(routes);
+  filler6.fill(routes6);
 }
 
 } // namespace sources::kernel

@@ -17,8 +17,9 @@ const RouteKind& find(std::span<const KindRow> rows, std::uint8_t code, const Ro
 
 const RouteKind& kindOfType(std::uint8_t type) { return find(kindsByType, type, notListed); }
 
-const RouteKind& kindOfUnicast(std::uint8_t protocol, bool hasGateway) {
-  if (protocol == RTPROT_KERNEL && !hasGateway) return connectedRoute;
+const RouteKind& kindOfUnicast(std::uint8_t protocol, FirstHop hop) {
+  if (protocol == RTPROT_KERNEL && hop == FirstHop::link) return connectedRoute;
+  if (protocol == RTPROT_KERNEL && hop == FirstHop::peer) return peerRoute;
   return find(kindsByProtocol, protocol, kernelRoute);
 }
 

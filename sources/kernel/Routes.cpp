@@ -71,6 +71,7 @@ void takeHeader(const rtmsg& header, RouteMessage& route) {
   route.metric = 0;
   route.nexthopId = 0;
   route.destination = {};
+  route.source = {};
   route.hops.clear();
 }
 
@@ -93,6 +94,9 @@ bool decodeRoute(Bytes payload, Encapsulations& encapsulations, RouteMessage& ro
     switch (type) {
     case RTA_DST:
       route.destination = readAddress(route.family, value);
+      break;
+    case RTA_PREFSRC:
+      route.source = readAddress(route.family, value);
       break;
     case RTA_TABLE:
       take(value, route.table);

@@ -1,6 +1,7 @@
 #include "sources/kernel/ViaLists.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace sources::kernel {
 
@@ -25,6 +26,8 @@ class Resolver {
       // Without the object, which may be gone meanwhile, the kernel's own expansion of it serves.
       for (const Hop& hop : kernel_.hopLists.hops(list)) out.vias.push_back(viaOf(hop));
     }
+    partDead(out);
+    out.vias = merged(std::move(out.vias));
     out.ip6 = holdsIp6(list.family, out.vias);
     return out;
   }
@@ -50,9 +53,38 @@ class Resolver {
   }
 
   Via viaOf(const Hop& hop) const {
-    return {hop.gateway,       hop.dead ? Kesh::IntfId() : interfaces_.find(hop.interface).id,
+    return {hop.gateway,       interfaces_.find(hop.interface).id,
             hop.label,         hop.weight,
-            hop.encapsulation, {}};
+            hop.encapsulation, {},
+            hop.onLink != 0,   hop.dead != 0};
+  }
+
+  /// Puts what forwards nothing aside, unless there is nothing else: the kernel passes over a route
+  /// without a living hop, and so does a listing that is not in detail.
+  static void partDead(ViaList& list) {
+    const auto dead = std::ranges::stable_partition(list.vias, std::not_fn(&Via::dead));
+    if (dead.begin() == list.vias.begin()) return;
+    list.dead.assign(dead.begin(), dead.end());
+    list.vias.erase(dead.begin(), dead.end());
+  }
+
+  /// Joins vias that lead the same way: the kernel keeps each with its weight.
+  static std::vector<Via> merged(std::vector<Via> vias) {
+    std::vector<Via> out;
+    for (Via& via : vias) {
+      const auto same =
+          std::ranges::find_if(out, [&](const Via& one) { return isSameWay(one, via); });
+      if (same == out.end()) {
+        out.push_back(std::move(via));
+      } else {
+        same->weight += via.weight;
+      }
+    }
+    return out;
+  }
+  static bool isSameWay(const Via& a, const Via& b) {
+    return a.hop == b.hop && a.intfId == b.intfId && a.label == b.label &&
+           a.encapsulation == b.encapsulation && a.dead == b.dead;
   }
 
   /// IPv4 hops have a FEC of their own kind only while no IPv6 hop stands among them.
@@ -81,7 +113,7 @@ void setTarget(const Via& via, FecVia& out) {
     return;
   }
   setHop(via.hop, out.hop);
-  out.intfId = via.intfId;
+  out.intfId = via.exit();
   out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
 }
 
@@ -111,8 +143,11 @@ bool lessContent(const ViaList* a, const ViaList* b) {
 
 } // namespace
 
-bool ViaList::hasGateway() const {
-  return std::ranges::any_of(vias, [](const Via& via) { return via.hasGateway(); });
+bool ViaList::isDead() const { return !vias.empty() && std::ranges::all_of(vias, &Via::dead); }
+
+FirstHop ViaList::firstHop() const {
+  if (std::ranges::any_of(vias, &Via::hasGateway)) return FirstHop::gateway;
+  return std::ranges::any_of(vias, &Via::onLink) ? FirstHop::peer : FirstHop::link;
 }
 
 ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {

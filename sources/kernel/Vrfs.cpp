@@ -1,10 +1,26 @@
 #include "sources/kernel/Vrfs.h"
 
+#include <algorithm>
+#include <charconv>
+
 namespace sources::kernel {
 
 namespace {
 
 using Names = std::map<std::uint32_t, std::string>; // VRF names by table
+
+constexpr std::string_view plainTable = "table-"; // with the number behind it
+
+std::string plainName(std::uint32_t table) {
+  return std::string(plainTable) + std::to_string(table);
+}
+
+std::optional<std::uint32_t> plainTableOf(const std::string& name) {
+  std::uint32_t table = 0;
+  if (!name.starts_with(plainTable)) return {};
+  std::from_chars(name.data() + plainTable.size(), name.data() + name.size(), table);
+  return plainName(table) == name ? std::optional(table) : std::nullopt;
+}
 
 template <class Row>
 void addTables(const std::vector<Row>& rows, Names& names) {
@@ -12,7 +28,7 @@ void addTables(const std::vector<Row>& rows, Names& names) {
   for (const Row& row : rows) { // routes of a table come in one run
     if (row.table == last) continue;
     last = row.table;
-    names.try_emplace(vrfTable(row.table), "table-" + std::to_string(row.table));
+    names.try_emplace(vrfTable(row.table), plainName(row.table));
   }
 }
 
@@ -33,6 +49,22 @@ std::string uniqueName(std::string name, std::uint32_t table, std::set<std::stri
 }
 
 } // namespace
+
+std::optional<std::uint32_t> tableOf(const std::string& vrf, const std::vector<Link>& devices) {
+  if (vrf == L3::defaultVrfName) return RT_TABLE_MAIN;
+  const auto plain = plainTableOf(vrf);
+  std::optional<std::uint32_t> found = plain;
+  std::set<std::uint32_t> tables{RT_TABLE_MAIN};
+  for (const Link& device : devices) {
+    const bool looksPlain =
+        device.name == L3::defaultVrfName || device.name.starts_with(plainTable);
+    const bool isFirst = tables.insert(vrfTable(device.vrfTable)).second;
+    if (looksPlain || !isFirst) return {};
+    if (device.name == vrf) found = device.vrfTable;
+  }
+  if (plain && tables.contains(vrfTable(*plain))) return {};
+  return found;
+}
 
 Vrfs::Vrfs(const KernelState& kernel, state::DeviceBuilder& builder) : builder_(builder) {
   std::set<std::string> used{L3::defaultVrfName};

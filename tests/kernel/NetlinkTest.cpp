@@ -78,6 +78,7 @@ TEST(DumpReader, RefusalNamesWhatAndWhy) {
   EXPECT_EQ(errorOf(nexthops, EPERM), "cannot dump the kernel's nexthop objects" + why);
   EXPECT_EQ(errorOf(nexthops, EOPNOTSUPP), "end") << "a kernel without them has none";
   EXPECT_NE(errorOf(routes, EOPNOTSUPP), "end");
+  EXPECT_NE(errorOf(routes, ENOENT), "end");
   DumpReader reader(routes, sequence), older(nexthops, sequence);
   EXPECT_TRUE(older.known());
   feed(older, part(NLMSG_DONE, -EINVAL)); // how the kernel refuses an attribute
@@ -96,36 +97,21 @@ TEST(DumpReader, DamagedDatagramsAreNeverReadBeyond) {
   });
 }
 
-TEST(RepeatUntilWhole, TriesTenTimes) {
-  int attempts = 0;
-  repeatUntilWhole("routes", [&] { return ++attempts == maxAttempts; });
-  EXPECT_EQ(attempts, 10);
-  attempts = 0;
-  EXPECT_EQ(support::messageOf<sources::SourceError>(
-                [&] { repeatUntilWhole("routes", [&] { return ++attempts > maxAttempts; }); }),
-            "the kernel's routes changed during each of 10 dumps; try again when fewer changes are "
-            "made");
-  EXPECT_EQ(attempts, 10);
-}
-
-TEST(Socket, DropsWhatADisturbedAttemptTook) {
-  Socket socket;
-  int restarts = 0, taken = 0;
-  constexpr Request links{"interfaces", RTM_GETLINK, AF_UNSPEC, sizeof(ifinfomsg)};
-  socket.dump(
-      links, [&] { ++restarts, taken = 0; }, [&](Bytes) { ++taken; });
-  EXPECT_GE(restarts, 1);
-  EXPECT_GE(taken, 1) << "every namespace has a loopback interface";
-}
-
-TEST(Socket, SaysThatTheKernelDoesNotKnowWhatIsAsked) {
-  constexpr std::uint16_t noAttribute = 200;
-  Socket socket;
+TEST(KernelFeed, DumpsAndSaysWhatTheKernelDoesNotKnow) {
+  KernelFeed feed;
   int taken = 0;
+  const auto take = [&](Bytes) { ++taken; };
+  const auto always = [] { return true; };
+  constexpr Request links{"interfaces", RTM_GETLINK, AF_UNSPEC, sizeof(ifinfomsg)};
+  EXPECT_TRUE(feed.dump(links, take, always).complete);
+  EXPECT_GE(taken, 1) << "every namespace has a loopback interface";
+  taken = 0;
+  constexpr std::uint16_t noAttribute = 200;
   constexpr Request strange{"nexthop objects", RTM_GETNEXTHOP, AF_UNSPEC,
                             sizeof(nhmsg),     noAttribute,    1};
-  EXPECT_FALSE(socket.dump(
-      strange, [] {}, [&](Bytes) { ++taken; }));
+  EXPECT_FALSE(feed.dump(strange, take, always).known);
+  constexpr Request absent{"IPv4 routes", RTM_GETROUTE, AF_INET, sizeof(rtmsg), RTA_TABLE, 4711};
+  EXPECT_TRUE(feed.dump(absent, take, always).complete) << "a table without routes is not there";
   EXPECT_EQ(taken, 0);
 }
 

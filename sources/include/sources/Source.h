@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sources/SourceError.h"
-#include "state/DeviceState.h"
+#include "sources/State.h"
 
 #include <string>
 
@@ -10,7 +10,7 @@ namespace sources {
 
 /// The state of a device: "kernel" is this machine's own, "kernel:NAME" that of a network
 /// namespace, and anything else is the file of a snapshot. Raises SourceError.
-state::DeviceState open(const std::string& source);
+State open(const std::string& source, const Needs& needs = {});
 
 /// Whether that name means a kernel, which is shown and not written to.
 bool isKernel(const std::string& source);

@@ -4,6 +4,8 @@
 #include "kesh/Address.h"
 #include "sources/kernel/Attributes.h"
 
+#include <tuple>
+
 namespace sources::kernel {
 
 struct Address {
@@ -11,7 +13,9 @@ struct Address {
   Kesh::IpGenAddr address;     ///< the interface's own address, also on a point-to-point link
   std::uint8_t length = 0;     ///< of the mask, in bits
   std::uint32_t flags = 0;     ///< IFA_F_*
+  Kesh::IpGenAddr peer = {};   ///< of a point-to-point link; elsewhere the address itself
 
+  auto key() const { return std::tuple(interface, address, length, peer); }
   bool isSecondary() const;
   /// Whether IPv6 found another owner of the address, so that the interface does not have it.
   bool isDuplicate() const;

@@ -1,7 +1,7 @@
 // What the kernel knows of the gateways on its links.
 #pragma once
 
-#include "sources/kernel/Gather.h"
+#include "sources/kernel/KernelState.h"
 
 #include <map>
 

@@ -15,7 +15,8 @@ struct Hop {
   std::uint32_t label = Kesh::MplsLabel::null; ///< the one MPLS label that is pushed
   std::uint32_t encapsulation = 0; ///< number of any other in `Encapsulations`; 0 for none
   std::uint32_t weight = 1;
-  std::uint32_t dead = 0; ///< 1 while the kernel does not use it (RTNH_F_DEAD)
+  std::uint32_t dead = 0;   ///< 1 while the kernel does not use it (RTNH_F_DEAD)
+  std::uint32_t onLink = 0; ///< 1 when the gateway is the destination itself
 
   friend bool operator==(const Hop&, const Hop&) = default;
 };

@@ -1,11 +1,11 @@
 // The live Linux kernel as a source of state.
 //
-//   const state::DeviceState device = sources::kernel::load("");     // where this process runs
-//   const state::DeviceState other = sources::kernel::load("blue");  // what /run/netns/blue names
+//   const sources::State state = sources::kernel::load("");     // where this process runs
+//   const sources::State other = sources::kernel::load("blue");  // what /run/netns/blue names
 #pragma once
 
 #include "sources/SourceError.h"
-#include "state/DeviceState.h"
+#include "sources/State.h"
 
 #include <string>
 
@@ -15,8 +15,11 @@ namespace sources::kernel {
 /// next hops behind them. `netns` names a network namespace under /run/netns; empty means that of
 /// the calling thread, which is back in its own namespace when this returns or raises.
 ///
-/// Raises `SourceError` when the namespace cannot be entered, when the kernel refuses a dump or
-/// changes during each of ten, and for a route with more than 512 next hops.
-state::DeviceState load(const std::string& netns);
+/// It comes also while the kernel's tables change: the notes tell of which it is not certain that
+/// nothing is missing or outdated.
+///
+/// Raises `SourceError` when the namespace cannot be entered, when the kernel refuses a dump, and
+/// for a route with more than 512 next hops.
+State load(const std::string& netns, const Needs& needs = {});
 
 } // namespace sources::kernel

@@ -13,6 +13,8 @@ struct TunnelDevice {
 };
 
 struct Link {
+  std::uint32_t key() const { return index; }
+
   std::uint32_t index = 0;
   std::string name;
   std::string alias;          ///< the administrator's description; empty for none
@@ -20,6 +22,8 @@ struct Link {
   std::uint32_t vrfTable = 0; ///< the routing table of a vrf device; 0 for any other
   bool isVxlan = false;
   std::optional<TunnelDevice> tunnel = {}; ///< of a GRE or VTI device with a fixed remote end
+  bool up = true;                          ///< it is not switched off (IFF_UP)
+  bool carrier = true;                     ///< and its link works (IFF_RUNNING, IFF_LOWER_UP)
 };
 
 /// From the payload of an RTM_NEWLINK message; nothing for a damaged one, one without a name, or a

@@ -11,10 +11,16 @@ struct Neighbour {
   Kesh::IpGenAddr address;
   Kesh::EthAddr ethernet;
   bool unresolved = false; ///< its link address was not asked for (NUD_NOARP)
+
+  auto key() const { return std::pair(interface, address); }
 };
 
 /// From the payload of an RTM_NEWNEIGH message; nothing for a damaged one, and for a neighbour
 /// without a valid Ethernet address.
 std::optional<Neighbour> decodeNeighbour(Bytes payload);
+
+/// The interface and the address that a neighbour message is about, whatever it says of them; the
+/// address is unset for a damaged one and for another family.
+Neighbour decodeNeighbourKey(Bytes payload);
 
 } // namespace sources::kernel

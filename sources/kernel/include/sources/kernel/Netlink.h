@@ -1,4 +1,4 @@
-// A dump of one kind of object over a route netlink socket.
+// Dumps and notifications over route netlink sockets.
 #pragma once
 
 #include "sources/SourceError.h"
@@ -12,7 +12,7 @@ struct mnl_socket;
 
 namespace sources::kernel {
 
-/// What to dump. `what` names it in errors ("routes").
+/// What to dump. `what` names it in errors and notes ("IPv4 routes").
 struct Request {
   const char* what;
   std::uint16_t type;          ///< RTM_GET*
@@ -50,32 +50,65 @@ class DumpReader {
   bool known_ = true;
 };
 
-/// A socket of the network namespace in which it was opened.
+/// How a dump ended.
+struct DumpEnd {
+  bool known = true;        ///< the kernel knows such objects, and the attribute of the request
+  bool interrupted = false; ///< it says that they changed meanwhile
+  bool complete = true;     ///< the end was reached
+};
+
+/// A message of its own accord; `header` tells what happened to the object of the payload.
+using TakeNotification = std::function<void(const nlmsghdr& header, Bytes payload)>;
+
+/// The kernel as a follower hears it: a seam, behind which tests play one.
+class Feed {
+ public:
+  virtual ~Feed() = default;
+  /// Has the kernel tell from now on of the objects of that group (RTNLGRP_*).
+  virtual void follow(unsigned group) = 0;
+  /// Dumps what `request` names. Calls `keepsOn` behind each datagram, and gives the dump up when
+  /// it says so; no other can follow then. Raises `SourceError` when the kernel refuses.
+  virtual DumpEnd dump(const Request& request, const TakeMessage& take,
+                       const std::function<bool()>& keepsOn) = 0;
+  /// Hands on what was notified up to now, without waiting. False when some of it was lost.
+  virtual bool drain(const TakeNotification& take) = 0;
+};
+
+/// A route netlink socket of the network namespace in which it was opened.
 class Socket {
  public:
   Socket();
-  /// Dumps what `request` names. Before each attempt it calls `restart`, which drops what an
-  /// attempt before took; after ten attempts that were disturbed it raises `SourceError`. False,
-  /// with nothing taken, when the kernel does not know such objects or the attribute.
-  bool dump(const Request& request, const std::function<void()>& restart, const TakeMessage& take);
+  int descriptor() const;
+  void send(const nlmsghdr& message, const Request& request);
+  /// One datagram, valid until the next; raises `SourceError`.
+  Bytes receive(const Request& request);
+  /// One datagram of the kernel's that is there already; empty for none, or an error of
+  /// `recvmsg`.
+  std::pair<Bytes, int> receiveNow();
 
  private:
   struct Close {
     void operator()(mnl_socket* socket) const;
   };
-  DumpReader dumpOnce(const Request& request, const TakeMessage& take);
-  void send(const Request& request);
-  Bytes receive(const Request& request);
-
   std::unique_ptr<mnl_socket, Close> socket_;
   std::vector<std::byte> buffer_;
-  std::uint32_t sequence_ = 0;
 };
 
-/// How often state that changes while it is read is read again.
-inline constexpr int maxAttempts = 10;
+/// The kernel of the network namespace in which the object was made.
+class KernelFeed final : public Feed {
+ public:
+  KernelFeed();
+  void follow(unsigned group) override;
+  DumpEnd dump(const Request& request, const TakeMessage& take,
+               const std::function<bool()>& keepsOn) override;
+  bool drain(const TakeNotification& take) override;
 
-/// Calls `attempt` until it tells success, at most ten times; then raises `SourceError`.
-void repeatUntilWhole(const char* what, const std::function<bool()>& attempt);
+ private:
+  void ask(const Request& request);
+
+  Socket dumps_;
+  Socket notifications_; // of its own: a dump must not crowd them out
+  std::uint32_t sequence_ = 0;
+};
 
 } // namespace sources::kernel

@@ -16,6 +16,8 @@ struct Nexthop {
     friend bool operator==(const Member&, const Member&) = default;
   };
 
+  std::uint32_t key() const { return id; }
+
   std::uint32_t id = 0;
   Hop hop;
   bool blackhole = false;

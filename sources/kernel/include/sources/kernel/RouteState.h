@@ -6,9 +6,9 @@
 namespace sources::kernel {
 
 /// Fills the route tables of all VRFs, the FECs with the tunnels that they lead to, the configured
-/// routes and the marks of routes that the hardware lacks. Puts the kernel's routes in order on the
-/// way. Raises `SourceError` for a route with more vias than a FEC holds.
-void fillRoutes(KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
+/// routes and the marks of routes that the hardware lacks. Raises `SourceError` for a route with
+/// more vias than a FEC holds.
+void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
                 state::DeviceBuilder& builder);
 
 } // namespace sources::kernel

@@ -21,6 +21,9 @@ using Type6 = Routing6::Fib::RouteType;
 
 inline constexpr RouteKind notListed{Type4::invalid, Type6::invalid, 0};
 inline constexpr RouteKind connectedRoute{Type4::connected, Type6::connected, 0};
+/// A single address on a link, as the peer of a point-to-point link is: a connected route of that
+/// length would be an address of the device itself.
+inline constexpr RouteKind peerRoute{Type4::kernel, Type6::kernel, 0};
 inline constexpr RouteKind kernelRoute{Type4::kernel, Type6::kernel, 40};
 inline constexpr RouteKind dropRoute{Type4::drop, Type6::drop, 1};
 
@@ -41,7 +44,7 @@ inline constexpr KindRow kindsByProtocol[] = {
     {RTPROT_RIP, {Type4::rip, Type6::rip, 120}},
 };
 
-/// Routes that are not unicast, by type. Types without a row (throw, NAT) are not listed.
+/// Routes that are not unicast, by type. Types without a row (NAT) are not listed.
 inline constexpr KindRow kindsByType[] = {
     {RTN_LOCAL, {Type4::receive, Type6::receive, 0}},
     {RTN_BROADCAST, {Type4::receiveBroadcast, Type6::invalid, 0}},
@@ -50,16 +53,21 @@ inline constexpr KindRow kindsByType[] = {
     {RTN_BLACKHOLE, dropRoute},
     {RTN_UNREACHABLE, dropRoute},
     {RTN_PROHIBIT, dropRoute},
+    {RTN_THROW, dropRoute},
 };
 
-/// Whether a route of that type drops what it matches.
+/// Whether a route of that type drops what it matches. A throw does so in the eyes of one table,
+/// which answers nothing else then: what the policy rules ask behind it is not its matter.
 inline bool isDrop(std::uint8_t type) {
-  return type == RTN_BLACKHOLE || type == RTN_UNREACHABLE || type == RTN_PROHIBIT;
+  return type == RTN_BLACKHOLE || type == RTN_UNREACHABLE || type == RTN_PROHIBIT ||
+         type == RTN_THROW;
 }
 
 /// The kind of a route that is not unicast.
 const RouteKind& kindOfType(std::uint8_t type);
-/// The kind of a unicast route; of the kernel's own ones, those without a gateway are connected.
-const RouteKind& kindOfUnicast(std::uint8_t protocol, bool hasGateway);
+/// Where a unicast route leads first.
+enum class FirstHop { gateway, link, peer };
+/// The kind of a unicast route; of the kernel's own ones, those onto a link are connected.
+const RouteKind& kindOfUnicast(std::uint8_t protocol, FirstHop hop);
 
 } // namespace sources::kernel

@@ -21,6 +21,7 @@ struct RouteMessage {
   std::uint32_t metric = 0;
   std::uint32_t nexthopId = 0; ///< of a nexthop object; 0 for none
   Kesh::IpGenAddr destination;
+  Kesh::IpGenAddr source; ///< own address that packets leave with (RTA_PREFSRC); unset for no wish
   std::vector<Hop> hops;
 };
 

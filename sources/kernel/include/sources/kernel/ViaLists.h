@@ -8,13 +8,17 @@ namespace sources::kernel {
 /// A via before it is known whether its FEC holds IPv4 or IPv6 hops.
 struct Via {
   Kesh::IpGenAddr hop; ///< unset without gateway
-  Kesh::IntfId intfId; ///< null while the next hop is dead
+  Kesh::IntfId intfId; ///< null when it is not there
   std::uint32_t label = Kesh::MplsLabel::null;
   std::uint32_t weight = 1;
   std::uint32_t encapsulation = 0;      ///< number of what it pushes beside the label
   Tunnel::TunnelTable::TunnelId tunnel; ///< in the place of hop and interface in the FEC, or null
+  bool onLink = false;                  ///< the hop is the destination itself
+  bool dead = false;                    ///< the kernel does not use it
 
-  bool hasGateway() const { return hop.af() != Kesh::AddressFamily::unset; }
+  bool hasGateway() const { return hop.af() != Kesh::AddressFamily::unset && !onLink; }
+  /// The interface that packets leave through; null when none do.
+  Kesh::IntfId exit() const { return dead ? Kesh::IntfId() : intfId; }
   /// By content, so that equal state gets equal FEC numbers: not by the names' natural order, which
   /// is dear to compare.
   friend bool operator<(const Via& a, const Via& b) { return a.content() < b.content(); }
@@ -25,19 +29,22 @@ struct Via {
              Tunnel::TunnelTable::TunnelId>
   content() const {
     if (!tunnel.isNull()) return {{}, 0, Kesh::MplsLabel::null, weight, tunnel};
-    return {hop, intfId.value(), label, weight, tunnel};
+    return {hop, exit().value(), label, weight, tunnel};
   }
 };
 
 /// Where the packets of a route go.
 struct ViaList {
-  std::vector<Via> vias; ///< in the kernel's order
+  std::vector<Via> vias; ///< in the kernel's order; dead ones only if all are
+  std::vector<Via> dead; ///< the other dead ones
   bool ip6 = false;      ///< its FEC holds IPv6 hops
   bool drops = false;    ///< a blackhole nexthop object
   bool used = false;     ///< a listed route has it
   Vanta::Fib::FecId fecId;
 
-  bool hasGateway() const;
+  FirstHop firstHop() const;
+  /// Whether it has vias and the kernel uses none of them.
+  bool isDead() const;
 };
 
 /// The via lists of all hop lists, by the number of the hop list.

@@ -1,7 +1,7 @@
 // Which VRF a routing table is, and which VRF an interface is in.
 #pragma once
 
-#include "sources/kernel/Gather.h"
+#include "sources/kernel/KernelState.h"
 #include "state/DeviceBuilder.h"
 
 #include <map>
@@ -10,11 +10,10 @@
 
 namespace sources::kernel {
 
-/// The table that stands for a VRF: addresses of the default VRF are in the table `local`, its
-/// other routes in `main`.
-constexpr std::uint32_t vrfTable(std::uint32_t table) {
-  return table == RT_TABLE_LOCAL ? std::uint32_t{RT_TABLE_MAIN} : table;
-}
+/// The table of the VRF of that name, as far as it shows without the routes: nothing for "all", for
+/// a name that none has, and wherever names of vrf devices and those of plain tables could be in
+/// each other's way. `devices` are the vrf devices.
+std::optional<std::uint32_t> tableOf(const std::string& vrf, const std::vector<Link>& devices);
 
 /// The VRFs of a device: the default one, one for each table of a vrf device, and one for each
 /// other table that has routes.

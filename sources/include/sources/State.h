@@ -1,0 +1,39 @@
+// What a source gives: a device's state, and what is to be known of it.
+#pragma once
+
+#include "state/DeviceState.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace sources {
+
+/// The parts of a state that are wanted. A source may leave out the others, which it need not read
+/// then; a display of what is wanted is the same as from everything.
+struct Needs {
+  bool ip4 = true;           ///< addresses, neighbours and routes of IPv4
+  bool ip6 = true;           ///< those of IPv6
+  bool routes = true;        ///< route tables and configured routes
+  bool neighbours = true;    ///< ARP entries and IPv6 neighbours
+  bool nexthopGroups = true; ///< with their counters
+  std::string vrf = "all";   ///< the VRF whose routes are wanted, or "all"
+};
+
+/// What a reader of the state should know of it.
+struct Notes {
+  /// The tables that went on changing while they were read ("IPv6 routes"): what is there of them
+  /// may lack or outdate some entries.
+  std::vector<std::string> moved;
+  /// Routes that a table by prefix has no place for: they lose against another of their prefix.
+  std::uint64_t hiddenRoutes = 0;
+
+  bool empty() const { return moved.empty() && hiddenRoutes == 0; }
+};
+
+struct State {
+  state::DeviceState device;
+  Notes notes;
+};
+
+} // namespace sources

@@ -1,0 +1,77 @@
+#include "sources/kernel/RouteRows.h"
+
+#include "sources/kernel/Addresses.h"
+
+#include <sys/socket.h>
+
+namespace sources::kernel {
+
+namespace {
+
+bool isListed(const RouteMessage& route) {
+  if (route.type == RTN_UNICAST) return true;
+  const RouteKind& kind = kindOfType(route.type);
+  return route.family == AF_INET ? kind.type4 != Type4::invalid : kind.type6 != Type6::invalid;
+}
+
+/// A single address on a link is its own next hop: it is there, and not this device.
+void leadToItself(const RouteMessage& route, Hop& hop) {
+  if (hop.gateway != Kesh::IpGenAddr() || hop.interface == 0) return;
+  hop.gateway = route.destination;
+  hop.onLink = 1;
+}
+
+std::uint32_t enterHops(const RouteMessage& route, HopLists& lists) {
+  const auto family = route.destination.af();
+  // The kernel may name the loopback interface for what it drops: nothing goes there.
+  if (isDrop(route.type)) return lists.enter({family, 0, {}}, {});
+  // What the kernel made of an address goes with a word when the address goes.
+  const bool own = route.protocol == RTPROT_KERNEL;
+  const HopListHead head{family, route.nexthopId, own ? Kesh::IpGenAddr() : route.source};
+  const bool isHost = route.type == RTN_UNICAST && route.length == addressBits(route.family);
+  if (!isHost || route.nexthopId != 0) return lists.enter(head, route.hops);
+  std::vector<Hop> hops = route.hops;
+  for (Hop& hop : hops) leadToItself(route, hop);
+  return lists.enter(head, hops);
+}
+
+bool isKernelsTwin(const auto& row, const auto& winner) {
+  return row.protocol == RTPROT_KERNEL && winner.table == RT_TABLE_LOCAL;
+}
+
+} // namespace
+
+bool isRow(const RouteMessage& route) {
+  return !(route.flags & RTM_F_CLONED) && route.sourceLength == 0 && isListed(route);
+}
+
+template <class Family>
+RouteRow<Family> rowOf(const RouteMessage& route, HopLists& lists) {
+  return {Family::prefix(route.destination, route.length),
+          route.table,
+          route.metric,
+          route.flags,
+          enterHops(route, lists),
+          route.type,
+          route.protocol,
+          route.tos};
+}
+
+template <class Family>
+std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> rows) {
+  std::uint64_t count = 0;
+  forEachPrefix(rows, [&](std::span<const RouteRow<Family>> same) {
+    if (Family::isOnEveryLink(same[0].prefix)) return;
+    const std::size_t shown = same[0].tos == 0 ? 1 : 0;
+    count += static_cast<std::uint64_t>(std::ranges::count_if(
+        same.subspan(shown), [&](const auto& row) { return !isKernelsTwin(row, same[0]); }));
+  });
+  return count;
+}
+
+template RouteRow<Ip4> rowOf(const RouteMessage&, HopLists&);
+template RouteRow<Ip6> rowOf(const RouteMessage&, HopLists&);
+template std::uint64_t hiddenRoutes<Ip4>(std::span<const RouteRow<Ip4>>);
+template std::uint64_t hiddenRoutes<Ip6>(std::span<const RouteRow<Ip6>>);
+
+} // namespace sources::kernel

@@ -1,0 +1,95 @@
+// Reads the kernel's state, and keeps what it read up to date with what the kernel notifies.
+//
+// It subscribes first and dumps then, so that nothing falls between. Wholeness.h tells when a table
+// is known to be read whole; what is not is dumped again. Some changes come without a word of their
+// own: the IPv4 routes over an interface that goes down, those that leave with an address that
+// goes, the nexthop objects of an interface. What took them is notified, so they follow from it;
+// where that does not tell all (which of several next hops the kernel still uses), the table is
+// read again.
+#pragma once
+
+#include "sources/State.h"
+#include "sources/kernel/KernelState.h"
+#include "sources/kernel/ObjectTable.h"
+#include "sources/kernel/RouteTable.h"
+
+#include <chrono>
+#include <set>
+
+namespace sources::kernel {
+
+class Follower {
+ public:
+  using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+  /// Follows the tables that are needed, of the kernel behind the feed, which outlives it.
+  Follower(Feed& feed, const Needs& needs, Clock clock = std::chrono::steady_clock::now);
+
+  /// Dumps each table, and then again those that moved, until all are whole or `patience` is over
+  /// since the end of the first dump. Raises `SourceError` when the kernel refuses.
+  void read(std::chrono::milliseconds patience);
+
+  /// The names of the tables that are not known to be whole.
+  std::vector<std::string> moved() const;
+  /// Whether what is shown depends on more than was asked for: tunnels are numbered among those of
+  /// all routes.
+  bool needsEverything() const;
+  /// What the kernel has by the last notification. Ends the following.
+  KernelState take();
+
+ private:
+  /// A table with the way to dump it.
+  struct Followed {
+    const char* name;
+    Wholeness& table;
+    std::vector<unsigned> groups; ///< RTNLGRP_*
+    std::function<void()> dump;
+  };
+
+  void followNeeded();
+  template <class Object>
+  void dumpObjects(ObjectTable<Object>& table, const Request& request,
+                   const std::function<std::optional<Object>(Bytes)>& decode);
+  void dumpLinks();
+  void dumpNexthops();
+  template <class Family>
+  void dumpRoutes(RouteTable<Family>& table);
+  DumpEnd dump(const Request& request, const TakeMessage& take);
+  void readMoving();
+  void findWantedTables();
+  bool isWanted(const RouteMessage& route) const;
+
+  void drain();
+  void hear(const nlmsghdr& header, Bytes payload);
+  void hearLink(const nlmsghdr& header, Bytes payload);
+  void hearAddress(const nlmsghdr& header, Bytes payload);
+  void hearNeighbour(const nlmsghdr& header, Bytes payload);
+  void hearNexthop(const nlmsghdr& header, Bytes payload);
+  void hearRoute(const nlmsghdr& header, Bytes payload);
+  void interfaceTurned(const Link& before, const Link& now);
+  void interfaceLost(std::uint32_t interface, bool gone);
+  void nexthopsLost(std::uint32_t interface);
+  void nexthopLost(std::uint32_t id);
+  void routesLost(const Loss& loss);
+  void disturbRoutes();
+
+  Feed& feed_;
+  const Needs needs_;
+  const Clock clock_;
+  std::optional<std::chrono::steady_clock::time_point> deadline_;
+
+  ObjectTable<Link> links_;
+  ObjectTable<Address> addresses_;
+  ObjectTable<Neighbour> neighbours_;
+  ObjectTable<Nexthop> nexthops_;
+  Encapsulations encapsulations_;
+  HopLists hopLists_;
+  RouteTable<Ip4> routes_{hopLists_};
+  RouteTable<Ip6> routes6_{hopLists_};
+  std::vector<Followed> followed_;
+  std::set<std::uint32_t> tables_; ///< whose routes are wanted; empty for all
+  RouteMessage route_;             ///< reused from message to message
+  bool countsPackets_ = false;
+};
+
+} // namespace sources::kernel
