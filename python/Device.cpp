@@ -87,6 +87,27 @@ PyObject* source(PyObject* self, void*) {
   return guarded([&] { return strOf(deviceOf(self)->source); });
 }
 
+void addNote(const Ref& dictionary, const char* name, const Ref& value) {
+  check(PyDict_SetItemString(dictionary.get(), name, value.get()));
+}
+
+/// The object "state" of the command's documents.
+PyObject* state(PyObject* self, void*) {
+  return guarded([&] {
+    const sources::Notes& notes = deviceOf(self)->notes;
+    Ref dictionary = owned(PyDict_New());
+    if (!notes.moved.empty()) {
+      const Ref moved = owned(PyList_New(0));
+      for (const auto& table : notes.moved) check(PyList_Append(moved.get(), strOf(table).get()));
+      addNote(dictionary, "moved", moved);
+    }
+    if (notes.hiddenRoutes != 0) {
+      addNote(dictionary, "hiddenRoutes", owned(PyLong_FromUnsignedLongLong(notes.hiddenRoutes)));
+    }
+    return dictionary;
+  });
+}
+
 PyObject* repr(PyObject* self) {
   return guarded([&] {
     const Ref name = strOf(deviceOf(self)->source);
@@ -118,6 +139,10 @@ PyMethodDef methods[] = {
 
 PyGetSetDef properties[] = {
     {"vrfs", vrfs, nullptr, "The names of the VRFs, the default one first.", nullptr},
+    {"state", state, nullptr,
+     "What is to be known of the state: 'moved', the tables that changed while they were read,\n"
+     "and 'hiddenRoutes', how many lose against another of their prefix. Empty for nothing.",
+     nullptr},
     {"source", source, nullptr, "The name that the device was opened by.", nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr},
 };

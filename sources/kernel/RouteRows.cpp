@@ -35,6 +35,21 @@ std::uint32_t enterHops(const RouteMessage& route, HopLists& lists) {
   return lists.enter(head, hops);
 }
 
+/// Puts the rows of one table in order that the kernel gave in the order of addresses, where a
+/// prefix stands ahead of those inside it: it waits for their end. The order among equals stays.
+template <class Row>
+void orderTable(std::span<Row> rows) {
+  std::vector<Row> waiting;
+  auto out = rows.begin();
+  for (const Row row : rows) {
+    for (; !waiting.empty() && !isBefore(row, waiting.back()); waiting.pop_back()) {
+      *out++ = waiting.back();
+    }
+    waiting.push_back(row);
+  }
+  std::ranges::reverse_copy(waiting, out);
+}
+
 bool isKernelsTwin(const auto& row, const auto& winner) {
   return row.protocol == RTPROT_KERNEL && winner.table == RT_TABLE_LOCAL;
 }
@@ -58,6 +73,21 @@ RouteRow<Family> rowOf(const RouteMessage& route, HopLists& lists) {
 }
 
 template <class Family>
+void putInOrder(std::vector<RouteRow<Family>>& rows) {
+  using Row = RouteRow<Family>;
+  if (std::ranges::is_sorted(rows, isBefore<Row>)) return; // as IPv6 routes come
+  auto begin = rows.begin();
+  while (begin != rows.end()) {
+    const auto isElsewhere = [&](const Row& row) { return row.table != begin->table; };
+    const auto end = std::find_if(begin, rows.end(), isElsewhere);
+    orderTable(std::span<Row>(begin, end));
+    std::inplace_merge(rows.begin(), begin, end, isBefore<Row>);
+    begin = end;
+  }
+  if (!std::ranges::is_sorted(rows, isBefore<Row>)) std::ranges::stable_sort(rows, isBefore<Row>);
+}
+
+template <class Family>
 std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> rows) {
   std::uint64_t count = 0;
   forEachPrefix(rows, [&](std::span<const RouteRow<Family>> same) {
@@ -71,6 +101,8 @@ std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> rows) {
 
 template RouteRow<Ip4> rowOf(const RouteMessage&, HopLists&);
 template RouteRow<Ip6> rowOf(const RouteMessage&, HopLists&);
+template void putInOrder<Ip4>(std::vector<RouteRow<Ip4>>&);
+template void putInOrder<Ip6>(std::vector<RouteRow<Ip6>>&);
 template std::uint64_t hiddenRoutes<Ip4>(std::span<const RouteRow<Ip4>>);
 template std::uint64_t hiddenRoutes<Ip6>(std::span<const RouteRow<Ip6>>);
 

@@ -175,6 +175,92 @@ TEST_F(KernelTest, ManyRoutesArriveWhole) {
   EXPECT_GE(routes.size(), 20000u);
 }
 
+/// Has the kernel add and remove routes and interfaces all the time, until it goes.
+class Churn {
+ public:
+  Churn(const std::string& netns, const std::string& folder) : folder_(folder + netns + "-churn") {
+    std::filesystem::create_directory(folder_);
+    std::ofstream add(folder_ + "/add"), del(folder_ + "/del");
+    for (int i = 0; i < 200; ++i) {
+      const std::string routes[] = {"route XXX 60." + std::to_string(i) + ".0.0/16 via 10.1.0.2",
+                                    "route XXX fd60:" + std::to_string(i) + "::/64 via fd01::2"};
+      for (std::string line : routes) {
+        add << line.replace(line.find("XXX"), 3, "add") << "\n";
+        del << line.replace(line.find("add"), 3, "del") << "\n";
+      }
+    }
+    add << "link add moving type veth peer name moving2\nlink set moving up\n"
+        << "addr add 61.0.0.1/24 dev moving\nroute add 62.0.0.0/8 dev moving\n";
+    del << "link del moving\n";
+    const std::string batch = "ip -n " + netns + " -force -batch " + folder_ + "/";
+    shell_ = popen(("while [ -e " + folder_ + "/add ]; do " + batch + "add; " + batch +
+                    "del; done >/dev/null 2>&1")
+                       .c_str(),
+                   "r");
+  }
+  ~Churn() {
+    std::filesystem::remove(folder_ + "/add"); // ends the loop
+    pclose(shell_);
+    std::filesystem::remove_all(folder_);
+  }
+  Churn(const Churn&) = delete;
+  Churn& operator=(const Churn&) = delete;
+
+ private:
+  std::string folder_;
+  FILE* shell_;
+};
+
+TEST_F(KernelTest, WhatStaysIsListedWhileOthersComeAndGo) {
+  const std::string file = testing::TempDir() + name;
+  std::ofstream batch(file);
+  std::set<std::string> stable;
+  for (int i = 0; i < 3000; ++i) {
+    const std::string middle = std::to_string(i / 200) + "." + std::to_string(i % 200);
+    batch << "route add 50." << middle << ".0/24 via 10.1.0.2\n";
+    batch << "route add fd50:" << i << "::/64 via fd01::2\n";
+    stable.insert("default 50." + middle + ".0/24");
+    stable.insert("default fd50:" + std::to_string(i) + "::/64");
+  }
+  batch.close();
+  ASSERT_TRUE(tries("-batch " + file));
+  std::filesystem::remove(file);
+  const Churn churn(name, testing::TempDir());
+  for (int round = 0; round < 10; ++round) {
+    const Routes routes = showRoutes(load(name));
+    std::size_t found = 0;
+    for (const std::string& key : stable) found += routes.contains(key);
+    EXPECT_EQ(found, stable.size());
+    for (const auto& [key, shown] : routes) EXPECT_EQ(shown.find("absent"), shown.npos) << key;
+  }
+}
+
+/// What is asked for shows as it does among everything.
+TEST_F(KernelTest, PartsAreAsInTheWhole) {
+  runAll(everyKind);
+  run("route add 23.0.0.0/8 via 10.1.0.2 table 7");
+  const state::DeviceState whole = load(name);
+  for (const char* const vrf : {"default", "table-7", "table-70000"}) {
+    for (const bool ip4 : {true, false}) {
+      const sources::Needs needs{
+          .ip4 = ip4, .ip6 = !ip4, .neighbours = false, .nexthopGroups = false, .vrf = vrf};
+      const auto part = sources::kernel::load(name, needs).device;
+      ASSERT_TRUE(part.vrf(vrf)) << vrf;
+      Routes inWhole, inPart;
+      if (ip4) {
+        addShown(whole, vrf, whole.vrf(vrf)->routingStatus->route, inWhole);
+        addShown(part, vrf, part.vrf(vrf)->routingStatus->route, inPart);
+      } else {
+        addShown(whole, vrf, whole.vrf(vrf)->routing6Status->route, inWhole);
+        addShown(part, vrf, part.vrf(vrf)->routing6Status->route, inPart);
+      }
+      EXPECT_EQ(inPart, inWhole) << vrf << (ip4 ? " IPv4" : " IPv6");
+    }
+  }
+  EXPECT_EQ(sources::kernel::load(name).notes.hiddenRoutes, 3u);
+  EXPECT_EQ(sources::kernel::load(name, {.vrf = "nosuch"}).device.vrfs.size(), whole.vrfs.size());
+}
+
 template <class Addresses>
 std::set<std::string> texts(const Addresses& addresses) {
   std::set<std::string> out;

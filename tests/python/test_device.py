@@ -26,6 +26,7 @@ def test_open_takes_what_names_a_file(source):
     device = rova.open(source)
     assert device.vrfs == ["default", "red"]
     assert device.source == str(STATE)
+    assert device.state == {}
     assert repr(device) == f"<rova.Device {str(STATE)!r}>"
 
 
