@@ -78,7 +78,7 @@ class Listing {
   bool groupNamesBuilt_ = false;
   VrfId lastSrcVrf_{VrfId::none};
   Lumo::String lastSrcVrfName_;
-  Lumo::String ownInterfaceText_;
+  Lumo::String ownInterfaceText_, ownDescription_;
 };
 
 template <class Family>
@@ -263,8 +263,11 @@ void Listing<Family>::printDirect(const Route& route, FecLook& look) {
   RouteLine line = lineOf(route);
   line.via = &look.text;
   if (isReceive(route.routeType) && look.text.interface.empty()) {
-    ownInterfaceText_ = ownInterface(route).stringValue();
+    const Kesh::IntfId own = ownInterface(route);
+    ownInterfaceText_ = own.stringValue();
+    ownDescription_ = interfaceDescriptionOf(sorter_, own);
     line.ownInterface = ownInterfaceText_.c_str();
+    line.ownInterfaceDescription = ownDescription_.c_str();
   }
   lines_.printFormatRoute(route.routeType, line, hasV6Nexthop());
 }
