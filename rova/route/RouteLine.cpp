@@ -393,7 +393,7 @@ void RouteLinePrinter::printRowEnd(const Subject& route, const Row& row) {
 
 void RouteLinePrinter::printGroup(const CachedNhgVia& group) {
   groupName_.setValue(group.nhgName().c_str());
-  groupId_.setValue(static_cast<int>(group.nhgId()));
+  groupId_.setValue(group.nhgId());
   printer_.startSubmodel("nexthopGroup");
   printer_.addAttributes(" %s, Nexthop Group ID %d", 2, groupName_.getArg(), groupId_.getArg());
   printer_.endSubmodel();

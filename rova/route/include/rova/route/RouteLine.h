@@ -112,7 +112,7 @@ class RouteLinePrinter {
   scrivo::UintAttrInfo vni_;
   scrivo::StringAttrInfo routerMac_;
   scrivo::StringAttrInfo groupName_;
-  scrivo::IntAttrInfo groupId_;
+  scrivo::UintAttrInfo groupId_;
 };
 
 } // namespace Rova
