@@ -1,4 +1,5 @@
 // Routes that a sorter makes up for neighbours, and what a handler asks of its routes by prefix.
+#include "ListingParts.h"
 #include "rova/fec/FecCapture.h"
 #include "rova/route/Sorter.h"
 
@@ -62,14 +63,8 @@ Lumo::String Sorter<Family>::protocolString(Prefix p) const {
   std::string text;
   if (!route.fecId.isNull()) {
     LUMO_ASSERT(kernelUnprogrammedRoute(), "kernelUnprogrammedRoute()");
-    bool unprogrammed = false;
-    if (unprogrammedRouteStatus_) {
-      unprogrammedRouteStatus_->unprogrammedRoute.safeLookup({p, vrfId_}, unprogrammed, 0);
-    }
-    bool found = false;
-    const auto& errors = Family::kernelErrors(*kernelUnprogrammedRoute_);
-    const bool refused = !(*errors.safeLookup(p, found, 0) == typename Family::KernelError());
-    text = std::string(unprogrammed ? "*" : " ") + pcode(route.routeType) + (refused ? "%" : "");
+    text = std::string(isHardwareProgrammed(*this, p) ? " " : "*") + pcode(route.routeType) +
+           (isKernelProgrammed(*this, p) ? "" : "%");
   }
   if (text.size() < 5) text.resize(5, ' ');
   return Lumo::String(text);

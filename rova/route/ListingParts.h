@@ -1,5 +1,5 @@
-// What the listing of the routing table and that of the host table have in common: whether routes
-// are programmed in hardware and the warning about it, the routing flag, the lines of timing.
+// What the displays of routes have in common: whether routes are programmed in hardware and in the
+// kernel, the warning about the former, the routing flag, the lines of timing.
 #pragma once
 
 #include "lumo/System.h"
@@ -33,6 +33,14 @@ bool isHardwareProgrammed(const Sorter<Family>& sorter, const typename Family::P
   bool found = false;
   status->unprogrammedRoute.safeLookup({prefix, sorter.vrfId()}, found, 0);
   return !found;
+}
+
+/// The sorter must have the kernel's table.
+template <class Family>
+bool isKernelProgrammed(const Sorter<Family>& sorter, const typename Family::Prefix& prefix) {
+  bool found = false;
+  const auto& errors = Family::kernelErrors(*sorter.kernelUnprogrammedRoute());
+  return *errors.safeLookup(prefix, found, 0) == typename Family::KernelError();
 }
 
 template <class Family>

@@ -67,7 +67,6 @@ class Listing {
   bool hasV6Nexthop() const;
   RouteLine lineOf(const Route& route);
   const char* srcVrfName(VrfId vrf);
-  bool isKernelProgrammed(const Prefix& prefix) const;
   void printMissingFec(const Route& route);
   void buildGroups(CachedFec& fec);
   void printDirect(const Route& route, FecLook& look);
@@ -79,7 +78,7 @@ class Listing {
   bool groupNamesBuilt_ = false;
   VrfId lastSrcVrf_{VrfId::none};
   Lumo::String lastSrcVrfName_;
-  Lumo::String ownInterfaceText_;
+  Lumo::String ownInterfaceText_, ownDescription_;
 };
 
 template <class Family>
@@ -226,7 +225,8 @@ RouteLine Listing<Family>::lineOf(const Route& route) {
     line.routeLeaked = !(sorter_.vrfName().stringValue() == line.srcVrfName);
   }
   line.hardwareProgrammed = isHardwareProgrammed(sorter_, route.key);
-  line.kernelProgrammed = isKernelProgrammed(route.key);
+  line.kernelProgrammed =
+      !sorter_.kernelUnprogrammedRoute() || isKernelProgrammed(sorter_, route.key);
   return line;
 }
 
@@ -239,15 +239,6 @@ const char* Listing<Family>::srcVrfName(VrfId vrf) {
   lastSrcVrfName_ = found ? entry->name : Lumo::String();
   lastSrcVrf_ = vrf;
   return lastSrcVrfName_.c_str();
-}
-
-template <class Family>
-bool Listing<Family>::isKernelProgrammed(const Prefix& prefix) const {
-  const auto& status = sorter_.kernelUnprogrammedRoute();
-  if (!status) return true;
-  bool found = false;
-  const auto* const error = Family::kernelErrors(*status).safeLookup(prefix, found, 0);
-  return !found || *error == typename Family::KernelError();
 }
 
 template <class Family>
@@ -272,8 +263,11 @@ void Listing<Family>::printDirect(const Route& route, FecLook& look) {
   RouteLine line = lineOf(route);
   line.via = &look.text;
   if (isReceive(route.routeType) && look.text.interface.empty()) {
-    ownInterfaceText_ = ownInterface(route).stringValue();
+    const Kesh::IntfId own = ownInterface(route);
+    ownInterfaceText_ = own.stringValue();
+    ownDescription_ = interfaceDescriptionOf(sorter_, own);
     line.ownInterface = ownInterfaceText_.c_str();
+    line.ownInterfaceDescription = ownDescription_.c_str();
   }
   lines_.printFormatRoute(route.routeType, line, hasV6Nexthop());
 }

@@ -100,12 +100,13 @@ bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool 
   text[length] = '\0';
   prefix_.setValue(static_cast<const char*>(text));
   const auto* const via = line.via;
+  const bool hasInterface = via && !via->interface.empty();
   Subject route{line,
                 code,
                 {text, length},
                 via ? via->nexthopAddr.c_str() : "",
-                via && !via->interface.empty() ? via->interface.c_str() : line.ownInterface,
-                via ? via->interfaceDescription.c_str() : "",
+                hasInterface ? via->interface.c_str() : line.ownInterface,
+                hasInterface ? via->interfaceDescription.c_str() : line.ownInterfaceDescription,
                 via && via->evpnEntry.isSet()};
   if (!hasSomethingToShow(route)) return false;
   printHead(route);
@@ -392,7 +393,7 @@ void RouteLinePrinter::printRowEnd(const Subject& route, const Row& row) {
 
 void RouteLinePrinter::printGroup(const CachedNhgVia& group) {
   groupName_.setValue(group.nhgName().c_str());
-  groupId_.setValue(static_cast<int>(group.nhgId()));
+  groupId_.setValue(group.nhgId());
   printer_.startSubmodel("nexthopGroup");
   printer_.addAttributes(" %s, Nexthop Group ID %d", 2, groupName_.getArg(), groupId_.getArg());
   printer_.endSubmodel();

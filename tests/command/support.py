@@ -11,7 +11,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "scenarios"))
 # pylint: disable=wrong-import-position,unused-import
-from scenario import ROOT, TIMEOUT_SECONDS, all_scenarios, parse_json, program, run_program
+from scenario import HERE, ROOT, TIMEOUT_SECONDS, all_scenarios, parse_json, program, run_program
 
 # Two VRFs, default and red, one route of each family in each.
 STATE = "tests/scenarios/vrfs/snapshot.json"

@@ -134,6 +134,22 @@ Result ask(const GenericPtr& object, const AttributeRecord* row, OpCode code,
   return Lumo::unwrap<Result>(Lumo::operate(*object, {row, code}, key));
 }
 
+// A caller by name who leaves an argument out gives the default of its type.
+TEST_F(ByNameTest, AValueOfDefaultArgumentsIsTheDefaultValue) {
+  const auto takesHandles = [](const TypeRecord& type) {
+    const auto* at = type.constructorArguments;
+    while (at->name && !at->type->isEntity()) ++at;
+    return at->name != nullptr;
+  };
+  int checked = 0;
+  forEachType([&](const TypeRecord& type, const CatalogueEntry&) {
+    if (type.kind != TypeKind::value || takesHandles(type)) return;
+    EXPECT_TRUE(ask<bool>(build(type), nullptr, OpCode::isDefault));
+    ++checked;
+  });
+  EXPECT_GT(checked, 5);
+}
+
 // Each argument is made unusual once, so that one that goes astray is seen.
 TEST_F(ByNameTest, AnObjectHasTheArgumentsOfItsConstructor) {
   forEachType([&](const TypeRecord& type, const CatalogueEntry&) {

@@ -73,6 +73,20 @@ TYPED_TEST(CollectionTest, AWalkSurvivesInsertions) {
   for (int old = 0; old < 10; ++old) EXPECT_EQ(keys.at(static_cast<std::size_t>(old)), old);
 }
 
+TYPED_TEST(CollectionTest, AWalkDeletesTheMembersThatItStandsOn) {
+  this->fill(20);
+  std::vector<int> keys;
+  for (auto at = this->map.cursor(); at; at.next()) {
+    keys.push_back(at.key());
+    if (at.key() == 5) this->map.erase(6);
+    this->map.erase(at);
+    EXPECT_EQ(at.value(), nullptr);
+    this->map.erase(at); // a second time is of no consequence
+  }
+  EXPECT_TRUE(this->map.empty());
+  EXPECT_EQ(keys.size(), 19u);
+}
+
 // A member that comes back counts as new and may be visited again, so it comes back once here.
 TYPED_TEST(CollectionTest, AWalkSurvivesDeletionAndReinsertionOfItsMember) {
   this->fill(10);

@@ -117,6 +117,7 @@ def test_values_compare_by_what_they_hold():
 def test_false_is_what_equals_the_default():
     assert not rova.CounterEntry(0, 0) and rova.CounterEntry(0, 1)
     assert not rova.CachedVia() and rova.CachedVia(viaIndex=1)
+    assert not rova.RouteSortKey() and not rova.RovaConsts()
     assert rova.CachedFec()  # entities have no default
 
 

@@ -88,8 +88,8 @@ struct ProtocolCase {
 
 /// The protocol string of a route of that type on a device of its own.
 template <class Family>
-std::string protocolString(const ProtocolCase<typename Family::RouteType>& wanted, FecId fec) {
-  const char* const prefix = Texts<Family>::wide;
+std::string protocolString(const ProtocolCase<typename Family::RouteType>& wanted, FecId fec,
+                           const char* prefix = Texts<Family>::wide) {
   Device device;
   device.route(prefix, wanted.type, fec);
   if (!wanted.inHardware) device.hardwareUnprogrammed<Family>(prefix);
@@ -110,7 +110,9 @@ TYPED_TEST(ProtocolStringTest, MarksWhatIsNotProgrammed) {
       {Type::unresolved, false, true, "*    "},
   };
   for (const auto& wanted : cases) {
-    EXPECT_EQ(protocolString<TypeParam>(wanted, FecId(7)), wanted.text);
+    for (const char* const prefix : {Texts<TypeParam>::wide, Texts<TypeParam>::everything}) {
+      EXPECT_EQ(protocolString<TypeParam>(wanted, FecId(7), prefix), wanted.text) << prefix;
+    }
   }
   EXPECT_EQ(protocolString<TypeParam>({Type::nexthopGroup, false, false, ""}, FecId()), "     ");
 }

@@ -72,6 +72,17 @@ TEST(SortedTunViaTest, AKindWithoutATableStopsTheProcess) {
   EXPECT_DEATH(static_cast<void>(a == a), assertion("false && \"encap type not implemented\""));
 }
 
+// A via on its own is compared with nothing, so its kind does not matter.
+TEST(SortedTunViaTest, TheViaOfAWalkIsDeletedByItsPlace) {
+  Rova::SortedTunViaSet set(TunnelId(), encaps());
+  set.viaIs(SortedTunVia(addr("10.1.0.1"), intf("Ethernet1"), encap(4, 1), encaps()), true);
+  set.viaDel(set.viaMap().cursor());
+  EXPECT_EQ(set.vias(), 0u);
+  set.viaIs(SortedTunVia(addr("10.1.0.1"), intf("Ethernet1"), encap(4, 1), encaps()), true);
+  set.viaDelAll();
+  EXPECT_EQ(set.vias(), 0u);
+}
+
 TEST(StaticInterfaceTunnelTest, MplsOnAnInterfaceStopsTheProcess) {
   const auto fib = encaps();
   const TunnelId id(TunnelId::convertToTunnelValue(9, 4));

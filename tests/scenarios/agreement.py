@@ -51,10 +51,15 @@ def tokens(text):
     return sorted(token for token in found if token not in WORDS)
 
 
+def shown_number(key, value):
+    """The number as the text has it: the format of a group's identifier takes it as signed."""
+    return value - (1 << 32) if key == "groupId" and value >> 31 else value
+
+
 def via_values(value):
     """The values of a via that its line shows."""
     if isinstance(value, dict):
-        shown = [via_values(item) for item in value.values()]
+        shown = [via_values(shown_number(key, item)) for key, item in value.items()]
     elif isinstance(value, list):
         shown = [via_values(item) for item in value]
     elif isinstance(value, bool) or value == "active":

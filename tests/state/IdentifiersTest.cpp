@@ -76,9 +76,7 @@ TEST(EvpnVxlanTunnelTableTest, KnowsItsInterfacesAndEntries) {
   const TunnelId id(0x600000000001);
   EXPECT_FALSE(table.entry(id).isSet());
   EXPECT_EQ(table.entry(id), Tunnel::TunnelTable::EvpnVxlanTunnelEntry(id));
-  Tunnel::TunnelTable::EvpnVxlanTunnelEntry entry(id);
-  entry.vtepAddr = *Kesh::IpGenAddr::parse("0.0.0.0");
-  table.entries.insertOrAssign(id, entry);
+  table.entries.insertOrAssign(id, {});
   EXPECT_TRUE(table.entry(id).isSet());
 }
 

@@ -15,7 +15,6 @@
 #include "state/DeviceBuilder.h"
 #include "support/Families.h"
 
-#include <cerrno>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -136,12 +135,13 @@ class Device {
   void hardwareUnprogrammed(const std::string& prefix) {
     tables.hardwareUnprogrammed(prefixOf<Family>(prefix), state.vrfs.front().id);
   }
+  /// Nothing but the prefix is known of the refusal.
   template <class Family>
   void kernelUnprogrammed(const std::string& prefix) {
     if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
-      tables.defaultVrf().kernelErrors->insert({prefixOf<Family>(prefix), {}, EINVAL});
+      tables.defaultVrf().kernelErrors->insert({prefixOf<Family>(prefix), {}, {}});
     } else {
-      tables.defaultVrf().kernelErrors6->insert({prefixOf<Family>(prefix), {}, EINVAL});
+      tables.defaultVrf().kernelErrors6->insert({prefixOf<Family>(prefix), {}, {}});
     }
   }
 

@@ -13,8 +13,9 @@
 // overload chosen by its line number, so one line may declare one attribute only. LUMO_DEFINE_TYPE
 // in one source file makes the table.
 //
-// A collection x has x(key), which gives the default value for a missing key, xIs, newX, xDel,
-// xDelAll, xNotify, xs() for its size, and xMap() for walks.
+// A collection x has x(key), which gives the default value for a missing key, xIs, newX, xDel of a
+// key or of the member that a walk stands on, xDelAll, xNotify, xs() for its size, and xMap() for
+// walks.
 #pragma once
 
 #include "lumo/TypeRecordOf.h"
@@ -186,8 +187,9 @@
     x##_.erase(key, &old);                                                                         \
     return old;                                                                                    \
   }                                                                                                \
+  void x##Del(const typename Family<Key, Value>::Cursor& at) { x##_.erase(at); }                   \
   void x##DelAll() {                                                                               \
-    for (auto at = x##_.cursor(); at; at.next()) x##Del(at.key());                                 \
+    for (auto at = x##_.cursor(); at; at.next()) x##Del(at);                                       \
   }                                                                                                \
   void x##Notify(const Key&) {}                                                                    \
   LUMO_ROW((::Lumo::collectionRow<&Self::x##_>(                                                    \

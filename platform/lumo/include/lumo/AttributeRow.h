@@ -95,7 +95,7 @@ class CollectionIterator final : public GenericIterator {
       [](GenericIterator& walk) {
         CollectionIterator& self = of(walk);
         if (self.constant_) throwConstantException(typeOf<OwnerOf<field>>().name);
-        if (self.cursor_) self.map_.erase(Key(self.cursor_.key()));
+        if (self.cursor_) self.map_.erase(self.cursor_);
       }};
 
  private:

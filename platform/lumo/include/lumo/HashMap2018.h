@@ -152,6 +152,9 @@ class HashMap2018 {
     bool atEnd_ = true; // a fact of its own: members may come behind a walk that has ended
     Key key_{};
   };
+  /// Removes the member that a walk stands on, which goes on by `next`.
+  void erase(const Cursor& at) { erase(at.key()); }
+
   Cursor cursor() const { return Cursor(*this); }
   Cursor cursor(const Key& key) const { return Cursor(*this, key); }
 

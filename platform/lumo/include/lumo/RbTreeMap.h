@@ -92,6 +92,7 @@ class RbTreeMap {
     }
 
    private:
+    friend RbTreeMap;
     bool moved() const { return deletions_ != map_.body_->deletions; }
     void arrive() {
       deletions_ = map_.body_->deletions;
@@ -105,6 +106,14 @@ class RbTreeMap {
     std::uint32_t deletions_ = 0;
     bool atEnd_ = true;
   };
+  /// Removes the member that a walk stands on. It is removed by its place: unless others were
+  /// deleted since the walk came there, no key is compared. The walk goes on by `next`.
+  void erase(const Cursor& at) {
+    if (!at || at.moved()) return static_cast<void>(erase(Key(at.key())));
+    body_->tree.erase(at.it_);
+    ++body_->deletions;
+  }
+
   Cursor cursor() const { return Cursor(*this); }
   Cursor cursor(const Key& key) const { return Cursor(*this, key); }
 

@@ -63,13 +63,14 @@ using UnprogrammedRouteStatus = BasicUnprogrammedRouteStatus<Kesh::Ip6Prefix>;
 
 namespace KernelUnprogrammedRoute {
 
-/// A route that the kernel refused, with the error number of the refusal. The default record stands
-/// for a route that the kernel has.
+/// A route that the kernel refused, with the error number of the refusal. Presence of the key is
+/// what counts: the default record, which a lookup gives for a route that the kernel has, has the
+/// key of no route and so differs from every record of a table.
 template <class PrefixType>
 struct BasicError {
-  PrefixType key;
+  PrefixType key = PrefixType::nullPrefix();
   Kesh::IntfId intfId;
-  std::int32_t error = 0;
+  std::int32_t error = 0; ///< 0: not known
   friend bool operator==(const BasicError&, const BasicError&) = default;
 };
 using Error = BasicError<Kesh::Prefix>;

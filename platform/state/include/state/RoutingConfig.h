@@ -37,10 +37,12 @@ class VniExtOrNone {
 namespace Routing {
 
 /// The administrative distance of a route, 0 to 255: the lowest wins. It reads and writes as a
-/// number; it is a type of its own so that access by name tells it from one.
+/// number; it is a type of its own so that access by name tells it from one. Its default, 1, stands
+/// here alone: a caller by name who leaves out an argument gives the default of the type, which has
+/// to be that of the attribute.
 class RoutePreference {
  public:
-  constexpr RoutePreference(std::uint8_t value = 0) : value_(value) {}
+  constexpr RoutePreference(std::uint8_t value = 1) : value_(value) {}
   constexpr operator std::uint8_t() const { return value_; }
   constexpr std::uint8_t value() const { return value_; }
   friend std::ostream& operator<<(std::ostream& out, RoutePreference preference) {
@@ -53,7 +55,7 @@ class RoutePreference {
 
 struct RouteKey {
   Kesh::IpGenPrefix prefix;
-  RoutePreference preference = 1;
+  RoutePreference preference;
 
   LUMO_TYPE(RouteKey, "Routing::RouteKey")
   LUMO_PUBLIC(prefix)

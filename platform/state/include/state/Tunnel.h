@@ -106,6 +106,8 @@ struct EvpnVxlanTunnelEntry {
   Kesh::IpGenAddr vtepAddr;
   std::uint32_t vni = 0;
   Kesh::EthAddr routerMac;
+  /// Whether a table gave the entry, whatever it says: one made for an identifier alone is not set.
+  bool fromTable = false;
 
   LUMO_TYPE(EvpnVxlanTunnelEntry, "Tunnel::TunnelTable::EvpnVxlanTunnelEntry")
   LUMO_PUBLIC(key)
@@ -117,8 +119,7 @@ struct EvpnVxlanTunnelEntry {
   EvpnVxlanTunnelEntry() = default;
   explicit EvpnVxlanTunnelEntry(TunnelId id) : key(id) {}
   friend bool operator==(const EvpnVxlanTunnelEntry&, const EvpnVxlanTunnelEntry&) = default;
-  /// Whether a table gave the entry: one made for an identifier alone says nothing.
-  bool isSet() const { return vtepAddr.af() != Kesh::AddressFamily::unset; }
+  bool isSet() const { return fromTable; }
 };
 
 class EvpnVxlanTunnelTable : public Lumo::PtrInterface {
@@ -127,10 +128,12 @@ class EvpnVxlanTunnelTable : public Lumo::PtrInterface {
     return Kesh::DynamicTunnelIntfId::isDynamicTunnelIntfId(intfId) &&
            tunnelIdOfIntf(intfId).kind() == TunnelKind::evpnVxlan;
   }
-  /// The entry without an endpoint when there is none.
+  /// An entry that is not set when there is none.
   EvpnVxlanTunnelEntry entry(TunnelId id) const {
     const auto* const found = entries.find(id);
-    return found ? *found : EvpnVxlanTunnelEntry(id);
+    EvpnVxlanTunnelEntry copy = found ? *found : EvpnVxlanTunnelEntry(id);
+    copy.fromTable = found != nullptr;
+    return copy;
   }
   Lumo::HashMap2018<TunnelId, EvpnVxlanTunnelEntry> entries;
 };

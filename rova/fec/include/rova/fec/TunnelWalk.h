@@ -43,7 +43,7 @@ SortedTunViaSet resolveTunnelToFec(Sorter& sorter, Tunnel::TunnelTable::TunnelId
     for (const auto& [via, present] : fec->viaMap()) {
       set.viaIs(SortedTunVia(via.hop(), via.intfId(), tunnelVia.encapId, sorter.tunnelFib()), true);
     }
-    set.viaDel(tunnelVia);
+    set.viaDel(at);
   }
   return set;
 }

@@ -29,8 +29,9 @@ struct RouteLine {
   const DirectViaText* via = nullptr;
   /// The policies of a FEC that leads to such, maybe none that is known; null for any other FEC.
   const PolicyInfoSet* policies = nullptr;
-  /// Where the via has no interface: a receive route's own.
+  /// Where the via has no interface: a receive route's own, and its description.
   const char* ownInterface = "";
+  const char* ownInterfaceDescription = "";
 };
 
 /// How the lines of a listing look, fixed when its printing begins.
@@ -111,7 +112,7 @@ class RouteLinePrinter {
   scrivo::UintAttrInfo vni_;
   scrivo::StringAttrInfo routerMac_;
   scrivo::StringAttrInfo groupName_;
-  scrivo::IntAttrInfo groupId_;
+  scrivo::UintAttrInfo groupId_;
 };
 
 } // namespace Rova

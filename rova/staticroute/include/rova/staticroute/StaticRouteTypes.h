@@ -16,7 +16,7 @@ class ROVA_EXPORT RovaConsts {
   LUMO_END
   LUMO_VALUE(RovaConsts)
 
-  RovaConsts() : defaultStaticRoutePreference_(1) {}
+  RovaConsts() = default;
   RovaConsts(Routing::RoutePreference preference, std::uint32_t tag, Lumo::String name)
       : defaultStaticRoutePreference_(preference),
         defaultStaticRouteTag_(tag),
@@ -38,7 +38,7 @@ class ROVA_EXPORT RouteSortKey {
   LUMO_END
   LUMO_VALUE(RouteSortKey)
 
-  RouteSortKey() : preference_(1) {}
+  RouteSortKey() = default;
   RouteSortKey(const Kesh::IpGenPrefix& prefix, Routing::RoutePreference preference)
       : prefix_(prefix), preference_(preference) {}
 
