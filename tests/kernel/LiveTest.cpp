@@ -215,7 +215,7 @@ TEST_F(KernelTest, WhatStaysIsListedWhileOthersComeAndGo) {
   const std::string file = testing::TempDir() + name;
   std::ofstream batch(file);
   std::set<std::string> stable;
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 1; i <= 3000; ++i) {
     const std::string middle = std::to_string(i / 200) + "." + std::to_string(i % 200);
     batch << "route add 50." << middle << ".0/24 via 10.1.0.2\n";
     batch << "route add fd50:" << i << "::/64 via fd01::2\n";
