@@ -24,6 +24,14 @@ PyObject* get(PyObject* self, void* closure) {
   });
 }
 
+/// The row by which the object's own type has the attribute. A derived type may fix what its base
+/// writes, and the base's class writes to objects of both.
+const Lumo::AttributeRecord& ownRow(const Lumo::TypeRecord& type,
+                                    const Lumo::AttributeRecord& row) {
+  const auto* const own = &type == row.owner ? nullptr : type.attribute(row.name);
+  return own ? *own : row;
+}
+
 /// Why the attribute cannot be written; null when it can.
 const char* obstacle(const Lumo::AttributeRecord& row, PyObject* value) {
   if (Lumo::isCollection(row.kind)) return "is a collection: change its members";
@@ -35,8 +43,8 @@ const char* obstacle(const Lumo::AttributeRecord& row, PyObject* value) {
 
 int set(PyObject* self, PyObject* value, void* closure) {
   return lockedInt([&] {
-    const Lumo::AttributeRecord& row = rowOf(closure);
     const Lumo::GenericPtr& object = genericOf(self);
+    const Lumo::AttributeRecord& row = ownRow(object->type(), rowOf(closure));
     const auto refuse = [&](const std::string& why) {
       raise(PyExc_AttributeError, pythonName(object->type()) + "." + row.name + " " + why);
     };

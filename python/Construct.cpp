@@ -2,6 +2,7 @@
 
 #include "Convert.h"
 #include "Errors.h"
+#include "Precondition.h"
 #include "Text.h"
 #include "lumo/Reflect.h"
 
@@ -62,6 +63,7 @@ class Construction {
       if (!given_[i]) fillIn(i);
     }
     takeDefaultsForLater();
+    needPreconditions({type_, {values_.data(), values_.size()}});
     auto object = Lumo::construct(type_, arguments());
     for (const auto& [row, value] : later_) {
       Lumo::operate(*object, {row, Lumo::OpCode::write}, {}, value);

@@ -3,6 +3,7 @@
 #include "Activity.h"
 #include "Convert.h"
 #include "Object.h"
+#include "Precondition.h"
 #include "Slot.h"
 #include "Text.h"
 #include "Types.h"
@@ -103,14 +104,19 @@ bool mayWrite(const Lumo::TypeRecord& type, const Lumo::AttributeRecord& method)
 
 Lumo::GenericPtr run(const Lumo::GenericPtr& object, const Lumo::AttributeRecord& method,
                      const Lumo::GenericArguments& arguments) {
-  const Lumo::AttributeOp op{&method, Lumo::OpCode::call, {arguments.data(), arguments.size()}};
-  if (!mayWrite(object->type(), method)) return Lumo::operate(*object, op);
+  const Lumo::ArgumentSpan given{arguments.data(), arguments.size()};
+  const auto work = [&] {
+    needPreconditions({*object, method, given});
+    return Lumo::operate(*object, {&method, Lumo::OpCode::call, given});
+  };
+  if (!mayWrite(object->type(), method)) return work();
   Lumo::GenericPtr result;
   {
-    // Only what writes sees an interrupt, and waits for a reader, who may be another thread.
+    // Only what writes sees an interrupt, and waits for a reader, who may be another thread. Signal
+    // handlers, which may change the object, run before the check and not behind it.
     const Interrupts interrupts;
     const PythonUnlocked unlocked;
-    result = Lumo::operate(*object, op);
+    result = work();
   }
   return result;
 }

@@ -2,6 +2,7 @@
 
 #include "Activity.h"
 #include "Construct.h"
+#include "Precondition.h"
 #include "Slot.h"
 #include "Text.h"
 #include "Types.h"
@@ -127,6 +128,7 @@ PyObject* fromStrep(PyObject* made, PyObject* text) {
     }
     Lumo::GenericPtr value = Lumo::fromStrep(type, bytesOf(text));
     if (!addressOf(value)) return Ref::none();
+    needPreconditions(Call(*value));
     return wrapAs(cls, std::move(value));
   });
 }
