@@ -1,10 +1,13 @@
 #include "command/ShowNexthopGroup.h"
 
+#include "command/Nearest.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 #include "sources/Source.h"
 
+#include <set>
+#include <type_traits>
 #include <unistd.h>
 
 namespace command {
@@ -37,6 +40,21 @@ NexthopGroupQuery parseQuery(Words& words) {
     words.failAtLast("the summary is of all nexthop groups; leave the name out");
   }
   return query;
+}
+
+/// Raises SourceError for a group that is neither configured nor has an identifier.
+void requireGroup(const state::DeviceState& device, const std::string& name,
+                  const Options& options) {
+  std::set<std::string> known;
+  device.nhgConfig->nexthopGroup.forEach(
+      [&](const Lumo::Name& group, const auto&) { known.insert(group.str()); });
+  const auto& table = device.nhEntryStatus->nexthopGroupEntry;
+  for (std::decay_t<decltype(table)>::IteratorConst it(table); it; it.next()) {
+    known.insert(it.value().key.nhgName().str());
+  }
+  if (known.contains(name)) return;
+  throw sources::SourceError(sources::inputName(options.state) + ": " +
+                             noSuch("nexthop group", name, {known.begin(), known.end()}));
 }
 
 Lumo::Ptr<Rova::NexthopGroupCounterHelper> makeCounters(const state::DeviceState& device) {
@@ -72,6 +90,7 @@ ExitStatus showNexthopGroup(Words& words, const Options& options) {
   const auto query = parseQuery(words);
   const auto device = sources::open(options.state);
   const auto& vrf = chosenVrf(device, query.vrf, options).name;
+  if (!query.name.empty()) requireGroup(device, query.name, options);
   if (query.summary) {
     renderSummary(device, vrf, options);
   } else {
