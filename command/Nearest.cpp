@@ -29,8 +29,7 @@ std::size_t changes(std::string_view from, std::string_view to) {
     for (std::size_t j = 1; j <= to.size(); ++j) {
       const std::size_t replaced = back[j - 1] + (from[i - 1] != to[j - 1]);
       row[j] = std::min({back[j] + 1, row[j - 1] + 1, replaced});
-      const bool isSwap =
-          i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1];
+      const bool isSwap = i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1];
       if (isSwap) row[j] = std::min(row[j], twoBack[j - 2] + 1);
     }
   }

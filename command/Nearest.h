@@ -12,8 +12,8 @@ namespace command {
 /// the name. Capitals count as small letters.
 const std::string* nearest(std::string_view name, const std::vector<std::string>& known);
 
-/// `there is no interface "Ethrnet1"; did you mean "Ethernet1"?`, without the question when no known
-/// name is near. `kind` says what the names are of.
+/// `there is no interface "Ethrnet1"; did you mean "Ethernet1"?`, without the question when no
+/// known name is near. `kind` says what the names are of.
 std::string noSuch(std::string_view kind, std::string_view name,
                    const std::vector<std::string>& known);
 
