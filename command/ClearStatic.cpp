@@ -1,5 +1,7 @@
 #include "command/ClearStatic.h"
 
+#include "command/ChangedSnapshot.h"
+#include "command/InterfaceChoice.h"
 #include "command/OpenState.h"
 #include "command/StaticLines.h"
 #include "rova/CliSupport.h"
@@ -36,11 +38,11 @@ ExitStatus clearStatic(Words& words, const Options& options) {
     throw sources::SourceError(options.state + ": static routes are cleared in snapshots alone; " +
                                "--state names the file of one");
   }
+  const auto target = changedSnapshot("clear static", options);
   const auto device = openState(options).device;
+  requireInterface(device, interface, options);
   const auto gone = clear(device, interface);
-  if (!options.dryRun) {
-    sources::snapshot::save(device, options.into.empty() ? options.state : options.into);
-  }
+  if (!target.empty()) sources::snapshot::save(device, target);
   printLines(gone, options);
   return success;
 }

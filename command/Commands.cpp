@@ -101,17 +101,20 @@ std::string helpText() {
     text += "  " + std::string(command.path) + " " + std::string(command.arguments) + "\n      " +
             std::string(command.help) + "\n";
   }
-  text += "\nPROTOCOL is one of:\n  " + protocolWordList() + "\n";
+  text += "\nPROTOCOL is one of:\n  " + protocolWordList(false) + "\nor for IPv6 one of:\n  " +
+          protocolWordList(true) + "\n";
   text += R"(
 options:
   --state SOURCE          where the state comes from: kernel (this machine, the default),
-                          kernel:NAME (a network namespace), or the file of a snapshot
+                          kernel:NAME (a network namespace), or the file of a snapshot, - for
+                          standard input
   --format text|json      how the output looks; a trailing "| json" does the same
   --timing                end a listing with the time that it took (text only)
   --older-nexthop-groups  show nexthop group routes in their older form
   --counters              show the packets and bytes of nexthop group entries
-  --into FILE             write what clear leaves to another file than that of the snapshot
-  --dry-run               show what clear would take, and leave it
+  --into FILE             clear and static load: the file that the changed snapshot goes to, and
+                          the snapshot itself where --state names none
+  --dry-run               clear and static load: show the lines, and write nothing
   --help, --version
 
 examples:

@@ -10,11 +10,13 @@ namespace {
 struct Protocol {
   std::string_view word;
   std::string_view code;
+  bool inIp6 = true; ///< no IPv6 route has the code of one that is not
 };
 constexpr Protocol protocols[] = {
-    {"aggregate", "A"}, {"bgp", "B"},    {"connected", "C"}, {"dhcp", "DH"}, {"dynamic", "DP"},
-    {"isis", "I"},      {"kernel", "K"}, {"martian", "M"},   {"ospf", "O"},  {"ospf3", "O3"},
-    {"rip", "R"},       {"static", "S"}, {"vcs", "V"},
+    {"aggregate", "A"},   {"bgp", "B"},    {"connected", "C"}, {"dhcp", "DH"},
+    {"dynamic", "DP"},    {"isis", "I"},   {"kernel", "K"},    {"martian", "M"},
+    {"ospf", "O", false}, {"ospf3", "O3"}, {"rip", "R"},       {"static", "S"},
+    {"vcs", "V", false},
 };
 
 /// The keywords that are no protocols; the protocols stand behind them in one list, so that an
@@ -35,7 +37,10 @@ template <class Prefix>
 using AddressOf = std::remove_cvref_t<decltype(Prefix().address())>;
 
 template <class Prefix>
-constexpr const char* familyName = std::is_same_v<Prefix, Kesh::Prefix> ? "IPv4" : "IPv6";
+constexpr bool isIp6 = std::is_same_v<Prefix, Kesh::Ip6Prefix>;
+
+template <class Prefix>
+constexpr const char* familyName = isIp6<Prefix> ? "IPv6" : "IPv4";
 
 /// Parses one query; each part reports when it stands twice.
 template <class Prefix>
@@ -125,16 +130,26 @@ class QueryParser {
       query_.vrf = words_.take("the name of a VRF, or all");
       break;
     default:
-      once(hasProtocol_);
-      query_.protocol = protocols[static_cast<std::size_t>(keyword) - firstProtocol].code;
+      readProtocol(protocols[static_cast<std::size_t>(keyword) - firstProtocol]);
     }
+  }
+
+  /// A protocol of the other family would select nothing. Its word stands in the list of this one
+  /// all the same, so that it is no abbreviation of another.
+  void readProtocol(const Protocol& protocol) {
+    once(hasProtocol_);
+    if (isIp6<Prefix> && !protocol.inIp6) {
+      words_.failAtLast(std::string(protocol.word) +
+                        " is a protocol of IPv4: no IPv6 route is of it");
+    }
+    query_.protocol = protocol.code;
   }
 
   [[noreturn]] void failUnknown() {
     words_.fail("\"" + std::string(words_.peek()) + "\" is not understood: expected an " +
                 familyName<Prefix> +
                 " address or prefix, vrf, host, summary, longer-prefixes, detail, interface, " +
-                "or a protocol (" + protocolWordList() + ")");
+                "or a protocol (" + protocolWordList(isIp6<Prefix>) + ")");
   }
 
   Words& words_;
@@ -154,10 +169,12 @@ RouteQuery<Prefix> parseRouteQuery(Words& words) {
 template RouteQuery<Kesh::Prefix> parseRouteQuery(Words&);
 template RouteQuery<Kesh::Ip6Prefix> parseRouteQuery(Words&);
 
-std::string protocolWordList() {
+std::string protocolWordList(bool ip6) {
   std::string list;
-  for (const Protocol& protocol : protocols)
+  for (const Protocol& protocol : protocols) {
+    if (ip6 && !protocol.inIp6) continue;
     list += (list.empty() ? "" : " ") + std::string(protocol.word);
+  }
   return list;
 }
 

@@ -26,7 +26,7 @@ struct RouteQuery {
 template <class Prefix>
 RouteQuery<Prefix> parseRouteQuery(Words& words);
 
-/// The protocol words, separated by blanks.
-std::string protocolWordList();
+/// The protocol words, or those of IPv6 alone, separated by blanks.
+std::string protocolWordList(bool ip6);
 
 } // namespace command

@@ -1,9 +1,14 @@
 #include "command/ShowNexthopGroup.h"
 
+#include "command/Nearest.h"
 #include "command/OpenState.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
+#include "sources/SourceError.h"
+
+#include <set>
+#include <type_traits>
 
 namespace command {
 
@@ -35,6 +40,21 @@ NexthopGroupQuery parseQuery(Words& words) {
     words.failAtLast("the summary is of all nexthop groups; leave the name out");
   }
   return query;
+}
+
+/// Raises SourceError for a group that is neither configured nor has an identifier.
+void requireGroup(const state::DeviceState& device, const std::string& name,
+                  const Options& options) {
+  std::set<std::string> known;
+  device.nhgConfig->nexthopGroup.forEach(
+      [&](const Lumo::Name& group, const auto&) { known.insert(group.str()); });
+  const auto& table = device.nhEntryStatus->nexthopGroupEntry;
+  for (std::decay_t<decltype(table)>::IteratorConst it(table); it; it.next()) {
+    known.insert(it.value().key.nhgName().str());
+  }
+  if (known.contains(name)) return;
+  throw sources::SourceError(sources::inputName(options.state) + ": " +
+                             noSuch("nexthop group", name, {known.begin(), known.end()}));
 }
 
 Lumo::Ptr<Rova::NexthopGroupCounterHelper> makeCounters(const state::DeviceState& device) {
@@ -73,6 +93,7 @@ ExitStatus showNexthopGroup(Words& words, const Options& options) {
   needs.vrf = query.vrf;
   const auto state = openState(options, needs);
   const auto& vrf = chosenVrf(state.device, query.vrf, options).name;
+  if (!query.name.empty()) requireGroup(state.device, query.name, options);
   renderWithNotes(state.notes, options, [&](int fd) {
     if (query.summary) {
       renderSummary(state.device, vrf, fd, options);

@@ -1,5 +1,6 @@
 #include "command/ShowRoute.h"
 
+#include "command/InterfaceChoice.h"
 #include "command/OpenState.h"
 #include "command/RouteQuery.h"
 #include "command/ShowRouteSummary.h"
@@ -120,6 +121,7 @@ ExitStatus showRoute(Words& words, const Options& options) {
   const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
   const auto [device, notes] = openState(options, needsOf<Listing>(query));
   const auto vrfs = chosenVrfs(device, query.vrf, options);
+  if (query.interface) requireInterface(device, *query.interface, options);
   if (query.summary) {
     showRouteSummary<typename Listing::Family>(device, vrfs, notes, options.format);
     return success;

@@ -232,7 +232,10 @@ StaticLine parseStaticLine(std::string_view text) {
   out.ip6 = words.takeIf("ipv6");
   if (!out.ip6) words.expect("ip");
   words.expect("route");
-  if (words.takeIf("vrf")) out.vrf = words.take("the name of a VRF");
+  if (words.takeIf("vrf")) {
+    out.vrfColumn = words.column();
+    out.vrf = words.take("the name of a VRF");
+  }
   out.key.prefix = takePrefix(words, out.ip6);
   if (words.takeIf("Null0")) {
     readDrop(words, out);

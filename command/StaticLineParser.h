@@ -39,7 +39,9 @@ struct StaticLine {
   std::string name;         ///< of the via, or of a drop route
   std::string nexthopGroup; ///< of a nexthop group route
   std::string leakVrf;
-  std::size_t hopColumn = 0; ///< where the next hop stands, for what is wrong with it
+  // Where the VRF's name and the next hop stand, for what is wrong with them.
+  std::size_t vrfColumn = 0;
+  std::size_t hopColumn = 0;
 };
 
 /// Raises LineError.

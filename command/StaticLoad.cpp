@@ -1,5 +1,6 @@
 #include "command/StaticLoad.h"
 
+#include "command/ChangedSnapshot.h"
 #include "command/OpenState.h"
 #include "command/StaticLineParser.h"
 #include "command/StaticLines.h"
@@ -22,11 +23,11 @@ namespace {
 class FileError : public std::runtime_error {
  public:
   FileError(const std::string& path, std::size_t number, std::string line, const LineError& error)
-      : std::runtime_error(
-            sources::SourceError(path + " line " + std::to_string(number) + ": " + error.what())
-                .what() +
-            ("\n  " + printable(std::move(line)) + "\n  ") + std::string(error.column, ' ') + "^") {
-  }
+      : std::runtime_error(sources::SourceError(sources::inputName(path) + " line " +
+                                                std::to_string(number) + ": " + error.what())
+                               .what() +
+                           ("\n  " + printable(std::move(line)) + "\n  ") +
+                           std::string(error.column, ' ') + "^") {}
 
  private:
   static std::string printable(std::string line) { return sources::SourceError(line).what(); }
@@ -39,7 +40,9 @@ Lines readLines(const std::string& path) {
   std::istream& in = path == "-" ? std::cin : file;
   Lines lines;
   for (std::string line; std::getline(in, line);) lines.push_back(std::move(line));
-  if (!in.eof()) throw sources::SourceError(path + ": cannot be read: " + std::strerror(errno));
+  if (!in.eof())
+    throw sources::SourceError(sources::inputName(path) +
+                               ": cannot be read: " + std::strerror(errno));
   return lines;
 }
 
@@ -62,23 +65,23 @@ void refuseOwnAddress(const StaticLine& line, const state::DeviceState& device) 
                   line.hopColumn);
 }
 
-Routing::ConfigGen& configOf(const StaticLine& line, const state::DeviceState& device,
-                             const Options& options) {
-  const auto& vrf = chosenVrf(device, line.vrf, options);
-  const auto& config = vrf.*staticFamilies[line.ip6 ? 1 : 0].config;
+Routing::ConfigGen& configOf(const StaticLine& line, const state::DeviceState& device) {
+  const auto* const vrf = device.vrf(line.vrf);
+  if (!vrf) throw LineError(unknownVrf(device, line.vrf), line.vrfColumn);
+  const auto& config = vrf->*staticFamilies[line.ip6 ? 1 : 0].config;
   if (!config) throw LineError("the configuration of VRF " + line.vrf + " is not known", 0);
   return *config;
 }
 
 /// Enters all lines; an error names the file, the line and the place in it.
-void enterAll(const Lines& lines, const std::string& path, const state::DeviceState& device,
-              const Options& options) {
+void enterAll(const Lines& lines, const std::string& path, const state::DeviceState& device) {
   for (std::size_t number = 0; number < lines.size(); ++number) {
     if (isNote(lines[number])) continue;
     try {
       const auto line = parseStaticLine(lines[number]);
+      auto& config = configOf(line, device);
       refuseOwnAddress(line, device);
-      enterStaticLine(line, configOf(line, device, options));
+      enterStaticLine(line, config);
     } catch (const LineError& error) {
       throw FileError(path, number + 1, lines[number], error);
     }
@@ -103,13 +106,16 @@ ExitStatus loadStatic(Words& words, const Options& options) {
   if (target.state.empty()) {
     throw UsageError("rova: static load changes a snapshot: --into names the file of one");
   }
+  if (path == "-" && target.state == "-") {
+    throw UsageError("rova: static load cannot read both its lines and the snapshot from standard "
+                     "input: one of them needs a file");
+  }
+  const auto changed = changedSnapshot("static load", target);
   const auto lines = readLines(path);
   const auto device = openState(target).device;
   const auto before = allLines(device);
-  enterAll(lines, path, device, target);
-  if (!options.dryRun) {
-    sources::snapshot::save(device, options.into.empty() ? target.state : options.into);
-  }
+  enterAll(lines, path, device);
+  if (!changed.empty()) sources::snapshot::save(device, changed);
   printLines(linesWithout(allLines(device), before), options);
   return success;
 }

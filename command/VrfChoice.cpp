@@ -1,22 +1,9 @@
 #include "command/VrfChoice.h"
 
+#include "command/Nearest.h"
 #include "sources/SourceError.h"
 
 namespace command {
-
-namespace {
-
-[[noreturn]] void failUnknown(const state::DeviceState& device, const std::string& name,
-                              const Options& options) {
-  std::string known;
-  for (const auto& vrf : device.vrfs) {
-    known += (known.empty() ? "" : ", ") + vrf.name.stringValue().str();
-  }
-  throw sources::SourceError(options.state + ": there is no VRF \"" + name + "\"; the VRFs are " +
-                             known);
-}
-
-} // namespace
 
 std::vector<const state::VrfState*> chosenVrfs(const state::DeviceState& device,
                                                const std::string& name, const Options& options) {
@@ -29,8 +16,19 @@ std::vector<const state::VrfState*> chosenVrfs(const state::DeviceState& device,
 const state::VrfState& chosenVrf(const state::DeviceState& device, const std::string& name,
                                  const Options& options) {
   const auto* const vrf = device.vrf(name);
-  if (!vrf) failUnknown(device, name, options);
-  return *vrf;
+  if (vrf) return *vrf;
+  throw sources::SourceError(sources::inputName(options.state) + ": " + unknownVrf(device, name));
+}
+
+std::string unknownVrf(const state::DeviceState& device, const std::string& name) {
+  std::vector<std::string> names;
+  std::string list;
+  for (const auto& vrf : device.vrfs) {
+    names.push_back(vrf.name.stringValue().str());
+    list += (list.empty() ? "" : ", ") + names.back();
+  }
+  const auto message = noSuch("VRF", name, names);
+  return message + (message.ends_with('?') ? " The" : "; the") + " VRFs are " + list;
 }
 
 } // namespace command

@@ -94,7 +94,9 @@ const char* reasonOf(const Rova::CachedFec& fec, const FecTables& tables) {
 
 } // namespace
 
-bool isKnownEncap(Tunnel::TunnelTable::EncapId encapId) { return encapId.kind() <= EncapKind::mpls; }
+bool isKnownEncap(Tunnel::TunnelTable::EncapId encapId) {
+  return encapId.kind() <= EncapKind::mpls;
+}
 
 std::string faultOf(const Rova::CachedFec& fec, const FecTables& tables) {
   const char* const reason = reasonOf(fec, tables);
@@ -117,8 +119,9 @@ void needEncapsulations(const Call& call) {
   if (!tunnels || id.isNull()) return;
   for (const auto& via : tunnels->entry(id).tunnelVia) {
     if (isKnownEncap(via.encapId)) continue;
-    call.refuse("the tunnelId " + std::to_string(id.value()) +
-                " of tunnelFib has a via in an encapsulation that does not exist: correct the state");
+    call.refuse(
+        "the tunnelId " + std::to_string(id.value()) +
+        " of tunnelFib has a via in an encapsulation that does not exist: correct the state");
   }
 }
 

@@ -48,9 +48,8 @@ void Follower::followNeeded() {
   const auto family = familyOf(needs_);
   const Request addresses{"addresses", RTM_GETADDR, family, sizeof(ifaddrmsg)};
   followed_.push_back({addresses.what, addresses_,
-                       groupsOf(needs_, RTNLGRP_IPV4_IFADDR, RTNLGRP_IPV6_IFADDR), [=, this] {
-                         dumpObjects<Address>(addresses_, addresses, decodeAddress);
-                       }});
+                       groupsOf(needs_, RTNLGRP_IPV4_IFADDR, RTNLGRP_IPV6_IFADDR),
+                       [=, this] { dumpObjects<Address>(addresses_, addresses, decodeAddress); }});
   if (needs_.neighbours) {
     const Request neighbours{"neighbours", RTM_GETNEIGH, family, sizeof(ndmsg)};
     followed_.push_back({neighbours.what, neighbours_, {RTNLGRP_NEIGH}, [=, this] {

@@ -108,9 +108,8 @@ void Follower::hearAddress(const nlmsghdr& header, Bytes payload) {
   if (header.nlmsg_type == RTM_NEWADDR) return addresses_.changed(std::move(*address));
   addresses_.gone(address->key());
   bool elsewhere = false;
-  addresses_.forEach([&](const Address& one) {
-    elsewhere = elsewhere || one.address == address->address;
-  });
+  addresses_.forEach(
+      [&](const Address& one) { elsewhere = elsewhere || one.address == address->address; });
   if (elsewhere || address->address.af() != Kesh::AddressFamily::ip4) return;
   Loss loss;
   loss.source = address->address;

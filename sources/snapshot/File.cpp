@@ -39,12 +39,17 @@ class Descriptor {
   throw SourceError(path + ": " + doing + ": " + Lumo::errorString(errno));
 }
 
+int openToRead(const std::string& path) {
+  if (path == "-") return fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
+  return open(path.c_str(), O_RDONLY | O_CLOEXEC);
+}
+
 /// Fills `text` from `used` on and returns the bytes read; 0 at the end.
 std::size_t readSome(int fd, std::string& text, std::size_t used, const std::string& path) {
   for (;;) {
     const ssize_t count = read(fd, text.data() + used, text.size() - used);
     if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) failErrno(path, "cannot be read");
+    if (errno != EINTR) failErrno(inputName(path), "cannot be read");
   }
 }
 
@@ -59,9 +64,9 @@ void syncFolder(const std::string& path) {
 } // namespace
 
 std::string readFile(const std::string& path, std::size_t padding) {
-  const Descriptor fd(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  const Descriptor fd(openToRead(path));
   struct stat status {};
-  if (fd < 0 || fstat(fd, &status) != 0) failErrno(path, "cannot be read");
+  if (fd < 0 || fstat(fd, &status) != 0) failErrno(inputName(path), "cannot be read");
   std::string text;
   text.reserve(static_cast<std::size_t>(status.st_size) + readBytes + padding);
   for (std::size_t used = 0;;) {

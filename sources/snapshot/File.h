@@ -7,8 +7,8 @@
 
 namespace sources::snapshot {
 
-/// The bytes of a file with `padding` zero bytes behind them. Any readable file will do, a pipe
-/// too. Raises `SourceError` with the path and the system's text.
+/// The bytes of a file, or of the standard input for "-", with `padding` zero bytes behind them.
+/// Any readable file will do, a pipe too. Raises `SourceError` with the path and the system's text.
 std::string readFile(const std::string& path, std::size_t padding);
 
 /// Writes a file that takes the place of the one at `path` in one step, when `commit` is called.

@@ -4,6 +4,8 @@
 #include "Utf8.h"
 
 #include <algorithm>
+#include <optional>
+#include <vector>
 
 namespace sources::snapshot {
 
@@ -36,30 +38,57 @@ struct TextFault {
   std::string_view message;
 };
 
-/// What is wrong with the string whose first byte is at `at`; moves `at` to its end or its fault.
-const char* faultInString(std::string_view text, std::size_t& at) {
+/// Moves `at` from the first byte of a string to the quote behind it, or to a control character in
+/// it, or to the end of the text.
+void skipString(std::string_view text, std::size_t& at) {
   for (; at < text.size() && text[at] != '"'; ++at) {
-    if (static_cast<unsigned char>(text[at]) < 0x20) {
-      return "found a control character in a text, expected an escape such as \\n";
-    }
+    if (static_cast<unsigned char>(text[at]) < 0x20) return;
     if (text[at] == '\\') ++at;
   }
-  return at < text.size() ? nullptr : "found the end inside a text, expected its closing quote";
+  at = std::min(at, text.size());
 }
 
-TextFault findTextFault(std::string_view text) {
+/// Nothing where the fault is that a text ends early.
+std::optional<TextFault> findTextFault(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t bytes = characterBytes(text.substr(at));
-    if (bytes == 0) return {at, "found bytes that are not UTF-8, expected UTF-8"};
+    if (bytes == 0 && isCutCharacter(text.substr(at))) break;
+    if (bytes == 0) return TextFault{at, "found bytes that are not UTF-8, expected UTF-8"};
     at += bytes;
   }
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (text[at] != '"') continue;
-    const std::size_t start = at++;
-    const char* const message = faultInString(text, at);
-    if (message) return {at < text.size() ? at : start, message};
+    skipString(text, ++at);
+    if (at == text.size()) return {};
+    if (text[at] == '"') continue;
+    return TextFault{at, "found a control character in a text, expected an escape such as \\n"};
   }
-  return {0, "found text that is not JSON, expected a snapshot"};
+  return TextFault{0, "found text that is not JSON, expected a snapshot"};
+}
+
+/// Something that has begun.
+struct Opened {
+  std::size_t offset;
+  std::string_view what;
+};
+
+/// What is innermost where a text ends early; nothing when all is closed, or not in its turn.
+std::optional<Opened> openAtEnd(std::string_view text) {
+  std::vector<std::size_t> open;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char byte = text[at];
+    if (byte == '{' || byte == '[') open.push_back(at);
+    if (byte == '}' || byte == ']') {
+      if (open.empty() || (text[open.back()] == '{') != (byte == '}')) return {};
+      open.pop_back();
+    }
+    if (byte != '"') continue;
+    const std::size_t start = at;
+    skipString(text, ++at);
+    if (at == text.size()) return Opened{start, "text"};
+  }
+  if (open.empty()) return {};
+  return Opened{open.back(), text[open.back()] == '{' ? "object" : "array"};
 }
 
 } // namespace
@@ -73,11 +102,21 @@ void Input::failText(simdjson::error_code error) const {
   if (error == simdjson::EMPTY) failAt(0, "found nothing, expected a snapshot");
   if (error == simdjson::CAPACITY) failAt(0, "found more than 4 GB of text, expected less");
   if (error == simdjson::MEMALLOC) throw std::bad_alloc();
-  const TextFault fault = findTextFault(text_);
-  failAt(fault.offset, fault.message);
+  const auto fault = findTextFault(text_);
+  if (fault) failAt(fault->offset, fault->message);
+  failIfCut();
+  failAt(text_.size(), "found the end of the text, expected the rest of a snapshot");
+}
+
+void Input::failIfCut() const {
+  const auto open = openAtEnd(text_);
+  if (!open) return;
+  failAt(text_.size(), "the snapshot ends early, inside the " + std::string(open->what) +
+                           " that begins at " + placeOf(open->offset));
 }
 
 void Input::failJson() {
+  failIfCut();
   const char* place = text_.data() + text_.size();
   if (document_.current_location().get(place)) place = text_.data() + text_.size();
   failAt(
@@ -86,15 +125,20 @@ void Input::failJson() {
       "matching brackets");
 }
 
-void Input::failAt(std::size_t offset, std::string_view message) const {
+std::string Input::placeOf(std::size_t offset) const {
   const std::string_view before = text_.substr(0, offset);
   const auto lines = std::count(before.begin(), before.end(), '\n');
   const auto lineStart = before.rfind('\n') + 1; // npos + 1 is 0: the first line
-  throw SourceError(name_ + ": line " + std::to_string(lines + 1) + ", column " +
-                    std::to_string(offset - lineStart + 1) + ": " + std::string(message));
+  return "line " + std::to_string(lines + 1) + ", column " + std::to_string(offset - lineStart + 1);
 }
 
+void Input::failAt(std::size_t offset, std::string_view message) const {
+  throw SourceError(name_ + ": " + placeOf(offset) + ": " + std::string(message));
+}
+
+// What is found where a text was cut off is no one's mistake.
 void Input::fail(std::string_view found, std::string_view expected) const {
+  failIfCut();
   throw SourceError(name_ + ": " + pathText() + ": found " + shortened(found) + ", expected " +
                     std::string(expected));
 }

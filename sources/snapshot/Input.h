@@ -49,6 +49,9 @@ class Input {
 
   [[noreturn]] void failJson();
   [[noreturn]] void failText(simdjson::error_code error) const;
+  /// Raises `SourceError` when the text ends inside a value.
+  void failIfCut() const;
+  std::string placeOf(std::size_t offset) const;
   [[noreturn]] void failAt(std::size_t offset, std::string_view message) const;
   std::string pathText() const;
   /// The value of a parser's result; anything but a value is broken JSON.

@@ -69,7 +69,7 @@ void write(Output::Sink sink, const state::DeviceState& device) {
 } // namespace
 
 state::DeviceState load(const std::string& path) {
-  return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING), path);
+  return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING), inputName(path));
 }
 
 state::DeviceState loadText(std::string_view text, const std::string& name) {

@@ -1,5 +1,7 @@
 #include "Utf8.h"
 
+#include <algorithm>
+
 namespace sources::snapshot {
 
 namespace {
@@ -17,11 +19,21 @@ constexpr Form forms[] = {
     {0xf1, 0xf3, 0x80, 0xbf, 4}, {0xf4, 0xf4, 0x80, 0x8f, 4},
 };
 
-bool fits(const Form& form, std::string_view text) {
-  if (text.size() < form.bytes) return false;
-  const auto second = static_cast<unsigned char>(text[1]);
+/// The form of the character that a text begins with; null when it begins with none of several
+/// bytes.
+const Form* formOf(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  for (const Form& form : forms) {
+    if (lead >= form.firstLead && lead <= form.lastLead) return &form;
+  }
+  return nullptr;
+}
+
+/// Whether the bytes behind the lead, as far as they are there, are those of the form.
+bool continues(const Form& form, std::string_view text) {
+  const auto second = static_cast<unsigned char>(text.size() > 1 ? text[1] : form.minSecond);
   if (second < form.minSecond || second > form.maxSecond) return false;
-  for (std::size_t i = 2; i < form.bytes; ++i) {
+  for (std::size_t i = 2; i < std::min(form.bytes, text.size()); ++i) {
     if ((text[i] & 0xc0) != 0x80) return false;
   }
   return true;
@@ -30,12 +42,14 @@ bool fits(const Form& form, std::string_view text) {
 } // namespace
 
 std::size_t characterBytes(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text[0]);
-  if (lead < 0x80) return 1;
-  for (const Form& form : forms) {
-    if (lead >= form.firstLead && lead <= form.lastLead) return fits(form, text) ? form.bytes : 0;
-  }
-  return 0;
+  if (static_cast<unsigned char>(text[0]) < 0x80) return 1;
+  const Form* const form = formOf(text);
+  return form && text.size() >= form->bytes && continues(*form, text) ? form->bytes : 0;
+}
+
+bool isCutCharacter(std::string_view text) {
+  const Form* const form = formOf(text);
+  return form && text.size() < form->bytes && continues(*form, text);
 }
 
 } // namespace sources::snapshot

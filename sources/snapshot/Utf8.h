@@ -10,4 +10,7 @@ namespace sources::snapshot {
 /// (RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF).
 std::size_t characterBytes(std::string_view text);
 
+/// Whether a non-empty text is the beginning of a character that lacks its end.
+bool isCutCharacter(std::string_view text);
+
 } // namespace sources::snapshot

@@ -28,7 +28,7 @@ class ClearTest(CommandTest):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
         self.path = snapshot_file(folder.name, {"routingConfig": CONFIG},
-                                  allIntfConfig={"Ethernet9": {"description": "kept"}})
+                                  allIntfConfig={"Ethernet1": {}, "Ethernet9": {"description": "kept"}})
         self.before = self.path.read_bytes()
 
     def assert_clears(self, *options):
@@ -42,10 +42,12 @@ class ClearTest(CommandTest):
         self.assert_clears()
         self.assertEqual(config_of(self.path), LEFT)
         self.assertEqual(json.loads(self.path.read_text())["allIntfConfig"],
-                         {"Ethernet9": {"description": "kept"}})
+                         {"Ethernet1": {}, "Ethernet9": {"description": "kept"}})
         self.assertEqual(reader.read(), self.before, "the old file is left as it was to a reader")
         self.assertEqual([path.name for path in self.folder.iterdir()], [self.path.name])
-        self.assertEqual(rova(*CLEAR, state=self.path).stdout, "", "nothing is left to go")
+        again = rova(*CLEAR, state=self.path)
+        self.assert_ends(again, 0, "")
+        self.assertEqual(again.stdout, "", "nothing is left to go")
 
     def test_into_another_file(self):
         other = self.folder / "other.json"
@@ -59,6 +61,16 @@ class ClearTest(CommandTest):
         self.assert_clears("--dry-run", "--into", str(other))
         self.assertEqual(self.path.read_bytes(), self.before)
         self.assertFalse(other.exists())
+
+    def test_a_snapshot_from_standard_input_goes_into_a_file(self):
+        other = self.folder / "other.json"
+        given = {"state": "-", "stdin": self.before.decode()}
+        self.assert_ends(rova(*CLEAR, **given), 2,
+                         "rova: clear static changes a snapshot: with one from standard input, "
+                         "--into names the file that it goes to\n")
+        self.assertEqual(rova(*CLEAR, "--dry-run", **given).stdout, GONE)
+        self.assertEqual(rova(*CLEAR, "--into", str(other), **given).stdout, GONE)
+        self.assertEqual(config_of(other), LEFT)
 
     def test_a_file_that_cannot_be_written_shows_no_lines(self):
         result = rova(*CLEAR, "--into", str(self.folder / "nowhere" / "x.json"), state=self.path)

@@ -40,6 +40,15 @@ class DocsTest(CommandTest):
                 found += 1
         self.assertGreater(found, 0, "no examples found")
 
+    def test_the_guide_has_every_command_and_option(self):
+        words = run_program(["--help"]).stdout.decode()
+        guide = (ROOT / "docs/guide.md").read_text()
+        names = re.findall(r"^  ((?:[a-z-]+ )*[a-z-]+)(?: .*)?\n      ", words, re.MULTILINE)
+        options = re.findall(r"^  (--[a-z-]+)", words, re.MULTILINE)
+        self.assertGreater(min(len(names), len(options)), 5)
+        for name in (*names, *options):
+            self.assertTrue(re.search(rf"(?m)^\| `{re.escape(name)}\b", guide), f"no row of {name}")
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -44,6 +44,32 @@ class LoadTest(CommandTest):
 """)
         self.assertEqual(pathlib.Path(self.snapshot).read_text(), before)
 
+    def test_an_unknown_vrf_is_told_with_its_line(self):
+        text = "! a note\nip route vrf rde 10.0.0.0/8 Null0\n"
+        self.lines.write_text(text)
+        for path, name, given in ((str(self.lines), self.lines, None),
+                                  ("-", "standard input", text)):
+            result = rova("static", "load", path, "--dry-run", state=self.snapshot, stdin=given)
+            self.assert_ends(result, 1, f"""rova: {name} line 2: there is no VRF "rde"; did you mean "red"? The VRFs are default, red
+  ip route vrf rde 10.0.0.0/8 Null0
+               ^
+""")
+
+    def test_a_snapshot_from_standard_input(self):
+        self.lines.write_text("ip route 10.0.0.0/8 Null0\n")
+        given = {"state": "-", "stdin": pathlib.Path(self.snapshot).read_text()}
+        load = ("static", "load", str(self.lines))
+        self.assert_ends(rova(*load, **given), 2,
+                         "rova: static load changes a snapshot: with one from standard input, "
+                         "--into names the file that it goes to\n")
+        self.assert_ends(rova("static", "load", "-", **given), 2,
+                         "rova: static load cannot read both its lines and the snapshot from "
+                         "standard input: one of them needs a file\n")
+        self.assertEqual(rova(*load, "--into", self.snapshot, **given).stdout,
+                         self.lines.read_text())
+        self.assertEqual(rova("show", "running-config", "static", state=self.snapshot).stdout,
+                         self.lines.read_text())
+
     def test_the_devices_own_address_is_no_next_hop(self):
         self.lines.write_text("ip route 10.9.0.0/16 10.0.1.1\n")
         result = rova("static", "load", str(self.lines), "--dry-run", state=CHECKS)

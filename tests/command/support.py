@@ -21,9 +21,9 @@ STATE = "tests/scenarios/vrfs/snapshot.json"
 LONG_LISTING_ROUTES = 20_000
 
 
-def rova(*words, state=STATE):
-    """Runs `rova --state STATE WORDS...`; the result has texts."""
-    result = run_program(["--state", state, *words])
+def rova(*words, state=STATE, stdin=None):
+    """Runs `rova --state STATE WORDS...`, with a text as its input; the result has texts."""
+    result = run_program(["--state", state, *words], input=stdin and stdin.encode())
     result.stdout, result.stderr = result.stdout.decode(), result.stderr.decode()
     return result
 

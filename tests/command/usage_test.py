@@ -7,6 +7,7 @@ from support import CommandTest, rova
 
 QUERY_PARTS = ("vrf, host, summary, longer-prefixes, detail, interface, or a protocol (aggregate bgp "
                "connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs)")
+QUERY_PARTS6 = QUERY_PARTS.replace(" ospf ", " ").replace(" vcs)", ")")
 
 # A message and the command lines that it answers. A ^ stands ahead of the place that the caret of
 # the message points to; the caret counts characters, not bytes.
@@ -20,8 +21,12 @@ WRONG_WORDS = [
     ('"routes" is not understood: expected route', ["show ip ^routes"]),
     (f'"foo" is not understood: expected an IPv4 address or prefix, {QUERY_PARTS}',
      ["show ip route ^foo"]),
-    (f'"foo" is not understood: expected an IPv6 address or prefix, {QUERY_PARTS}',
+    (f'"foo" is not understood: expected an IPv6 address or prefix, {QUERY_PARTS6}',
      ["show ipv6 route vrf red ^foo"]),
+    ("ospf is a protocol of IPv4: no IPv6 route is of it",
+     ["show ipv6 route ^ospf", "show ipv6 route vrf red ^ospf interface Ethernet1"]),
+    ("vcs is a protocol of IPv4: no IPv6 route is of it",
+     ["show ipv6 route 2001:db8::/32 ^vc longer-prefixes"]),
     ('"d" is short for several words: detail, dhcp or dynamic', ["show ip route ^d"]),
     ('"i" is short for several words: interface or isis', ["show ip route 10.1.0.0/16 ^i"]),
     ("expected the name of a VRF, or all",

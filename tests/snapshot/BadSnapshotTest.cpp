@@ -36,8 +36,12 @@ TEST(BadSnapshot, ThatNoLineCanShowIsRefused) {
   } cases[] = {
       {"", "line 1, column 1: found nothing, expected a snapshot"},
       {" \n ", "line 1, column 1: found nothing, expected a snapshot"},
-      {start + "\n \"a",
-       "line 2, column 2: found the end inside a text, expected its closing quote"},
+      {start + "\n \"a", "line 2, column 4: the snapshot ends early, inside the text that begins "
+                         "at line 2, column 2"},
+      {start + "\n \"b\xc3", "line 2, column 5: the snapshot ends early, inside the text that "
+                             "begins at line 2, column 2"},
+      {start + "\n \"vrfs\": {\n", "line 3, column 1: the snapshot ends early, inside the object "
+                                   "that begins at line 2, column 10"},
       {"{\"rova\nSnapshot\": 1}", "line 1, column 7: found a control character in a text, expected "
                                   "an escape such as \\n"},
       {start + "\n \"\xff\": 2}",

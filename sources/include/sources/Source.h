@@ -9,7 +9,8 @@
 namespace sources {
 
 /// The state of a device: "kernel" is this machine's own, "kernel:NAME" that of a network
-/// namespace, and anything else is the file of a snapshot. Raises SourceError.
+/// namespace, and anything else is the file of a snapshot, "-" for the standard input. Raises
+/// SourceError.
 State open(const std::string& source, const Needs& needs = {});
 
 /// Whether that name means a kernel, which is shown and not written to.

@@ -22,4 +22,9 @@ class SourceError : public std::runtime_error {
   }
 };
 
+/// What messages call an input: its name, and "-" the standard input.
+inline std::string inputName(const std::string& name) {
+  return name == "-" ? "standard input" : name;
+}
+
 } // namespace sources

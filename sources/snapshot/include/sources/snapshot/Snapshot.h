@@ -14,8 +14,9 @@
 
 namespace sources::snapshot {
 
-/// The state that a file holds, in tables in memory. Raises `SourceError` for a file that cannot be
-/// read or that is not a snapshot from its first to its last byte: there are no half-loaded states.
+/// The state that a file holds, "-" for the standard input, in tables in memory. Raises
+/// `SourceError` for a file that cannot be read or that is not a snapshot from its first to its
+/// last byte: there are no half-loaded states.
 state::DeviceState load(const std::string& path);
 
 /// The same from a text; errors call it `name`.

@@ -1,0 +1,17 @@
+// The interface that a command names.
+#pragma once
+
+#include "command/Options.h"
+#include "state/DeviceState.h"
+
+#include <string>
+
+namespace command {
+
+/// Raises SourceError, which offers a name that is close, for an interface that the state names
+/// nowhere: not as an interface with a configuration or addresses, nor where a forwarding class, a
+/// tunnel, a nexthop group, a neighbour or a configured route leads to.
+void requireInterface(const state::DeviceState& device, const std::string& name,
+                      const Options& options);
+
+} // namespace command
