@@ -4,7 +4,9 @@
 
 #include "Checks.h"
 #include "rova/core/TypeNames.h"
-#include "rova/fec/SortedTunVia.h"
+#include "rova/fec/TunnelWalk.h"
+
+#include <algorithm>
 
 namespace rova_python {
 
@@ -24,22 +26,65 @@ constexpr const char* unknownFecKind = "leads to a FEC of a kind that does not e
 bool isKnownFec(FecId id) { return id.rawAdjType() < Vanta::Fib::adjTypeMax(); }
 bool isPolicy(FecId id) { return id.rawAdjType() == static_cast<unsigned>(AdjType::srTePolicy); }
 
-/// Vias in an encapsulation without a kind stop who orders them. One that leads to a FEC stands for
-/// the vias of that.
-bool hasOrder(const std::vector<Tunnel::TunnelTable::TunnelVia>& vias) {
-  unsigned strange = 0;
-  for (const auto& via : vias) {
-    if (isKnownEncap(via.encapId)) continue;
-    strange += Kesh::FecIdIntfId::isFecIdIntfId(via.intfId) ? 2 : 1;
-  }
-  return strange < 2;
-}
+/// Vias in an encapsulation without a kind stop who compares two of them that lead the same way.
+/// One that leads to a FEC gives way to the vias of that.
+class StrangeVias {
+ public:
+  explicit StrangeVias(const FecTables& tables) : tables_(tables) {}
 
-const char* faultOfTunnel(const TunnelFib& tunnels, TunnelId id) {
-  const auto& vias = tunnels.entry(id).tunnelVia;
+  /// Whether they can be put in order, those behind FECs too.
+  bool haveOrder(const std::vector<Tunnel::TunnelTable::TunnelVia>& vias) {
+    for (const auto& via : vias) {
+      if (!isKnownEncap(via.encapId)) add({via.nexthop, via.intfId, via.encapId.kind()});
+    }
+    for (std::size_t i = 0; ordered_ && i < ways_.size(); ++i) follow(Way(ways_[i]));
+    return ordered_;
+  }
+
+ private:
+  struct Way {
+    Kesh::IpGenAddr hop;
+    Kesh::IntfId interface;
+    EncapKind kind;
+    friend bool operator==(const Way&, const Way&) = default;
+  };
+
+  void add(const Way& way) {
+    ordered_ = ordered_ && std::find(ways_.begin(), ways_.end(), way) == ways_.end();
+    ways_.push_back(way);
+  }
+
+  void follow(const Way& way) {
+    const FecId id = Rova::fecBehindTunnelVia(way.interface);
+    if (id.isNull()) return;
+    if (Vanta::Fib::isV6FecId(id)) {
+      if (tables_.fecs6) addVias(tables_.fecs6->fec, id, way.kind);
+    } else if (tables_.fecs) {
+      addVias(tables_.fecs->fec, id, way.kind);
+    }
+  }
+
+  template <class View>
+  void addVias(const View& fecs, FecId id, EncapKind kind) {
+    bool found = false;
+    const auto record = *fecs.safeLookup(id, found, 0);
+    for (std::uint32_t i = 0; i < record.viaCount; ++i) {
+      const auto& via = record.via(Vanta::Fib::ViaIndex(i));
+      add({Kesh::IpGenAddr(via.hop), via.intfId, kind});
+    }
+  }
+
+  const FecTables& tables_;
+  std::vector<Way> ways_;
+  bool ordered_ = true;
+};
+
+const char* faultOfTunnel(const FecTables& tables, TunnelId id) {
+  const auto& vias = tables.tunnels->entry(id).tunnelVia;
   if (vias.size() > maxTunnelVias) return "leads into a tunnel of more than 65535 vias";
-  return hasOrder(vias) ? nullptr
-                        : "leads into a tunnel with vias in an encapsulation that does not exist";
+  return StrangeVias(tables).haveOrder(vias)
+             ? nullptr
+             : "leads into a tunnel with vias in an encapsulation that does not exist";
 }
 
 const char* faultOfInterfaceTunnel(const TunnelFib& tunnels, TunnelId id) {
@@ -54,7 +99,7 @@ const char* faultOfPolicy(const FecTables& tables, FecId id) {
   const Vanta::Fib::Fec record = *tables.policies->fec.safeLookup(id, found, 0);
   for (std::uint32_t i = 0; i < record.viaCount; ++i) {
     const auto tunnel = record.via(Vanta::Fib::ViaIndex(i)).tunnelId();
-    if (const char* const fault = faultOfTunnel(*tables.tunnels, tunnel)) return fault;
+    if (const char* const fault = faultOfTunnel(tables, tunnel)) return fault;
   }
   return nullptr;
 }
@@ -70,15 +115,15 @@ const char* faultOfPolicies(const Rova::CachedFec& fec, const FecTables& tables)
 }
 
 /// The first via decides for all whether they print as tunnels; a backup via does so by itself.
-const char* faultOfVias(const Rova::CachedFec& fec, const TunnelFib& tunnels) {
+const char* faultOfVias(const Rova::CachedFec& fec, const FecTables& tables) {
   const bool areTunnels = Rova::isValidDynamicTunnel(fec.viaMap().begin()->first);
   for (const auto& [via, present] : fec.viaMap()) {
     const auto id = via.tunnelId();
     if (id.isNull()) continue;
     const bool isTunnel = areTunnels || (via.isBackup() && Rova::isValidDynamicTunnel(via));
-    const char* const fault = isTunnel ? faultOfTunnel(tunnels, id)
+    const char* const fault = isTunnel ? faultOfTunnel(tables, id)
                               : id.kind() == TunnelKind::staticInterface
-                                  ? faultOfInterfaceTunnel(tunnels, id)
+                                  ? faultOfInterfaceTunnel(*tables.tunnels, id)
                                   : nullptr;
     if (fault) return fault;
   }
@@ -89,7 +134,7 @@ const char* reasonOf(const Rova::CachedFec& fec, const FecTables& tables) {
   if (!isKnownFec(fec.fecId())) return "is of a kind that does not exist";
   if (fec.vias() == 0 ? !isPolicy(fec.fecId()) : fec.isNexthopGroup()) return nullptr;
   if (fec.isSrTePolicy()) return faultOfPolicies(fec, tables);
-  return tables.tunnels ? faultOfVias(fec, *tables.tunnels) : nullptr;
+  return tables.tunnels ? faultOfVias(fec, tables) : nullptr;
 }
 
 } // namespace

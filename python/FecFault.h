@@ -11,6 +11,8 @@ namespace rova_python {
 struct FecTables {
   const Tunnel::TunnelFib::TunnelFib* tunnels;
   const Vanta::Fib::ForwardingStatus* policies;
+  const Vanta::Fib::ForwardingStatus* fecs;
+  const Vanta::Fib6::ForwardingStatus* fecs6;
 };
 
 /// Whether an encapsulation is of a kind that exists.

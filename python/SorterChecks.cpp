@@ -43,7 +43,8 @@ class Listing {
   using Route = typename Family::Route;
 
   Listing(const Call& call, const Rova::Sorter<Family>& sorter) : call_(call), sorter_(sorter) {
-    const FecTables tables{sorter.tunnelFib().ptr(), sorter.policyForwardingStatus().ptr()};
+    const FecTables tables{sorter.tunnelFib().ptr(), sorter.policyForwardingStatus().ptr(),
+                           sorter.forwardingStatus().ptr(), sorter.forwarding6Status().ptr()};
     sorter.fecMap().forEach([&](FecId id, const Lumo::Ptr<Rova::CachedFec>& fec) {
       auto fault = faultOf(*fec, tables);
       if (!fault.empty()) faults_.emplace(id.value(), std::move(fault));

@@ -83,8 +83,8 @@ class ClearTest(CommandTest):
             self.assert_ends(rova(*CLEAR, state=state), 1,
                              f"rova: {state}: static routes are cleared in snapshots alone; "
                              "--state names the file of one\n")
-            self.assert_ends(rova("check", "next-hop", "10.0.0.1", state=state), 1,
-                             f"rova: {state}: has no configuration to check against; "
+            self.assert_ends(rova("check", "rd", "1:1", "vrf", "red", state=state), 1,
+                             f"rova: {state}: has no route distinguishers to check against; "
                              "--state names the file of a snapshot\n")
 
 

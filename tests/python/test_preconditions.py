@@ -61,6 +61,7 @@ def tunnel(key, *encaps, interface="Ethernet1"):
 POLICY = {"srTePolicyStatus": {"15.1": {"endpoint": "192.0.2.9", "color": 1}},
           "policyForwardingStatus": {"15.1": {"vias": [{"interface": "DynamicTunnel:7.1"}]}}}
 STRANGE = "leads into a tunnel with vias in an encapsulation that does not exist"
+SAME_WAY = [{"hop": "192.0.2.5", "interface": "Ethernet1", "label": label} for label in (100, 200)]
 # What is wrong, and what the message says behind the prefix and the VRF.
 LISTINGS = {
     "a gap among the types": ({IP4: {"type": 6, "fec": "0.1"}}, {}, "its route type 6 does not"),
@@ -77,7 +78,8 @@ LISTINGS = {
     "encapsulations": (on_fec(IP4), {"vias": [{"interface": "DynamicTunnel:7.1"}],
                                      **tunnel("7.1", "4.1", "4.2")}, STRANGE),
     "an encapsulation of a FEC": (on_fec(IP6), {"vias": [{"interface": "DynamicTunnel:2.1"}],
-                                                **tunnel("2.1", "15.1", interface="Fec:0.7")},
+                                                **tunnel("2.1", "15.1", interface="Fec:0.7"),
+                                                "forwardingStatus": {"0.7": {"vias": SAME_WAY}}},
                                   STRANGE),
     "encapsulations of a policy": (on_fec(IP4), {"vias": [{"interface": "Fec:15.1"}], **POLICY,
                                                  **tunnel("7.1", "5.1", "5.1")}, STRANGE),
