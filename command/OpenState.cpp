@@ -1,110 +1,17 @@
 #include "command/OpenState.h"
 
 #include "sources/Source.h"
-#include "sources/SourceError.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace command {
 
-namespace {
-
-std::string joined(const std::vector<std::string>& words) {
-  std::string text;
-  for (const auto& word : words) text += (text.empty() ? "" : ", ") + word;
-  return text;
-}
-
-void tell(const std::string& line) { std::fprintf(stderr, "rova: %s\n", line.c_str()); }
-
-void tellNotes(const sources::Notes& notes, const std::string& source) {
-  if (!notes.moved.empty()) {
-    tell(source + ": moved while it was read: " + joined(notes.moved) +
-         "; some entries may be missing or outdated");
-  }
-  if (notes.hiddenRoutes == 1) tell("1 route of other metrics or TOS is not shown");
-  if (notes.hiddenRoutes > 1) {
-    tell(std::to_string(notes.hiddenRoutes) + " routes of other metrics or TOS are not shown");
-  }
-}
-
-/// A file that has no name and goes with the object.
-class MemoryFile {
- public:
-  MemoryFile() : descriptor_(memfd_create("rova-document", MFD_CLOEXEC)) {
-    if (descriptor_ < 0) fail("made");
-  }
-  ~MemoryFile() { close(descriptor_); }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
-
-  int descriptor() const { return descriptor_; }
-  std::string text() const {
-    std::string text(static_cast<std::size_t>(lseek(descriptor_, 0, SEEK_END)), '\0');
-    const auto got = pread(descriptor_, text.data(), text.size(), 0);
-    if (got != static_cast<ssize_t>(text.size())) fail("read");
-    return text;
-  }
-
- private:
-  [[noreturn]] static void fail(const char* what) {
-    throw sources::SourceError(std::string("a file in memory cannot be ") + what + ": " +
-                               std::strerror(errno));
-  }
-  int descriptor_;
-};
-
-/// What `print(printer)` prints as a model: members without braces.
-template <class Print>
-std::string membersOf(Print&& print) {
-  const MemoryFile file;
-  scrivo::Printer printer(file.descriptor(), json, false, false, true, 0);
-  print(printer);
-  printer.close();
-  return file.text();
-}
-
-} // namespace
-
 sources::State openState(const Options& options, const sources::Needs& needs) {
   auto state = sources::open(options.state, needs);
-  tellNotes(state.notes, options.state);
+  for (const auto& line : linesOf(state.notes, options.state)) {
+    std::fprintf(stderr, "rova: %s\n", line.c_str());
+  }
   return state;
-}
-
-void printNotes(scrivo::Printer& printer, const sources::Notes& notes) {
-  if (notes.empty()) return;
-  scrivo::StringAttrInfo name(printer, "");
-  scrivo::UintAttrInfo hidden(printer, "hiddenRoutes");
-  printer.startSubmodel("state");
-  if (!notes.moved.empty()) {
-    printer.startList("moved");
-    for (const auto& table : notes.moved) {
-      name.setValue(table);
-      printer.addAttributes("", 1, name.getArg());
-    }
-    printer.endList();
-  }
-  if (notes.hiddenRoutes != 0) {
-    hidden.setValue(static_cast<std::uint32_t>(notes.hiddenRoutes));
-    printer.addAttributes("", 1, hidden.getArg());
-  }
-  printer.endSubmodel();
-}
-
-void renderWithNotes(const sources::Notes& notes, const Options& options,
-                     const std::function<void(int fd)>& render) {
-  if (options.format == text || notes.empty()) return render(STDOUT_FILENO);
-  const MemoryFile document;
-  render(document.descriptor());
-  const auto first = membersOf([&](scrivo::Printer& printer) { printNotes(printer, notes); });
-  scrivo::Printer out(STDOUT_FILENO, text, false, false, true, 0);
-  out.addFrills("{%s,%s", first, document.text().substr(1));
-  out.close();
 }
 
 } // namespace command

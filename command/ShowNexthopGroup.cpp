@@ -9,6 +9,7 @@
 
 #include <set>
 #include <type_traits>
+#include <unistd.h>
 
 namespace command {
 
@@ -94,7 +95,7 @@ ExitStatus showNexthopGroup(Words& words, const Options& options) {
   const auto state = openState(options, needs);
   const auto& vrf = chosenVrf(state.device, query.vrf, options).name;
   if (!query.name.empty()) requireGroup(state.device, query.name, options);
-  renderWithNotes(state.notes, options, [&](int fd) {
+  renderWithNotes(state.notes, STDOUT_FILENO, options.format, [&](int fd) {
     if (query.summary) {
       renderSummary(state.device, vrf, fd, options);
     } else {

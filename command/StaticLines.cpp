@@ -1,6 +1,6 @@
 #include "command/StaticLines.h"
 
-#include "command/OpenState.h"
+#include "command/Notes.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
 
