@@ -111,7 +111,7 @@ sources::Needs needsOf(const QueryOf<Listing>& query) {
   needs.ip4 = std::is_same_v<typename Listing::Family, Rova::Ip4Family>;
   needs.ip6 = !needs.ip4;
   needs.neighbours = query.host || query.summary;
-  needs.nexthopGroups = false;
+  needs.configured = needs.nexthopGroups = false;
   needs.vrf = query.vrf;
   return needs;
 }

@@ -41,6 +41,7 @@ State read(Access& access, const Needs& asked, const Needs& needs) {
   state.notes.moved = follower.moved();
   KernelState kernel = follower.take();
   kernel.forwarding = access.forwarding;
+  kernel.configured = asked.configured;
   state.device = makeDevice(kernel);
   state.notes.hiddenRoutes = hiddenAmong(asked, kernel, state.device);
   return state;

@@ -68,13 +68,13 @@ class Filler {
     });
   }
 
-  void fill(std::span<const Row> rows) {
+  void fill(std::span<const Row> rows, bool configured) {
     forEachVrf(rows, [&](std::span<const Row> ofVrf) {
       auto* const table = vrfs_.tables(ofVrf[0].table).*Family::routes;
       table->reserve(ofVrf.size());
       const Hardware hardware(ofVrf);
       forEachPrefix(ofVrf, [&](std::span<const Row> same) {
-        configure(same);
+        if (configured) configure(same);
         const Row* const row = forwarding(same);
         if (!row) return;
         table->insert(routeOf(*row));
@@ -161,8 +161,8 @@ void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const V
   filler6.markUsed(routes6);
   enterHopTunnels(lists.used(), kernel, interfaces, builder);
   lists.enterFecs(builder);
-  filler.fill(routes);
-  filler6.fill(routes6);
+  filler.fill(routes, kernel.configured);
+  filler6.fill(routes6, kernel.configured);
 }
 
 } // namespace sources::kernel

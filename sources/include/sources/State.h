@@ -14,7 +14,8 @@ namespace sources {
 struct Needs {
   bool ip4 = true;           ///< addresses, neighbours and routes of IPv4
   bool ip6 = true;           ///< those of IPv6
-  bool routes = true;        ///< route tables and configured routes
+  bool routes = true;        ///< route tables
+  bool configured = true;    ///< with them, the configured static routes
   bool neighbours = true;    ///< ARP entries and IPv6 neighbours
   bool nexthopGroups = true; ///< with their counters
   std::string vrf = "all";   ///< the VRF whose routes are wanted, or "all"

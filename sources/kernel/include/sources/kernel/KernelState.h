@@ -13,6 +13,7 @@ namespace sources::kernel {
 /// Everything is in the kernel's order, but for the routes.
 struct KernelState {
   Forwarding forwarding;
+  bool configured = true; ///< configured routes are wanted
   std::vector<Link> links;
   std::vector<Address> addresses;
   std::vector<Neighbour> neighbours;
