@@ -20,6 +20,15 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
                       -Wno-restrict -Wno-stringop-overflow)
 endif()
 
+# What is shipped is hardened: guarded stacks, checked calls of the C library, programs at an address
+# of the system's choice, and tables of the linker that nothing writes to once the program runs.
+include(CheckPIESupported)
+check_pie_supported()
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_compile_options(-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  add_link_options(-Wl,-z,relro,-z,now)
+endif()
+
 find_program(ROVA_CCACHE ccache)
 if(ROVA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # What lets it keep objects that were compiled with a precompiled header.
