@@ -2,6 +2,7 @@
 
 #include "command/Nearest.h"
 #include "command/OpenState.h"
+#include "command/Signals.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
@@ -95,6 +96,7 @@ ExitStatus showNexthopGroup(Words& words, const Options& options) {
   const auto state = openState(options, needs);
   const auto& vrf = chosenVrf(state.device, query.vrf, options).name;
   if (!query.name.empty()) requireGroup(state.device, query.name, options);
+  const RenderScope scope;
   renderWithNotes(state.notes, STDOUT_FILENO, options.format, [&](int fd) {
     if (query.summary) {
       renderSummary(state.device, vrf, fd, options);

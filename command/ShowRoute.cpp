@@ -4,6 +4,7 @@
 #include "command/OpenState.h"
 #include "command/RouteQuery.h"
 #include "command/ShowRouteSummary.h"
+#include "command/Signals.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
@@ -83,6 +84,7 @@ template <class Sorter>
 bool showListing(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName, Sorter& sorter) {
   frame.startDictEntry(vrfName);
   frame.ioflush();
+  const RenderScope scope;
   if (!sorter.printRoutes(STDOUT_FILENO, frame.format())) return false;
   frame.endDictEntry();
   return true;
@@ -98,6 +100,7 @@ bool showHostTable(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName
   }
   frame.startSimpleDictEntry(vrfName);
   frame.awaitDocument();
+  const RenderScope scope;
   if (!sorter.printRoutes(STDOUT_FILENO, frame.format())) return false;
   frame.endSimpleDictEntry();
   return true;
@@ -139,7 +142,7 @@ ExitStatus showRoute(Words& words, const Options& options) {
     if (query.host && query.vrf == "all") frame.addFrills("\nVRF: %s\n", vrf->name.stringValue());
     const bool isWhole =
         query.host ? showHostTable(frame, vrfName, *sorter) : showListing(frame, vrfName, *sorter);
-    if (!isWhole) return endedEarly();
+    if (!isWhole || scrivo::interruptRequested()) return endedEarly();
   }
   frame.endDict();
   frame.end();

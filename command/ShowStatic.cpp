@@ -1,6 +1,7 @@
 #include "command/ShowStatic.h"
 
 #include "command/OpenState.h"
+#include "command/Signals.h"
 #include "command/StaticLines.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
@@ -151,7 +152,9 @@ ExitStatus showStatic(Words& words, const Options& options) {
   frame.startDict("vrfs");
   frame.startDictEntry(vrfName);
   frame.ioflush();
-  makeDump(device, vrf, query, options).dump(Rova::RovaConsts());
+  auto dump = makeDump(device, vrf, query, options);
+  const RenderScope scope;
+  dump.dump(Rova::RovaConsts());
   if (scrivo::interruptRequested()) return interrupted;
   frame.endDictEntry();
   frame.endDict();

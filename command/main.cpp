@@ -1,5 +1,6 @@
 // The rova command: options, signals, the command, and errors as one message with an exit status.
 #include "command/Commands.h"
+#include "command/Signals.h"
 #include "lumo/ActivityLock.h"
 #include "lumo/System.h"
 #include "rova/Version.h"
@@ -7,7 +8,6 @@
 #include "scrivo/Interrupt.h"
 #include "scrivo/Printer.h"
 
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <span>
@@ -17,18 +17,6 @@
 namespace {
 
 using namespace command;
-
-void onInterrupt(int) { scrivo::requestInterrupt(); }
-
-/// The first interrupt ends the output in order, a second one the process. A reader that goes away
-/// shows as a failed write instead of a signal.
-void installSignals() {
-  struct sigaction interrupt {};
-  interrupt.sa_handler = onInterrupt;
-  interrupt.sa_flags = SA_RESETHAND;
-  sigaction(SIGINT, &interrupt, nullptr);
-  std::signal(SIGPIPE, SIG_IGN);
-}
 
 /// Writes what the program says of itself; a refused write is an error as it is for a listing.
 ExitStatus print(const std::string& words) {
