@@ -125,7 +125,8 @@ examples:
   rova show ip route vrf all summary
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
 
-exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt
+exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt (129
+after a hangup, 143 when terminated)
 )";
   return text;
 }
