@@ -76,7 +76,10 @@ auto makeSorter(const state::DeviceState& device, const state::VrfState& vrf,
 }
 
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
-ExitStatus endedEarly() { return scrivo::interruptRequested() ? interrupted : success; }
+ExitStatus endedEarly() {
+  if (scrivo::interruptRequested()) leaveInterrupted();
+  return success;
+}
 
 /// The listing of one VRF, a fragment that its entry in the document holds. False when it ended
 /// early.

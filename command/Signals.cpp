@@ -58,6 +58,11 @@ void installSignals() {
   std::signal(SIGXFSZ, SIG_IGN);
 }
 
+void leaveInterrupted() {
+  sources::removeUnfinished();
+  _exit(signalStatus + SIGINT);
+}
+
 RenderScope::RenderScope() { rendering = true; }
 RenderScope::~RenderScope() { rendering = false; }
 

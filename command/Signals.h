@@ -19,4 +19,8 @@ class RenderScope {
   RenderScope& operator=(const RenderScope&) = delete;
 };
 
+/// Ends the process after a render that an interrupt has ended: nobody waits for a million routes
+/// to be taken apart.
+[[noreturn]] void leaveInterrupted();
+
 } // namespace command
