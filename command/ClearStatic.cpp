@@ -6,7 +6,6 @@
 #include "command/StaticLines.h"
 #include "rova/CliSupport.h"
 #include "sources/Source.h"
-#include "sources/snapshot/Snapshot.h"
 
 namespace command {
 
@@ -38,12 +37,11 @@ ExitStatus clearStatic(Words& words, const Options& options) {
     throw sources::SourceError(options.state + ": static routes are cleared in snapshots alone; " +
                                "--state names the file of one");
   }
-  const auto target = changedSnapshot("clear static", options);
+  requireTarget("clear static", options);
+  ChangedSnapshot changed(options);
   const auto device = openState(options).device;
   requireInterface(device, interface, options);
-  const auto gone = clear(device, interface);
-  if (!target.empty()) sources::snapshot::save(device, target);
-  printLines(gone, options);
+  changed.replace(device, clear(device, interface));
   return success;
 }
 

@@ -4,7 +4,7 @@
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
 
-#include <sstream>
+#include <algorithm>
 #include <string_view>
 #include <unistd.h>
 #include <unordered_set>
@@ -17,15 +17,25 @@ std::string routeCommand(const StaticFamily& family, const L3::VrfName& vrf) {
   return words + "vrf " + vrf.stringValue().str() + " ";
 }
 
+Lines splitLines(std::string_view text) {
+  Lines lines;
+  while (!text.empty()) {
+    const auto length = std::min(text.find('\n'), text.size());
+    lines.emplace_back(text.substr(0, length));
+    text.remove_prefix(std::min(length + 1, text.size()));
+  }
+  return lines;
+}
+
 Lines staticLines(const state::VrfState& vrf, bool saveAll) {
   Lines lines;
   for (const auto& family : staticFamilies) {
     const auto& config = vrf.*family.config;
     if (!config) continue;
     Rova::StaticRoutesCliSaver saver;
-    std::istringstream text(
-        saver.save(config, saveAll, routeCommand(family, vrf.name), Rova::RovaConsts()).str());
-    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    const auto text =
+        saver.save(config, saveAll, routeCommand(family, vrf.name), Rova::RovaConsts());
+    for (auto& line : splitLines(text.str())) lines.push_back(std::move(line));
   }
   return lines;
 }

@@ -27,6 +27,9 @@ std::string routeCommand(const StaticFamily& family, const L3::VrfName& vrf);
 
 using Lines = std::vector<std::string>;
 
+/// The lines of a text, without line ends.
+Lines splitLines(std::string_view text);
+
 /// The lines of a VRF, without line ends, IPv4 ahead of IPv6. With `saveAll` they have the
 /// preference and the tag also where these are the defaults. A family whose configuration is not
 /// known has none.

@@ -8,12 +8,7 @@
 #include "rova/CliSupport.h"
 #include "sources/Source.h"
 #include "sources/SourceError.h"
-#include "sources/snapshot/Snapshot.h"
-
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iostream>
+#include "sources/snapshot/File.h"
 
 namespace command {
 
@@ -32,19 +27,6 @@ class FileError : public std::runtime_error {
  private:
   static std::string printable(std::string line) { return sources::SourceError(line).what(); }
 };
-
-/// The lines of a file, or of standard input for "-". Raises SourceError.
-Lines readLines(const std::string& path) {
-  std::ifstream file;
-  if (path != "-") file.open(path);
-  std::istream& in = path == "-" ? std::cin : file;
-  Lines lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(std::move(line));
-  if (!in.eof())
-    throw sources::SourceError(sources::inputName(path) +
-                               ": cannot be read: " + std::strerror(errno));
-  return lines;
-}
 
 /// Empty lines and those that are notes say nothing.
 bool isNote(std::string_view line) {
@@ -110,13 +92,14 @@ ExitStatus loadStatic(Words& words, const Options& options) {
     throw UsageError("rova: static load cannot read both its lines and the snapshot from standard "
                      "input: one of them needs a file");
   }
-  const auto changed = changedSnapshot("static load", target);
-  const auto lines = readLines(path);
+  requireTarget("static load", target);
+  // Read first: others need not wait for somebody to type them.
+  const auto lines = splitLines(sources::snapshot::readFile(path).text());
+  ChangedSnapshot changed(target);
   const auto device = openState(target).device;
   const auto before = allLines(device);
   enterAll(lines, path, device);
-  if (!changed.empty()) sources::snapshot::save(device, changed);
-  printLines(linesWithout(allLines(device), before), options);
+  changed.replace(device, linesWithout(allLines(device), before));
   return success;
 }
 

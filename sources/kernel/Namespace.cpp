@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <vector>
 
 namespace sources::kernel {
@@ -60,10 +59,16 @@ std::string pathOf(const std::string& name) {
   return std::string(folder) + "/" + name;
 }
 
+/// Whether the file has a number other than 0. Without IPv6 its file is missing: nothing is
+/// forwarded.
 bool readFlag(const char* path) {
-  int value = 0;
-  std::ifstream(path) >> value; // without IPv6 its file is missing: nothing is forwarded
-  return value != 0;
+  const File file(path);
+  if (file.descriptor() < 0 && errno == ENOENT) return false;
+  char digit = '0';
+  if (file.descriptor() < 0 || read(file.descriptor(), &digit, 1) < 0) {
+    throw SourceError(std::string(path) + ": cannot be read: " + std::strerror(errno));
+  }
+  return digit != '0';
 }
 
 } // namespace

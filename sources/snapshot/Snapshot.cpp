@@ -1,7 +1,8 @@
 #include "sources/snapshot/Snapshot.h"
 
-#include "File.h"
 #include "Sections.h"
+#include "sources/snapshot/File.h"
+#include "sources/snapshot/FileWriter.h"
 
 namespace sources::snapshot {
 
@@ -52,9 +53,9 @@ const auto& sections() {
 }
 
 /// `text` has the parser's padding behind it.
-state::DeviceState loadPadded(const std::string& text, const std::string& name) {
-  const std::size_t length = text.size() - simdjson::SIMDJSON_PADDING;
-  Input input(name, simdjson::padded_string_view(text.data(), length, text.size()));
+state::DeviceState loadPadded(std::string_view text, const std::string& name) {
+  const std::size_t whole = text.size() + simdjson::SIMDJSON_PADDING;
+  Input input(name, simdjson::padded_string_view(text.data(), text.size(), whole));
   state::DeviceBuilder builder;
   input.readRoot([&](Node& root) { readFields(root, sections(), builder); });
   return std::move(builder.state);
@@ -69,17 +70,23 @@ void write(Output::Sink sink, const state::DeviceState& device) {
 } // namespace
 
 state::DeviceState load(const std::string& path) {
-  return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING), inputName(path));
+  return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING).text(), inputName(path));
 }
 
 state::DeviceState loadText(std::string_view text, const std::string& name) {
-  return loadPadded(std::string(text) + std::string(simdjson::SIMDJSON_PADDING, '\0'), name);
+  const std::string padded = std::string(text) + std::string(simdjson::SIMDJSON_PADDING, '\0');
+  return loadPadded(std::string_view(padded).substr(0, text.size()), name);
 }
 
 void save(const state::DeviceState& device, const std::string& path) {
   FileWriter file(path);
-  write([&](std::string_view bytes) { file.write(bytes); }, device);
+  save(device, file);
   file.commit();
+}
+
+void save(const state::DeviceState& device, FileWriter& file) {
+  write([&](std::string_view bytes) { file.write(bytes); }, device);
+  file.finish();
 }
 
 std::string saveText(const state::DeviceState& device) {

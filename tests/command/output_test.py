@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Outputs that end early: the user's interrupt, a full disk, a reader that goes away."""
 
+import os
 import signal
 import subprocess
+import tempfile
 import unittest
 
-from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, program
+from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, program, snapshot_file
 
 FULL = "No space left on device"
 
@@ -47,6 +49,26 @@ class OutputTest(CommandTest):
             out, err = process.communicate(timeout=TIMEOUT_SECONDS)
             self.assertEqual((process.returncode, err), (0, b""))
             self.assertEqual(out.count(b" via 192.0.2.1, Ethernet1\n"), 20_000)
+
+    def test_a_snapshot_on_its_way_to_a_pipe(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = snapshot_file(folder, {}, allIntfConfig={
+                f"Ethernet{i}": {"description": "x" * 100} for i in range(5000)})
+            whole = subprocess.run([program(), "--state", path, "snapshot", "save", "-"],
+                                   capture_output=True, check=True).stdout
+            for is_read in (True, False):
+                reading, writing = os.pipe()
+                os.set_blocking(writing, False)
+                with subprocess.Popen([program(), "--state", path, "snapshot", "save", "-"],
+                                      stdout=writing, stderr=subprocess.PIPE) as process, \
+                        open(reading, "rb") as pipe:
+                    os.close(writing)
+                    self.assertEqual(pipe.read(1), b"{")
+                    if is_read:
+                        self.assertEqual(pipe.read(), whole[1:])
+                    pipe.close()
+                    self.assertEqual((process.wait(TIMEOUT_SECONDS), process.stderr.read()),
+                                     (0, b""))
 
     def test_full_disk(self):
         for words in (["show", "ip", "route"], ["--format", "json", "show", "ip", "route"],

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """States that cannot be shown: one line on standard error, and status 1."""
 
+import os
 import signal
 import tempfile
 import unittest
@@ -125,6 +126,14 @@ class SourceTest(CommandTest):
                              ("/tmp", "Is a directory")):
             self.assert_ends(rova("show", "ip", "route", state=path), 1,
                              f"rova: {path}: cannot be read: {reason}\n")
+
+    def test_a_file_that_is_too_long_is_not_read(self):
+        with tempfile.NamedTemporaryFile() as file:
+            os.truncate(file.name, 2**32)
+            for words, state in ((("show", "ip", "route"), file.name),
+                                 (("static", "load", file.name, "--dry-run"), STATE)):
+                self.assert_ends(rova(*words, state=state), 1,
+                                 f"rova: {file.name}: found more than 4 GB of text, expected less\n")
 
     def test_bad_snapshots_have_one_line(self):
         with tempfile.TemporaryDirectory() as folder:

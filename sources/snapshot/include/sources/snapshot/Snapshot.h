@@ -14,6 +14,8 @@
 
 namespace sources::snapshot {
 
+class FileWriter;
+
 /// The state that a file holds, "-" for the standard input, in tables in memory. Raises
 /// `SourceError` for a file that cannot be read or that is not a snapshot from its first to its
 /// last byte: there are no half-loaded states.
@@ -25,10 +27,14 @@ state::DeviceState loadText(std::string_view text, const std::string& name);
 /// Writes the state so that a reader finds the whole old file or the whole new one: the text goes
 /// to a new file beside `path`, which then takes its place. What is no regular file (a device,
 /// a pipe, "-" for the standard output) is written straight. Raises `SourceError` when writing
-/// fails, and whatever reading a table raises; the old file then stays as it was.
+/// fails, `scrivo::sigintException` when the reader of a pipe goes away, and whatever reading a
+/// table raises; the old file then stays as it was.
 ///
 /// Equal states give equal bytes. Bytes of a name or text that are not UTF-8 become U+FFFD.
 void save(const state::DeviceState& device, const std::string& path);
+
+/// The same without the last step: `file.commit()` lets the new file take its place.
+void save(const state::DeviceState& device, FileWriter& file);
 
 /// The text that `save` writes.
 std::string saveText(const state::DeviceState& device);

@@ -1,0 +1,26 @@
+// Without memory the program says so and ends at once, wherever it is: the streams and libraries in
+// between would take a failed allocation for the end of what they read, or end the process in words
+// of their own.
+#include "command/Options.h"
+#include "sources/Unfinished.h"
+
+#include <new>
+#include <string_view>
+#include <unistd.h>
+
+namespace {
+
+void endWithoutMemory() {
+  constexpr std::string_view message = "rova: there is not enough memory\n";
+  sources::removeUnfinished();
+  if (write(STDERR_FILENO, message.data(), message.size()) < 0) _exit(command::failure);
+  _exit(command::failure);
+}
+
+void install(int, char**, char**) { std::set_new_handler(endWithoutMemory); }
+
+// The libraries that the program loads allocate in their initialisers, which run ahead of its own.
+using Initialiser = void (*)(int, char**, char**);
+[[gnu::section(".preinit_array"), gnu::used]] const Initialiser first = install;
+
+} // namespace
