@@ -96,7 +96,8 @@ void renderWithNotes(const sources::Notes& notes, int fd, unsigned format,
   render(document.descriptor());
   const auto first = membersOf([&](scrivo::Printer& printer) { printNotes(printer, notes); });
   scrivo::Printer out(fd, scrivo::textFormat, false, false, true, 0);
-  out.addFrills("{%s,%s", first, document.text().substr(1));
+  const auto rest = document.text().substr(1);
+  out.addFrills("{%s,%s", scrivo::verbatim(first), scrivo::verbatim(rest));
   out.close();
 }
 

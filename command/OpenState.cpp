@@ -1,5 +1,6 @@
 #include "command/OpenState.h"
 
+#include "scrivo/Shown.h"
 #include "sources/Source.h"
 
 #include <cstdio>
@@ -9,7 +10,7 @@ namespace command {
 sources::State openState(const Options& options, const sources::Needs& needs) {
   auto state = sources::open(options.state, needs);
   for (const auto& line : linesOf(state.notes, options.state)) {
-    std::fprintf(stderr, "rova: %s\n", line.c_str());
+    std::fprintf(stderr, "rova: %s\n", scrivo::shown(line).c_str());
   }
   return state;
 }

@@ -142,7 +142,9 @@ ExitStatus showRoute(Words& words, const Options& options) {
     const auto sorter = makeSorter<Listing>(device, *vrf, query, options);
     vrfName.setValue(vrf->name.stringValue());
     // A listing names its VRF itself, a host table does not.
-    if (query.host && query.vrf == "all") frame.addFrills("\nVRF: %s\n", vrf->name.stringValue());
+    if (query.host && query.vrf == "all") {
+      frame.addFrills("\nVRF: %s\n", scrivo::asValue(vrf->name.stringValue()));
+    }
     const bool isWhole =
         query.host ? showHostTable(frame, vrfName, *sorter) : showListing(frame, vrfName, *sorter);
     if (!isWhole || scrivo::interruptRequested()) return endedEarly();

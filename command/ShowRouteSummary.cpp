@@ -108,7 +108,7 @@ template <class Family>
 void printSummary(scrivo::Printer& printer, const Rova::Summary<Family>& summary) {
   scrivo::IntAttrInfo total(printer, "totalRoutes");
   total.setValue(summary.totalNumRoutes());
-  printer.addFrills("\nVRF: %s\n\n", summary.vrfName().stringValue());
+  printer.addFrills("\nVRF: %s\n\n", scrivo::asValue(summary.vrfName().stringValue()));
   printKinds(printer, summary);
   printMasks(printer, summary);
   printer.addAttributes("Total%22d\n", 1, total.getArg());

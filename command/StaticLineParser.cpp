@@ -1,5 +1,8 @@
 #include "command/StaticLineParser.h"
 
+#include "scrivo/Shown.h"
+#include "state/StaticLineWords.h"
+
 #include <charconv>
 #include <initializer_list>
 #include <limits>
@@ -9,8 +12,6 @@ namespace command {
 namespace {
 
 using Routing::RouteType;
-
-constexpr std::string_view leakWords = " leak vrf ";
 
 /// The words of a line with their places.
 class LineWords {
@@ -53,6 +54,14 @@ class LineWords {
     throw LineError(word.empty() ? message + " here" : "\"" + std::string(word) + "\": " + message,
                     place);
   }
+  /// The error at the first character of a name, which begins at `place`, that nobody can have
+  /// typed.
+  void requireShown(std::size_t place, std::string_view name) const {
+    const auto hidden = scrivo::findHidden(name);
+    if (hidden == std::string_view::npos) return;
+    throw LineError("\"" + std::string(name) + "\": expected a name without control characters",
+                    place + hidden);
+  }
 
  private:
   void skipBlanks() {
@@ -94,17 +103,8 @@ Kesh::IpGenPrefix takePrefix(LineWords& words, bool ip6) {
   return takeValue<Kesh::Prefix>(words, "an IPv4 prefix without bits behind its mask");
 }
 
-/// Whether what follows the next hops begins with this word.
-bool beginsAttributes(std::string_view word) {
-  for (const std::string_view keyword : {"track", "vtep", "tag", "name", "leak"}) {
-    if (word == keyword) return true;
-  }
-  return word.empty() ||
-         parseNumber<std::uint32_t>(word, std::numeric_limits<std::uint32_t>::max());
-}
-
 void readInterface(LineWords& words, StaticLine& out) {
-  if (beginsAttributes(words.peek()) || Kesh::IpGenAddr::parse(words.peek())) return;
+  if (!Routing::readsAsInterface(words.peek())) return;
   out.via.intfId = Kesh::IntfId(Lumo::String(words.take("an interface")));
 }
 
@@ -150,16 +150,17 @@ void readTag(LineWords& words, StaticLine& out) {
 }
 
 void readName(LineWords& words, StaticLine& out) {
-  if (words.takeIf("name")) out.name = words.takeRest();
+  if (!words.takeIf("name")) return;
+  const auto place = words.column();
+  out.name = words.takeRest();
+  words.requireShown(place, out.name);
 }
 
 /// Reads a leak from the end of the line and cuts it off, since a name ahead of it may be anything.
 void readLeak(LineWords& words, StaticLine& out) {
-  const auto leak = words.line().rfind(leakWords);
+  const auto leak = Routing::findLeak(words.line());
   if (leak == std::string_view::npos || leak + 1 < words.column()) return;
-  const auto name = words.line().substr(leak + leakWords.size());
-  if (name.empty() || name.find(' ') != std::string_view::npos) return;
-  out.leakVrf = name;
+  out.leakVrf = Routing::leakedTo(words.line().substr(leak));
   words.cut(leak);
 }
 
@@ -181,7 +182,11 @@ void readForward(LineWords& words, StaticLine& out) {
 
 void readNexthopGroup(LineWords& words, StaticLine& out) {
   out.routeType = RouteType::nexthopGroup;
-  if (!beginsAttributes(words.peek())) out.nexthopGroup = words.take("the name of a nexthop group");
+  const auto place = words.column();
+  if (!Routing::beginsAttributes(words.peek())) {
+    out.nexthopGroup = words.take("the name of a nexthop group");
+  }
+  words.requireShown(place, out.nexthopGroup);
   readPreference(words, out);
   readTag(words, out);
 }
@@ -227,6 +232,10 @@ void enterVia(const StaticLine& line, Routing::Route& route) {
 } // namespace
 
 StaticLine parseStaticLine(std::string_view text) {
+  const auto strange = text.find_first_of(std::string_view("\t\n\v\f\r\0", 6));
+  if (strange != text.npos) {
+    throw LineError("expected no white space but blanks, and no NUL", strange);
+  }
   LineWords words(text);
   StaticLine out;
   out.ip6 = words.takeIf("ipv6");
@@ -237,9 +246,9 @@ StaticLine parseStaticLine(std::string_view text) {
     out.vrf = words.take("the name of a VRF");
   }
   out.key.prefix = takePrefix(words, out.ip6);
-  if (words.takeIf("Null0")) {
+  if (words.takeIf(Routing::dropWord)) {
     readDrop(words, out);
-  } else if (words.takeIf("Nexthop-Group")) {
+  } else if (words.takeIf(Routing::nexthopGroupWord)) {
     readNexthopGroup(words, out);
   } else {
     readForward(words, out);

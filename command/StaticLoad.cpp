@@ -17,15 +17,12 @@ namespace {
 /// What is wrong with a line of the file, with the line and a caret.
 class FileError : public std::runtime_error {
  public:
-  FileError(const std::string& path, std::size_t number, std::string line, const LineError& error)
+  FileError(const std::string& path, std::size_t number, const std::string& line,
+            const LineError& error)
       : std::runtime_error(sources::SourceError(sources::inputName(path) + " line " +
                                                 std::to_string(number) + ": " + error.what())
                                .what() +
-                           ("\n  " + printable(std::move(line)) + "\n  ") +
-                           std::string(error.column, ' ') + "^") {}
-
- private:
-  static std::string printable(std::string line) { return sources::SourceError(line).what(); }
+                           withCaret(line, error.column)) {}
 };
 
 /// Empty lines and those that are notes say nothing.

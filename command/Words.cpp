@@ -1,5 +1,7 @@
 #include "command/Words.h"
 
+#include "scrivo/Shown.h"
+
 #include <algorithm>
 #include <sstream>
 
@@ -14,6 +16,15 @@ std::size_t columnsOf(std::string_view text) {
 }
 
 } // namespace
+
+UsageError::UsageError(const std::string& message)
+    : std::runtime_error(scrivo::shown(message, scrivo::LineEnds::kept)) {}
+
+std::string withCaret(std::string_view line, std::size_t place) {
+  const auto inside = std::min(place, line.size());
+  const auto column = columnsOf(scrivo::shown(line.substr(0, inside))) + (place - inside);
+  return "\n  " + scrivo::shown(line) + "\n  " + std::string(column, ' ') + "^";
+}
 
 Words::Words(std::span<const char* const> arguments) {
   for (const char* argument : arguments) {
@@ -73,14 +84,14 @@ void Words::failExpecting(std::span<const std::string_view> alternatives) const 
 void Words::failAt(std::size_t index, const std::string& message) const {
   if (words_.empty()) throw UsageError("rova: " + message + "\n  rova --help shows the commands");
   std::string line;
-  std::size_t column = 0;
+  std::size_t place = 0;
   for (std::size_t i = 0; i < words_.size(); ++i) {
     if (i) line += ' ';
-    if (i == index) column = columnsOf(line);
+    if (i == index) place = line.size();
     line += words_[i];
   }
-  if (index >= words_.size()) column = columnsOf(line) + 1;
-  throw UsageError("rova: " + message + "\n  " + line + "\n  " + std::string(column, ' ') + "^");
+  if (index >= words_.size()) place = line.size() + 1;
+  throw UsageError("rova: " + message + withCaret(line, place));
 }
 
 std::string listOf(std::span<const std::string_view> words, std::string_view lastJoin) {

@@ -12,11 +12,14 @@
 namespace command {
 
 /// The command line cannot be understood; the exit status is 2. `what()` is the message with the
-/// line and the caret.
+/// line and the caret, what does not show as it is in them escaped.
 class UsageError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit UsageError(const std::string& message);
 };
+
+/// Lines for an error: the line as it shows and a caret below its byte `place`, or behind its end.
+std::string withCaret(std::string_view line, std::size_t place);
 
 /// The words of a command, read from left to right.
 class Words {

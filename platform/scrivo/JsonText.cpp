@@ -1,10 +1,12 @@
 #include "JsonText.h"
 
 #include "OutputBuffer.h"
+#include "Utf8.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace scrivo {
 
@@ -25,51 +27,13 @@ const char* skipPlain(const char* at) {
   return at;
 }
 
-/// The well-formed sequences of UTF-8 above ASCII by their first byte (Unicode, table 3-7). The
-/// range of the second byte rules out overlong forms, surrogates and what lies past U+10FFFF.
-struct Utf8Lead {
-  Byte first, last;
-  Byte secondFirst, secondLast;
-  int length;
-};
-constexpr Utf8Lead utf8Leads[] = {
-    {0xc2, 0xdf, 0x80, 0xbf, 2}, {0xe0, 0xe0, 0xa0, 0xbf, 3}, {0xe1, 0xec, 0x80, 0xbf, 3},
-    {0xed, 0xed, 0x80, 0x9f, 3}, {0xee, 0xef, 0x80, 0xbf, 3}, {0xf0, 0xf0, 0x90, 0xbf, 4},
-    {0xf1, 0xf3, 0x80, 0xbf, 4}, {0xf4, 0xf4, 0x80, 0x8f, 4},
-};
-
-constexpr bool isWithin(char byte, Byte first, Byte last) {
-  return static_cast<Byte>(byte) >= first && static_cast<Byte>(byte) <= last;
-}
-
-/// How much of a sequence stands at a place, and whether it is a whole one. A broken sequence goes
-/// as far as it could have become a whole one, at least one byte: that much is one U+FFFD.
-struct Utf8Sequence {
-  int length;
-  bool isWhole;
-};
-
-Utf8Sequence continueSequence(const char* at, const Utf8Lead& lead) {
-  if (!isWithin(at[1], lead.secondFirst, lead.secondLast)) return {1, false};
-  for (int i = 2; i < lead.length; ++i) {
-    if (!isWithin(at[i], 0x80, 0xbf)) return {i, false};
-  }
-  return {lead.length, true};
-}
-
-Utf8Sequence readSequence(const char* at) {
-  for (const Utf8Lead& lead : utf8Leads) {
-    if (isWithin(*at, lead.first, lead.last)) return continueSequence(at, lead);
-  }
-  return {1, false};
-}
-
 const char* putMultibyte(OutputBuffer& out, const char* at) {
-  const Utf8Sequence sequence = readSequence(at);
+  constexpr std::size_t longest = 4;
+  const Utf8Sequence sequence = readUtf8({at, strnlen(at, longest)});
   if (sequence.isWhole) {
-    out.put(at, static_cast<std::size_t>(sequence.length));
+    out.put(at, sequence.length);
   } else {
-    out.put("\xef\xbf\xbd"); // U+FFFD
+    out.put("\xef\xbf\xbd"); // U+FFFD, once for a broken sequence
   }
   return at + sequence.length;
 }

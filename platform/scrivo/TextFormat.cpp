@@ -1,6 +1,7 @@
 #include "TextFormat.h"
 
 #include "OutputBuffer.h"
+#include "Pieces.h"
 #include "lumo/Exception.h"
 #include "scrivo/Format.h"
 
@@ -52,6 +53,15 @@ std::string_view textOf(const AttrWord& word, int precision) {
   return {text, isCut ? strnlen(text, static_cast<std::size_t>(precision)) : std::strlen(text)};
 }
 
+/// Whether the text prints byte by byte. What is printable ASCII does, and is most of all.
+bool printsAsIs(const AttrWord& word, std::string_view text) {
+  return word.tag() == Tag::verbatim || isPlain(text);
+}
+
+LineEnds lineEndsOf(const AttrWord& word) {
+  return word.tag() == Tag::lines ? LineEnds::kept : LineEnds::escaped;
+}
+
 /// One format over its words.
 class FormatPrinter {
  public:
@@ -88,8 +98,8 @@ class FormatPrinter {
   /// Most slots are "%s", "%d" or "%u" over a word of just that kind: they pass by the reading of
   /// flags and the layout of fields, which cost more than the printing. \return false for another.
   bool printBareSlot(char conversion, const AttrWord& word) {
-    if (conversion == 's' && word.tag() == Tag::text) {
-      out_.put(textOf(word, Slot::none));
+    if (conversion == 's' && isText(word.tag())) {
+      printBareText(word);
     } else if (conversion == 'u' && word.tag() == Tag::uint32) {
       printBareInteger(false, static_cast<std::uint32_t>(word.bits()));
     } else if (conversion == 'd' && word.tag() == Tag::int32) {
@@ -99,6 +109,12 @@ class FormatPrinter {
       return false;
     }
     return true;
+  }
+
+  void printBareText(const AttrWord& word) {
+    const auto text = textOf(word, Slot::none);
+    if (printsAsIs(word, text)) return out_.put(text);
+    forEachPiece(text, lineEndsOf(word), [this](std::string_view piece) { out_.put(piece); });
   }
 
   void printBareInteger(bool isNegative, std::uint64_t magnitude) {
@@ -125,7 +141,7 @@ class FormatPrinter {
   void printWord(const Slot& slot, const AttrWord& word) {
     switch (slot.conversion) {
     case 's':
-      return printField(slot, {.body = textOf(word, slot.precision)});
+      return printText(slot, word);
     case 'c':
       return printCharacter(slot, static_cast<char>(word.bits()));
     case 'f':
@@ -135,6 +151,14 @@ class FormatPrinter {
     default:
       return printUnsigned(slot, word.bits());
     }
+  }
+
+  /// The precision cuts the text as it is; the width is that of the text as it shows.
+  void printText(const Slot& slot, const AttrWord& word) {
+    const auto text = textOf(word, slot.precision);
+    if (printsAsIs(word, text)) return printField(slot, {.body = text});
+    const std::string escaped = shown(text, lineEndsOf(word));
+    printField(slot, {.body = escaped});
   }
 
   void printCharacter(const Slot& slot, char character) {

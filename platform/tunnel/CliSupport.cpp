@@ -98,8 +98,10 @@ void printTunnelViaInfo(scrivo::Printer& printer, bool inModel, const TunnelViaT
     printer.addFrills(" %s", via.nexthopAddr);
     separator = ", ";
   }
-  if (*via.interface) printer.addFrills("%s%s", separator, via.interface);
-  if (*via.interfaceDescription) printer.addFrills(" %s", via.interfaceDescription);
+  if (*via.interface) printer.addFrills("%s%s", separator, scrivo::asValue(via.interface));
+  if (*via.interfaceDescription) {
+    printer.addFrills(" %s", scrivo::asValue(via.interfaceDescription));
+  }
   if (inModel) {
     if (!via.directlyConnected) addToModel(printer, "nexthopAddr", via.nexthopAddr);
     addToModel(printer, "interface", via.interface);

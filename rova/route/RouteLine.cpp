@@ -2,6 +2,7 @@
 
 #include "lumo/Assert.h"
 #include "rova/core/DirectlyConnected.h"
+#include "scrivo/Shown.h"
 
 #include <cstring>
 
@@ -61,7 +62,8 @@ struct RouteLinePrinter::Subject {
   bool isConnected() const { return !hasEvpn && isDirectlyConnected(line.prefix, nexthopAddr); }
   /// The columns that the note on a leaked route takes.
   std::size_t noteColumns() const {
-    return line.routeLeaked ? sizeof "(source VRF ) " - 1 + std::strlen(line.srcVrfName) : 0;
+    return line.routeLeaked ? sizeof "(source VRF ) " - 1 + scrivo::shown(line.srcVrfName).size()
+                            : 0;
   }
   /// The columns in front of a further via in the IPv4 form.
   unsigned padding() const {

@@ -81,7 +81,7 @@ bool Sorter<Family>::printRoutes(std::uint32_t fd, std::uint32_t fmt) {
     if (host_) {
       formatHostRouteOutput(*this, fd, fmt, printer);
     } else {
-      printer.addFrills("\nVRF: %s\n", vrfName_.stringValue());
+      printer.addFrills("\nVRF: %s\n", scrivo::asValue(vrfName_.stringValue()));
       formatOutput(*this, printer);
     }
     printer.close();

@@ -1,4 +1,5 @@
 // Configured addresses of interfaces, and route distinguishers in use.
+#include "ConfiguredNames.h"
 #include "Sections.h"
 
 #include "state/IpConfig.h"
@@ -66,6 +67,7 @@ using Distinguishers = decltype(RouteDistinguisherInput::routeDistinguisher);
 
 void readInputs(Node& node, state::DeviceBuilder& builder) {
   readMap<Lumo::String>(node, [&](const Lumo::String& agent, Node& value) {
+    requireShown(value, "the agent", agent.str());
     const auto input = Lumo::newEntity<RouteDistinguisherInput>();
     input->routeDistinguisher = Codec<Distinguishers>::read(value);
     builder.state.routeDistinguisherInputDir->entityIs(agent, input);

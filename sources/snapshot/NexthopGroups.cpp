@@ -1,4 +1,5 @@
 // Nexthop groups: as configured, their identifiers, and as the hardware has them.
+#include "ConfiguredNames.h"
 #include "LabelStack.h"
 #include "Names.h"
 #include "Sections.h"
@@ -66,6 +67,7 @@ constexpr Field<ConfigEntry> configFields[] = {
 
 void readConfigs(Node& node, state::DeviceBuilder& builder) {
   readMap<Lumo::String>(node, [&](const Lumo::String& name, Node& value) {
+    requireShown(value, "the nexthop group", name.str());
     const auto entry = Lumo::newEntity<ConfigEntry>(name);
     readFields(value, configFields, *entry);
     builder.state.nhgConfig->nexthopGroup.insertOrAssign(name, entry);

@@ -1,6 +1,7 @@
 #include "StaticRoutes.h"
 
 #include "Collection.h"
+#include "ConfiguredNames.h"
 #include "Names.h"
 
 #include <algorithm>
@@ -136,12 +137,15 @@ ConfiguredRoute configuredOf(const Routing::Route& route) {
           route.leakVrf};
 }
 
+using CheckNames = void (*)(Node& node, const Routing::Route& route);
+
 template <class PrefixType>
-void readRoutes(Node& node, Routing::RouteList& list) {
+void readRoutes(Node& node, Routing::RouteList& list, CheckNames checkNames) {
   node.elements([&](Node& element) {
     ConfiguredRoute configured;
     readFields(element, routeFields<PrefixType>, configured);
     const auto route = makeRoute(element, configured);
+    checkNames(element, *route);
     if (list.route.find(route->key)) {
       element.fail("a second route to " + configured.prefix.stringValue().str() +
                        " of preference " + std::to_string(configured.preference),
@@ -162,7 +166,10 @@ void writeRoutes(Output& out, const Routing::RouteList& list) {
 template <class PrefixType>
 constexpr Field<Routing::ConfigGen> configFields[] = {
     field<Routing::ConfigGen, &Routing::ConfigGen::routing>("routing"),
-    {"routes", [](Node& node, Routing::ConfigGen& config) { readRoutes<PrefixType>(node, config); },
+    {"routes",
+     [](Node& node, Routing::ConfigGen& config) {
+       readRoutes<PrefixType>(node, config, checkConfiguredNames);
+     },
      [](const Routing::ConfigGen& config) { return !config.route.empty(); },
      [](Output& out, const Routing::ConfigGen& config) { writeRoutes(out, config); }},
 };
@@ -192,8 +199,9 @@ void writeConfig(Output& out, const ConfigPtr& config) {
 template <class PrefixType>
 void readInputs(Node& node, state::RouteInputs& inputs) {
   readMap<Lumo::String>(node, [&](const Lumo::String& agent, Node& value) {
+    requireShown(value, "the agent", agent.str());
     const auto input = Lumo::newEntity<Routing::RouteInput>();
-    readRoutes<PrefixType>(value, *input);
+    readRoutes<PrefixType>(value, *input, checkInputNames);
     inputs.insertOrAssign(agent, input);
   });
 }

@@ -32,6 +32,10 @@ concept HasText = requires(std::string_view text) {
   Text<T>::parse(text);
 };
 
+/// Displays end a text at a NUL, so that two of them would look the same: no name and no text has
+/// one.
+inline bool hasNul(std::string_view text) { return text.find('\0') != text.npos; }
+
 /// For types with a `parse` and a `stringValue` of their own.
 template <class T>
 struct OwnText {
@@ -89,11 +93,11 @@ struct Text<Kesh::IpGenPrefix> {
   static Lumo::String write(const Kesh::IpGenPrefix& prefix) { return prefix.stringValue(); }
 };
 
-/// An interface by its name; the empty name, which is no interface, is refused.
+/// An interface by its name; the empty name, which is no interface, is refused, and NUL in one.
 template <>
 struct Text<Kesh::IntfId> {
   static std::optional<Kesh::IntfId> parse(std::string_view text);
-  static std::string expected(std::string_view) { return "an interface name"; }
+  static std::string expected(std::string_view text);
   static Lumo::String write(const Kesh::IntfId& intfId) { return intfId.stringValue(); }
 };
 
@@ -175,14 +179,17 @@ struct Text<Routing::NexthopGroup::NexthopGroupEntryCounterKey> {
 template <>
 struct Text<L3::VrfName> {
   static std::optional<L3::VrfName> parse(std::string_view text);
-  static std::string expected(std::string_view) { return "a VRF name of 1 to 100 bytes"; }
+  static std::string expected(std::string_view text);
   static Lumo::String write(const L3::VrfName& name) { return name.stringValue(); }
 };
 
 template <>
 struct Text<Lumo::String> {
-  static std::optional<Lumo::String> parse(std::string_view text) { return Lumo::String(text); }
-  static std::string expected(std::string_view) { return "a text"; }
+  static std::optional<Lumo::String> parse(std::string_view text) {
+    if (hasNul(text)) return {};
+    return Lumo::String(text);
+  }
+  static std::string expected(std::string_view) { return "a text without NUL"; }
   static Lumo::String write(const Lumo::String& text) { return text; }
 };
 

@@ -1,4 +1,5 @@
 // The VRFs, each with its routes and with what is missing from hardware and kernel.
+#include "ConfiguredNames.h"
 #include "Names.h"
 #include "Sections.h"
 #include "StaticRoutes.h"
@@ -70,6 +71,7 @@ constexpr VrfField configField(std::string_view name) {
   return {name,
           [](Node& node, VrfReader& vrf) {
             readConfig<typename Family::Prefix>(node, vrf.state.*Family::config);
+            checkConfiguredVrf(node, vrf.state.name, vrf.state.*Family::config);
           },
           [](const VrfWriter& vrf) { return configPresent(vrf.state.*Family::config); },
           [](Output& out, const VrfWriter& vrf) { writeConfig(out, vrf.state.*Family::config); }};

@@ -78,6 +78,14 @@ class LoadTest(CommandTest):
                        ^
 """)
 
+    def test_a_name_that_nobody_can_have_typed_is_refused(self):
+        self.lines.write_text("ip route 10.9.0.0/16 10.0.1.9 name c\u202eo\x1bre\n")
+        result = rova("static", "load", str(self.lines), "--dry-run", state=CHECKS)
+        self.assert_ends(result, 1, f"""rova: {self.lines} line 1: "c\\u202eo\\x1bre": expected a name without control characters
+  ip route 10.9.0.0/16 10.0.1.9 name c\\u202eo\\x1bre
+                                      ^
+""")
+
     def test_it_needs_a_snapshot(self):
         result = rova("static", "load", str(self.lines), state="kernel")
         self.assert_ends(result, 2, "rova: static load changes a snapshot: --into names the file of "

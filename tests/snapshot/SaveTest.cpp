@@ -115,7 +115,7 @@ TEST_F(Save, NamesThePathThatFailsOnOneLine) {
     std::string path, shown, error;
   } cases[] = {{missing, missing, "cannot be read: No such file or directory"},
                {folder_, folder_, "cannot be read: Is a directory"},
-               {"no\nfile", "no?file", "cannot be read: No such file or directory"},
+               {"no\nfile", "no\\x0afile", "cannot be read: No such file or directory"},
                {file_, file_, "$: found no \"rovaSnapshot\", expected that key"}};
   for (const auto& [path, shown, error] : cases) {
     EXPECT_EQ(errorOf([&, &from = path] { load(from); }), shown + ": " + error);

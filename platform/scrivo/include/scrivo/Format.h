@@ -102,7 +102,7 @@ struct FormatText {
 /// not cut. `any` may stand anywhere, for its own check comes when it is printed.
 constexpr bool fits(const Slot& slot, Tag tag) {
   if (tag == Tag::any) return true;
-  if (slot.conversion == 's') return tag == Tag::text;
+  if (slot.conversion == 's') return isText(tag);
   if (slot.conversion == 'f') return tag == Tag::real;
   if (tag == Tag::int32 || tag == Tag::uint32) return true;
   return slot.wide && (tag == Tag::int64 || tag == Tag::uint64);

@@ -14,8 +14,23 @@ namespace scrivo {
 class AttrInfo;
 
 /// What a word holds. `any` stands only in static types: it says that the tag of the word is known
-/// when the program runs, no sooner.
-enum class Tag : std::uint8_t { any, int32, uint32, int64, uint64, real, text, info };
+/// when the program runs, no sooner. Texts print as they show (scrivo/Shown.h): those of `text`,
+/// the values of attributes, on one line; those of `lines` keep their line feeds; those of
+/// `verbatim` are printed byte by byte.
+enum class Tag : std::uint8_t {
+  any,
+  int32,
+  uint32,
+  int64,
+  uint64,
+  real,
+  text,
+  lines,
+  verbatim,
+  info,
+};
+
+constexpr bool isText(Tag tag) { return tag >= Tag::text && tag <= Tag::verbatim; }
 
 /// One argument: in text the value, in the model the address of the attribute info that has it.
 class AttrWord {
@@ -24,9 +39,9 @@ class AttrWord {
 
   constexpr AttrWord(Tag tag, std::uint64_t bits) : bits_(bits), length_(unmeasured), tag_(tag) {}
   /// A text of known length, or one that a NUL ends. A null pointer is the text "(null)".
-  explicit AttrWord(std::string_view text)
-      : bits_(std::bit_cast<std::uint64_t>(text.data())), length_(text.size()), tag_(Tag::text) {}
-  explicit AttrWord(const char* text) : AttrWord(Tag::text, std::bit_cast<std::uint64_t>(text)) {}
+  AttrWord(Tag tag, std::string_view text)
+      : bits_(std::bit_cast<std::uint64_t>(text.data())), length_(text.size()), tag_(tag) {}
+  AttrWord(Tag tag, const char* text) : AttrWord(tag, std::bit_cast<std::uint64_t>(text)) {}
   explicit AttrWord(double number) : AttrWord(Tag::real, std::bit_cast<std::uint64_t>(number)) {}
   explicit AttrWord(const AttrInfo& info)
       : AttrWord(Tag::info, std::bit_cast<std::uint64_t>(&info)) {}
@@ -106,10 +121,18 @@ AttrWord toWord(const T& value) {
   } else if constexpr (std::is_floating_point_v<T>) {
     return AttrWord(static_cast<double>(value));
   } else if constexpr (std::is_convertible_v<const T&, const char*>) {
-    return AttrWord(static_cast<const char*>(value));
+    return AttrWord(Tag::lines, static_cast<const char*>(value));
   } else {
-    return AttrWord(static_cast<std::string_view>(value));
+    return AttrWord(Tag::lines, static_cast<std::string_view>(value));
   }
 }
+
+/// A plain text that prints as the value of an attribute does, on one line: for the names and
+/// descriptions of a device among the frills. Like every word of a plain text it serves within the
+/// call that it is made for.
+inline TextWord asValue(std::string_view text) { return TextWord(AttrWord(Tag::text, text)); }
+
+/// A text that prints byte by byte: for what this program wrote itself, such as JSON.
+inline TextWord verbatim(std::string_view text) { return TextWord(AttrWord(Tag::verbatim, text)); }
 
 } // namespace scrivo
