@@ -30,7 +30,8 @@ state::DeviceState loadText(std::string_view text, const std::string& name);
 /// fails, `scrivo::sigintException` when the reader of a pipe goes away, and whatever reading a
 /// table raises; the old file then stays as it was.
 ///
-/// Equal states give equal bytes. Bytes of a name or text that are not UTF-8 become U+FFFD.
+/// Equal states give equal bytes. Bytes of a name or text that are not UTF-8 become lone
+/// surrogates.
 void save(const state::DeviceState& device, const std::string& path);
 
 /// The same without the last step: `file.commit()` lets the new file take its place.
