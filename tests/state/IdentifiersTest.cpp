@@ -1,8 +1,11 @@
 // Identifiers and their limits.
+#include "state/ChipSet.h"
 #include "state/DeviceState.h"
 #include "support/Expect.h"
 
+#include <array>
 #include <functional>
+#include <map>
 
 namespace {
 
@@ -64,6 +67,43 @@ TEST(TunnelIdTest, IsReadFromInterfaces) {
     EXPECT_EQ(tunnelIdOfIntf(intf(name)).value(), value) << name;
   const auto broken = Kesh::IntfId::fromValue(0x4001000000000000);
   EXPECT_THROW(tunnelIdOfIntf(broken), RangeException);
+}
+
+// A number of a record that no table has a word for still shows as something.
+TEST(TunnelIdTest, EveryKindHasAWord) {
+  const std::map<std::uint64_t, std::string> words = {
+      {1, "direct"}, {2, "BGP-LU"},          {3, "LDP"}, {5, "static"}, {6, "EVPN VXLAN"},
+      {7, "SR"},     {9, "static interface"}};
+  for (std::uint64_t kind = 0; kind < 16; ++kind) {
+    const auto word = words.find(kind);
+    EXPECT_EQ(TunnelId(kind << 44 | 1).typeCliStr(), word == words.end() ? "tunnel" : word->second);
+  }
+}
+
+TEST(EncapIdTest, EveryKindHasAWordOfDisplaysAndOneOfConfiguration) {
+  const std::array<std::string, 2> words[] = {
+      {"GRE", "gre"}, {"IPsec VTI", "ipsec"}, {"IPsec GRE", "ipsec gre"}, {"MPLS", "mpls"}};
+  for (std::uint32_t kind = 0; kind < 16; ++kind) {
+    const Tunnel::TunnelTable::EncapId id(kind << 28 | 5);
+    for (const bool configured : {false, true}) {
+      EXPECT_EQ(id.typeCliStr(configured), kind < 4 ? words[kind][configured] : "encapsulation");
+    }
+  }
+}
+
+TEST(ChipSetTest, ComesBackFromItsTextAndFromNoOther) {
+  using Dunlin::ChipSet;
+  const ChipSet sets[] = {ChipSet(), ChipSet(1), ChipSet(0, 1),
+                          ChipSet(~std::uint64_t{0}, std::uint64_t{1} << 63)};
+  for (const ChipSet& set : sets) EXPECT_EQ(ChipSet::parse(set.stringValue().view()), set);
+  EXPECT_EQ(ChipSet(0xab, 1).stringValue().str(), "000000000000000100000000000000ab");
+  const std::string zeros(32, '0');
+  for (const std::string& text :
+       {std::string(), zeros.substr(1), zeros + "0", "-" + zeros.substr(1), "0x" + zeros.substr(2),
+        zeros.substr(1) + "g", zeros.substr(1) + " ", "g" + zeros.substr(1),
+        zeros.substr(16) + " " + zeros.substr(17)}) {
+    EXPECT_FALSE(ChipSet::parse(text)) << text;
+  }
 }
 
 TEST(EvpnVxlanTunnelTableTest, KnowsItsInterfacesAndEntries) {

@@ -2,6 +2,7 @@
 #include "vanta/Implementations.h"
 #include "vanta/Records.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -137,14 +138,107 @@ struct TemporaryFolder {
   std::filesystem::path path;
 };
 
+/// The folder for records of corruption, for the life of the object.
+struct CorruptionFolder {
+  explicit CorruptionFolder(const std::filesystem::path& path) {
+    Vanta::Util::corruptionFolderIs(path);
+  }
+  ~CorruptionFolder() { Vanta::Util::corruptionFolderIs(""); }
+};
+
+TYPED_TEST(ViewTest, AReaderGoesOnWhereNoRecordOfCorruptionCanBeLeft) {
+  const TemporaryFolder folder;
+  for (const auto& path : {folder.path / "missing", std::filesystem::path("/dev/null")}) {
+    const CorruptionFolder set(path);
+    Watched watched(this->table(3));
+    watched.noteCallbacks();
+    watched.handleCorruption();
+    EXPECT_EQ(walked(watched.view), Lines({sortedTexts[0], sortedTexts[1]})) << path;
+    EXPECT_EQ(watched.handled, 1) << path;
+  }
+}
+
+TYPED_TEST(ViewTest, WithoutAFolderCorruptionIsADebugLineOfLevelOne) {
+  for (const unsigned level : {0u, 1u, 2u}) {
+    Watched watched(this->table(1));
+    watched.view.detachCallbackIs([](RouteView&) {});
+    watched.handleCorruption();
+    watched.view.debug().enabledIs(level, true);
+    walked(watched.view);
+    const bool told =
+        std::any_of(watched.events.begin(), watched.events.end(), [](const std::string& line) {
+          return line.starts_with("corruption of ") &&
+                 line.ends_with(": " + corruptionMessage<TypeParam>());
+        });
+    EXPECT_EQ(told, level == 1) << level;
+  }
+}
+
+// The view is empty by the time when its callbacks look at it, and they may end it once more.
+TYPED_TEST(ViewTest, CallbacksOfACorruptionFindTheViewEmpty) {
+  Watched watched(this->table(2));
+  int depth = 0;
+  watched.view.detachCallbackIs([&](RouteView& view) {
+    EXPECT_EQ(walked(view), Lines());
+    if (++depth < 3) view.detach();
+  });
+  watched.view.corruptionHandlerIs([&](RouteView& view, const std::string& message) {
+    ++watched.handled;
+    EXPECT_EQ(message, corruptionMessage<TypeParam>());
+    EXPECT_EQ(view.members(), 0u);
+  });
+  EXPECT_EQ(walked(watched.view), Lines{sortedTexts[0]});
+  EXPECT_EQ(depth, 3);
+  EXPECT_EQ(watched.handled, 1);
+}
+
+/// FECs of `i` vias under the identifiers `i` from 1 on.
+std::vector<Fec> someFecs() {
+  std::vector<Fec> fecs;
+  for (std::uint32_t i = 1; i <= 4; ++i) {
+    Fec& fec = fecs.emplace_back(FecId(i));
+    for (std::uint32_t via = 0; via < i; ++via) fec.viaAppend({});
+  }
+  return fecs;
+}
+
+TYPED_TEST(ViewTest, CorruptionEndsAWalkOverRecordsOfAnyLength) {
+  for (std::size_t read = 1; read <= 5; ++read) {
+    Vanta::VantaMap<FecId, Fec> view(TypeParam::template make<FecId, Fec>(someFecs(), read));
+    int handled = 0;
+    view.detachCallbackIs([](auto&) {});
+    view.corruptionHandlerIs([&](auto&, const std::string&) { ++handled; });
+    std::vector<std::uint32_t> counts;
+    for (typename decltype(view)::IteratorConst it(view); it; it.next()) {
+      counts.push_back(it.value().viaCount);
+    }
+    EXPECT_EQ(counts.size(), read - 1);
+    EXPECT_EQ(handled, 1);
+    bool found = true;
+    EXPECT_EQ(view.safeLookup(FecId(1), found, 0)->viaCount, 0u);
+    EXPECT_FALSE(found);
+  }
+}
+
+TYPED_TEST(ViewTest, ARecordThatCountsTooManyViasIsReadToItsEnd) {
+  std::vector<Fec> fecs = someFecs();
+  for (std::uint32_t i = 4; i < Fec::maxVias; ++i) fecs[3].viaAppend({});
+  fecs[3].viaCount = 0xffffffff;
+  Vanta::VantaMap<FecId, Fec> view(TypeParam::template make<FecId, Fec>(fecs));
+  bool found = false;
+  EXPECT_EQ(view.safeLookup(FecId(4), found, 0)->viaCount, 0xffffffffu);
+  EXPECT_TRUE(found);
+  EXPECT_EQ(view.safeLookup(FecId(3), found, 0)->viaCount, 3u);
+  EXPECT_EQ(view.members(), 4u);
+}
+
 TYPED_TEST(ViewTest, CorruptionLeavesAFileWhenAFolderIsSet) {
   const TemporaryFolder folder;
-  Vanta::Util::corruptionFolderIs(folder.path);
+  const CorruptionFolder set(folder.path);
   Watched watched(this->table(3));
   watched.noteCallbacks();
   watched.handleCorruption();
   walked(watched.view);
-  Vanta::Util::corruptionFolderIs("");
   Lines contents;
   for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {
     std::getline(std::ifstream(entry.path()), contents.emplace_back());
