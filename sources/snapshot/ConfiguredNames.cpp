@@ -1,5 +1,6 @@
 #include "ConfiguredNames.h"
 
+#include "Escapes.h"
 #include "Output.h"
 
 #include "scrivo/Shown.h"

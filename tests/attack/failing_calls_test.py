@@ -13,15 +13,7 @@ from pathlib import Path
 from judge import ROOT, all_of, end_fault, program
 
 # What is not mended yet: (part of the fault's text, why). Without its line a case counts.
-KNOWN_FAULTS = [
-    ("malloc ENOMEM: aborted: terminate called",
-     "the JSON parser looks for its implementation where nothing may be raised"),
-    ("malloc ENOMEM: other output", "a stream without memory ends as if there were no more lines"),
-    ("malloc ENOMEM: ended with 2", "the same with the command line: its last word is lost"),
-    ("malloc ENOMEM: left a file", "a new file stays when there is no memory for its name"),
-    ("snapshot save -: write EAGAIN: refused", "a save does not wait for a slow reader"),
-    ("saved.json: write EAGAIN: refused", "the same"),
-]
+KNOWN_FAULTS = []
 
 # A failure that the command has to tell, or that it can do without what failed.
 FATAL = [("malloc", "ENOMEM"), ("open", "EACCES"), ("read", "EIO"), ("write", "ENOSPC"),

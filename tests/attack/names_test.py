@@ -11,12 +11,7 @@ import unittest
 from judge import ROOT, all_of, fault_of, output_fault, parse_json, program
 
 # What is not mended yet: (part of the fault's text, why). Without its line a case counts.
-KNOWN_FAULTS = [
-    ("control character", "text shows names as they are, with what moves the cursor"),
-    ("more lines", "a line break in a name begins a line of a listing"),
-    ("in show running-config static", "a line break in a name makes two lines of one"),
-    (r"another model: '\x00' in", "a text with a character 0 loads, and shows cut there"),
-]
+KNOWN_FAULTS = []
 
 PLAIN = "plainname"
 NAMES = ["a\nip route 0.0.0.0/0 192.0.2.66", "\r", "\t", "\x1b[2J\x1b]0;x\x07", "\0", "\x7f",
