@@ -1,5 +1,6 @@
 // What a listing costs: `bench_listing measure --routes 1000000` prints one JSON object.
 // scripts/bench runs the cases, each in a process of its own, and makes a table of them.
+#include "Breadth.h"
 #include "ByName.h"
 #include "Case.h"
 #include "Generator.h"
@@ -16,7 +17,7 @@ namespace {
 constexpr const char* usage =
     "usage: bench_listing measure|rows|text|json|snapshot [--shape plain|tunnels|policies|host]\n"
     "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n"
-    "       bench_listing by-name|nexthop-groups|static [--repeats N]\n"
+    "       bench_listing breadth|by-name|nexthop-groups|static [--repeats N]\n"
     "       bench_listing summary [--ip6] [--routes N] [--repeats N]\n";
 
 /// Above it a table no longer fits into the memory of common machines.
@@ -85,6 +86,8 @@ void run(const std::string& what, const bench::CaseOptions& options) {
               << std::endl;
   } else if (what == "static") {
     std::cout << bench::measureStaticRoutes(options.repeats) << std::endl;
+  } else if (what == "breadth") {
+    std::cout << bench::measureBreadth(options.repeats) << std::endl;
   } else if (what == "by-name") {
     std::cout << bench::measureByName(options.repeats) << std::endl;
   } else if (what == "summary") {

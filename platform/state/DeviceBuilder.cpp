@@ -1,7 +1,5 @@
 #include "state/DeviceBuilder.h"
 
-#include <algorithm>
-
 namespace state {
 
 namespace {
@@ -70,10 +68,13 @@ void DeviceBuilder::makeCounters() {
   state.entityManager->entityIs(CounterTable::snapshotPath, state.snapshotTable);
 }
 
-VrfTables& DeviceBuilder::vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
-  for (std::size_t i = 0; i < state.vrfs.size(); ++i) {
-    if (state.vrfs[i].name == name) return vrfTables_[i];
-  }
+std::size_t DeviceBuilder::vrfPlace(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
+  if (const auto* const place = state.vrfPlaces.find(name)) return *place;
+  makeVrf(name, id);
+  return state.vrfPlaces.insertOrAssign(name, state.vrfs.size() - 1);
+}
+
+void DeviceBuilder::makeVrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
   VrfTables& tables = vrfTables_.emplace_back();
   VrfState vrf{name, id, {}, {}, {}, {}, {}, {}, {}};
   vrf.routingConfig = Lumo::newEntity<Routing::ConfigGen>();
@@ -85,16 +86,15 @@ VrfTables& DeviceBuilder::vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) 
       makeTable(tables.kernelErrors6, "kernelError6"));
   state.vrfs.push_back(std::move(vrf));
   vrfEntries_->insert({id, name.stringValue()});
-  return tables;
 }
 
 template <class PrefixType>
 void DeviceBuilder::Unprogrammed<PrefixType>::add(const PrefixType& prefix,
                                                   Vrf::VrfIdMap::VrfId vrf) {
   routes->insert({{prefix, vrf}});
-  bool found = false;
-  const auto* const count = counts->lookup(vrf, found, 0);
-  counts->insert({vrf, found ? count->count + 1 : 1});
+  auto* count = counted.find(vrf);
+  if (!count) count = &counted.insertOrAssign(vrf, 0);
+  counts->insert({vrf, ++*count}); // without a read, which would put the table in order each time
 }
 
 void DeviceBuilder::hardwareUnprogrammed(const Kesh::Prefix& prefix, Vrf::VrfIdMap::VrfId vrf) {

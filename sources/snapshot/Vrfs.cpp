@@ -3,7 +3,6 @@
 #include "Sections.h"
 #include "StaticRoutes.h"
 
-#include <algorithm>
 #include <map>
 #include <set>
 
@@ -225,11 +224,6 @@ VrfId readId(Node& node, const L3::VrfName& name) {
   return id;
 }
 
-VrfState& vrfOf(DeviceState& device, const L3::VrfName& name) {
-  return *std::find_if(device.vrfs.begin(), device.vrfs.end(),
-                       [&](const VrfState& vrf) { return vrf.name == name; });
-}
-
 // A VRF that comes twice is found at once: its second number would contradict the first.
 void readVrfs(Node& node, state::DeviceBuilder& builder) {
   std::set<L3::VrfName> names;
@@ -240,7 +234,7 @@ void readVrfs(Node& node, state::DeviceBuilder& builder) {
     const VrfId id = readId(value, name);
     ids.add(id);
     VrfTables& tables = builder.vrf(name, id);
-    VrfReader reader{builder, tables, vrfOf(builder.state, name)};
+    VrfReader reader{builder, tables, builder.state.vrfs[builder.vrfPlace(name, id)]};
     readFields(value, vrfFields, reader);
   });
   ids.check(node, [](VrfId id) { return "the number " + std::to_string(id.value()); });

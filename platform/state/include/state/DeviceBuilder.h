@@ -39,7 +39,11 @@ class DeviceBuilder {
 
   /// Adds a VRF, or gives the one that has the name. Tables stay where they are when more VRFs
   /// come.
-  VrfTables& vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
+  VrfTables& vrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
+    return vrfTables_[vrfPlace(name, id)];
+  }
+  /// The same VRF's place in `state.vrfs`, where its other state stands.
+  std::size_t vrfPlace(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
   VrfTables& defaultVrf() { return vrfTables_.front(); }
 
   /// Marks a route as missing from the hardware and counts it for its VRF; once a route.
@@ -48,12 +52,14 @@ class DeviceBuilder {
 
  private:
   void makeCounters();
+  void makeVrf(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
 
   template <class PrefixType>
   struct Unprogrammed {
     Vanta::MemoryTable<Vanta::BasicUnprogrammedRouteKey<PrefixType>,
                        Vanta::BasicUnprogrammedRoute<PrefixType>>* routes;
     Vanta::MemoryTable<Vrf::VrfIdMap::VrfId, Vanta::UnprogrammedRouteCount>* counts;
+    Lumo::HashMap2018<Vrf::VrfIdMap::VrfId, std::uint32_t> counted; ///< as `counts` has them
     void add(const PrefixType& prefix, Vrf::VrfIdMap::VrfId vrf);
   };
 

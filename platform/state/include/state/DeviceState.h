@@ -43,6 +43,7 @@ struct VrfState {
 /// A device. Every handle is set, unless its comment says that it may be null.
 struct DeviceState {
   std::vector<VrfState> vrfs; ///< the default VRF first, the others as they were entered
+  Lumo::HashMap2018<L3::VrfName, std::size_t> vrfPlaces; ///< in `vrfs`, by name
 
   Lumo::Ptr<const Vanta::Fib::ForwardingStatus> forwardingStatus;
   Lumo::Ptr<const Vanta::Fib6::ForwardingStatus> forwarding6Status;
@@ -77,10 +78,9 @@ struct DeviceState {
 
   /// The VRF of that name, or null.
   const VrfState* vrf(std::string_view name) const {
-    for (const VrfState& vrf : vrfs) {
-      if (vrf.name.stringValue() == name) return &vrf;
-    }
-    return nullptr;
+    if (name.size() > L3::VrfName::maxLength) return nullptr;
+    const std::size_t* const place = vrfPlaces.find(Lumo::String(name));
+    return place ? &vrfs[*place] : nullptr;
   }
 };
 
