@@ -45,7 +45,7 @@ class EntryListing {
   void print() {
     if (group_.size == 0) return;
     printer_.addFrills("  Entries (left most label is the top of the stack)\n");
-    for (std::uint32_t number = 0; number < group_.size; ++number) {
+    for (std::uint32_t number = 0; number < group_.entries(); ++number) {
       flushIfFull(printer_);
       printEntry(number);
     }

@@ -181,7 +181,7 @@ void GroupListing::printCapabilities(const ShownGroup& group) {
 void GroupListing::addDestinations(const ShownGroup& group) {
   printer_.startDict("destinationIps");
   if (printer_.format() != scrivo::textFormat) {
-    for (std::uint32_t index = 0; index < group.size; ++index) {
+    for (std::uint32_t index = 0; index < group.entries(); ++index) {
       auto destination = group.config.destinationIp[static_cast<std::uint16_t>(index)];
       destination.afIs(group.config.addressFamily);
       destination_.setValue(destination.stringValue());

@@ -64,6 +64,20 @@ TEST_F(NexthopGroupTest, GroupsBehindADamagedIdentifierAreLeftOut) {
                          "  Size              0  (auto size enabled, programmed size 0)\n\n");
 }
 
+/// An index has 16 bits, whatever a damaged size says.
+TEST_F(NexthopGroupTest, AGroupHasNoMoreEntriesThanIndexes) {
+  const auto group = Lumo::newEntity<NexthopGroupConfigEntry>("a");
+  group->size = 0xffffffff;
+  state.nhgConfig->nexthopGroup.insertOrAssign("a", group);
+  tables.nexthopGroups->insert({NexthopGroup::NexthopGroupEntryKey("a"), 7});
+  const Sink text, model;
+  helper()->render(static_cast<std::uint32_t>(text.fd()), 1);
+  EXPECT_TRUE(text.text().ends_with("\n    65535  (drop)\n"));
+  helper()->render(static_cast<std::uint32_t>(model.fd()), 2);
+  EXPECT_NE(model.text().find("\"65535\":"), std::string::npos);
+  EXPECT_EQ(model.text().find("\"65536\":"), std::string::npos);
+}
+
 TEST(CounterInterfaceTest, TheBaseStopsTheProcess) {
   Rova::NexthopGroupCliCounterInterface counters;
   EXPECT_DEATH(counters.getCounters({}),

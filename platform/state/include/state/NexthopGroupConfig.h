@@ -14,6 +14,9 @@
 
 namespace Routing::NexthopGroup {
 
+/// The most entries that a group has: their indexes have 16 bits.
+inline constexpr std::uint32_t maxEntries = 0x10000;
+
 /// One group. An index of its arrays is that of the group's entry.
 class NexthopGroupConfigEntry : public Lumo::PtrInterface {
  public:
@@ -21,7 +24,7 @@ class NexthopGroupConfigEntry : public Lumo::PtrInterface {
 
   const Lumo::Name name;
   NexthopGroupType type = NexthopGroupType::invalid;
-  std::uint32_t size = 0; ///< number of entries; 0 means that the hardware sizes the group
+  std::uint32_t size = 0; ///< number of entries, at most `maxEntries`; 0: sized by the hardware
   std::uint32_t ttl = 0;
   Kesh::IntfId sourceIntf; ///< of the tunnels; may be null
   Kesh::IpGenAddr sourceIp;
