@@ -1,6 +1,7 @@
 // How each type of value stands in a snapshot: as a text, a number, true or false, or an array.
 #pragma once
 
+#include "Escapes.h"
 #include "Input.h"
 #include "Output.h"
 #include "Text.h"
@@ -21,13 +22,16 @@ namespace sources::snapshot {
 template <class T>
 struct Codec;
 
-/// The value of a text, of a key too.
+/// The value of a text, of a key too. None has a NUL: what takes names to their NUL alone would
+/// take two for one.
 template <class T>
 T parseText(Node& node, std::string_view text) {
-  if (const auto value = Text<T>::parse(text)) return *value;
+  const bool hasNul = text.find('\0') != text.npos;
+  const auto value = hasNul ? std::nullopt : Text<T>::parse(text);
+  if (value) return *value;
   std::string found;
   appendQuoted(found, text);
-  node.fail(found, Text<T>::expected(text));
+  node.fail(found, hasNul ? "a text without NUL" : Text<T>::expected(text));
 }
 
 // Numbers are texts only where they are keys.

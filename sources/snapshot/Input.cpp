@@ -1,10 +1,9 @@
 #include "Input.h"
 
-#include "Output.h"
+#include "Escapes.h"
 #include "Utf8.h"
 
 #include <algorithm>
-#include <optional>
 #include <vector>
 
 namespace sources::snapshot {
@@ -13,6 +12,8 @@ namespace {
 
 /// Enough of a found text to know it again, in bytes.
 constexpr std::size_t shownBytes = 60;
+
+constexpr std::string_view escapesExpected = "a text with the escapes of JSON";
 
 std::string_view trimmed(std::string_view token) {
   const auto last = token.find_last_not_of(" \t\r\n");
@@ -159,13 +160,19 @@ std::string Input::pathText() const {
   return text;
 }
 
-// A key without escapes is a piece of the text; only the others are copied.
+std::optional<std::string_view> Input::unescaped(std::string_view inside) {
+  if (inside.find('\\') == inside.npos) return inside;
+  std::string& text = unescaped_.emplace_back();
+  return appendUnescaped(text, inside) ? std::optional<std::string_view>(text) : std::nullopt;
+}
+
 std::string_view Input::keyOf(simdjson::ondemand::field& field) {
-  const char* const begin = field.key().raw();
-  const char* const limit = text_.data() + text_.size();
-  const char* const end = std::find_if(begin, limit, [](char c) { return c == '"' || c == '\\'; });
-  if (end != limit && *end == '"') return {begin, static_cast<std::size_t>(end - begin)};
-  return checked(field.unescaped_key());
+  const auto begin = static_cast<std::size_t>(field.key().raw() - text_.data());
+  std::size_t end = begin;
+  skipString(text_, end);
+  const auto key = unescaped(text_.substr(begin, end - begin));
+  if (!key) fail(text_.substr(begin - 1, end - begin + 2), escapesExpected);
+  return *key;
 }
 
 // Behind its last value a text has no place to be at any more.
@@ -186,13 +193,11 @@ std::string_view Node::found() {
 std::string_view Node::text() {
   const std::string_view token = found();
   if (!token.starts_with('"')) refuse("a text");
-  if (token.find('\\') == token.npos && token.size() >= 2 && token.ends_with('"')) {
-    input_.checked(value_.get_raw_json_string());
-    return token.substr(1, token.size() - 2);
-  }
-  std::string_view text;
-  if (value_.get_string().get(text)) refuse("a text with the escapes of JSON");
-  return text;
+  const bool isWhole = token.size() >= 2 && token.ends_with('"');
+  const auto text = input_.unescaped(token.substr(1, isWhole ? token.size() - 2 : token.npos));
+  if (!isWhole || !text) refuse(escapesExpected);
+  input_.checked(value_.get_raw_json_string());
+  return *text;
 }
 
 std::uint64_t Node::number(std::uint64_t max, std::uint64_t min) {

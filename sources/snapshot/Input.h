@@ -5,6 +5,8 @@
 #include "sources/SourceError.h"
 
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <simdjson.h>
 #include <string>
 #include <string_view>
@@ -61,6 +63,9 @@ class Input {
     return std::forward<Result>(result).value_unsafe();
   }
   std::string_view keyOf(simdjson::ondemand::field& field);
+  /// What stands between the quotes of a JSON string, for as long as this lives; nothing for an
+  /// escape that it cannot have.
+  std::optional<std::string_view> unescaped(std::string_view inside);
   void checkEnd();
 
   std::string name_;
@@ -68,6 +73,7 @@ class Input {
   simdjson::ondemand::parser parser_;
   simdjson::ondemand::document document_;
   std::vector<Step> path_;
+  std::deque<std::string> unescaped_; // only texts with escapes are copied
 };
 
 /// One value of the text. It is read once, in the order of the text.

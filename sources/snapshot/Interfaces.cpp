@@ -61,7 +61,7 @@ constexpr Field<Neighbor> neighborFields[] = {
 };
 
 std::string neighborText(const ArpKey& key) {
-  return "neighbour " + key.address.stringValue().str() + " on " + key.intfId.stringValue().str();
+  return "neighbour " + key.address.stringValue().str() + " on " + quotedKey(key.intfId);
 }
 
 void readNeighbors(Node& node, state::DeviceBuilder& builder) {

@@ -34,12 +34,11 @@ struct Codec<state::SparseArray<T>> {
   }
 };
 
-// The key keeps names up to its room and up to a NUL: others would come back as another name.
+// The key keeps names up to its room: longer ones would come back as another name.
 template <>
 struct Text<NexthopGroupEntryKey> {
   static std::optional<NexthopGroupEntryKey> parse(std::string_view text) {
-    const bool fits = !text.empty() && text.size() <= NexthopGroupEntryKey::maxBytes;
-    if (!fits || text.find('\0') != text.npos) return {};
+    if (text.empty() || text.size() > NexthopGroupEntryKey::maxBytes) return {};
     return NexthopGroupEntryKey(Lumo::String(text));
   }
   static std::string expected(std::string_view) { return "a nexthop group name of 1 to 128 bytes"; }
@@ -50,9 +49,17 @@ namespace {
 
 using ConfigEntry = NexthopGroupConfigEntry;
 
+constexpr Field<ConfigEntry> sizeField() {
+  auto limited = field<ConfigEntry, &ConfigEntry::size>("size");
+  limited.read = [](Node& node, ConfigEntry& entry) {
+    entry.size = static_cast<std::uint32_t>(node.number(Routing::NexthopGroup::maxEntries));
+  };
+  return limited;
+}
+
 constexpr Field<ConfigEntry> configFields[] = {
     field<ConfigEntry, &ConfigEntry::type>("type"),
-    field<ConfigEntry, &ConfigEntry::size>("size"),
+    sizeField(),
     field<ConfigEntry, &ConfigEntry::ttl>("ttl"),
     field<ConfigEntry, &ConfigEntry::sourceIntf>("sourceIntf"),
     field<ConfigEntry, &ConfigEntry::sourceIp>("sourceIp"),

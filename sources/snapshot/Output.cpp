@@ -1,6 +1,6 @@
 #include "Output.h"
 
-#include "Utf8.h"
+#include "Escapes.h"
 
 #include <exception>
 
@@ -9,43 +9,8 @@ namespace sources::snapshot {
 namespace {
 
 constexpr std::size_t pieceBytes = 64 * 1024;
-constexpr std::string_view replacementCharacter = "\xef\xbf\xbd";
-
-void appendEscape(std::string& out, unsigned char byte) {
-  static constexpr char digits[] = "0123456789abcdef";
-  if (byte == '"' || byte == '\\') {
-    out += '\\';
-    out += static_cast<char>(byte);
-    return;
-  }
-  out += "\\u00";
-  out += digits[byte >> 4];
-  out += digits[byte & 15];
-}
-
-/// Bytes that stand in a JSON string as they are, whatever is around them.
-bool isPlain(unsigned char byte) {
-  return byte >= 0x20 && byte < 0x7f && byte != '"' && byte != '\\';
-}
 
 } // namespace
-
-void appendQuoted(std::string& out, std::string_view text) {
-  out += '"';
-  while (!text.empty()) {
-    std::size_t plain = 0;
-    while (plain < text.size() && isPlain(static_cast<unsigned char>(text[plain]))) ++plain;
-    out += text.substr(0, plain);
-    text.remove_prefix(plain);
-    if (text.empty()) break;
-    const std::size_t bytes = characterBytes(text);
-    if (bytes == 1) appendEscape(out, static_cast<unsigned char>(text[0]));
-    if (bytes > 1) out += text.substr(0, bytes);
-    if (bytes == 0) out += replacementCharacter;
-    text.remove_prefix(bytes ? bytes : 1);
-  }
-  out += '"';
-}
 
 Output::Scope::Scope(Output& out, std::string_view brackets, Layout layout)
     : out_(out), closing_(brackets[1]), exceptions_(std::uncaught_exceptions()) {

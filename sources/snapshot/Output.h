@@ -9,9 +9,6 @@
 
 namespace sources::snapshot {
 
-/// Appends the text as a JSON string. Bytes that are not UTF-8 become U+FFFD.
-void appendQuoted(std::string& out, std::string_view text);
-
 /// A JSON text in the making. Members of a `Layout::lines` collection stand on a line each, those
 /// of a `Layout::row`, and of all collections inside it, side by side.
 class Output {

@@ -52,4 +52,14 @@ bool isCutCharacter(std::string_view text) {
   return form && text.size() < form->bytes && continues(*form, text);
 }
 
+// The lead byte of a form begins with as many bits as the form has bytes.
+void appendCharacter(std::string& out, std::uint32_t code) {
+  const unsigned further = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+  const unsigned lead = further == 0 ? 0 : 0xf00u >> (further + 1) & 0xff;
+  out += static_cast<char>(lead | code >> 6 * further);
+  for (unsigned left = further; left-- > 0;) {
+    out += static_cast<char>(0x80 | (code >> 6 * left & 0x3f));
+  }
+}
+
 } // namespace sources::snapshot

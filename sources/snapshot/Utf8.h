@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace sources::snapshot {
@@ -12,5 +14,8 @@ std::size_t characterBytes(std::string_view text);
 
 /// Whether a non-empty text is the beginning of a character that lacks its end.
 bool isCutCharacter(std::string_view text);
+
+/// Appends the character of a code point that is none of a surrogate.
+void appendCharacter(std::string& out, std::uint32_t code);
 
 } // namespace sources::snapshot

@@ -122,15 +122,46 @@ TEST(Snapshot, KeepsTypesWithoutANameByNumber) {
   EXPECT_EQ(saveText(loadText(text, "saved")), text);
 }
 
-TEST(Snapshot, MakesForeignBytesUtf8) {
+TEST(Snapshot, KeepsBytesThatAreNotUtf8) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"a\xe4\x7f\xed\xa0\x80\xf0\x9f", R"(a\udce4\u007f\udced\udca0\udc80\udcf0\udc9f)"},
+      {"\x80\xff", R"(\udc80\udcff)"},
+      {"a\xff", R"(a\udcff)"},
+      {"a\xef\xbf\xbd", "a\xef\xbf\xbd"},
+      {"\xf0\x9f\x98\x80", "\xf0\x9f\x98\x80"},
+      {R"(\udcff)", R"(\\udcff)"},
+  };
   state::DeviceBuilder builder;
-  const auto id = intf("Ethernet1");
-  builder.state.allIntfConfig->configs.insertOrAssign(
-      id,
-      Lumo::newEntity<Interface::IntfConfig>(id, Lumo::String("a\xe4\x7f\xed\xa0\x80\xf0\x9f")));
+  std::uint32_t number = 0;
+  for (const auto& [name, written] : cases) {
+    const Lumo::String text(name);
+    const auto id = Kesh::IntfId(text);
+    builder.state.allIntfConfig->configs.insertOrAssign(
+        id, Lumo::newEntity<Interface::IntfConfig>(id, text));
+    builder.vrf(text, Vrf::VrfIdMap::VrfId(++number));
+  }
   const auto text = saveText(builder.state);
-  EXPECT_NE(text.find("\"a\xef\xbf\xbd\\u007f"), text.npos) << text;
-  EXPECT_EQ(saveText(loadText(text, "saved")), text);
+  const auto loaded = loadText(text, "saved");
+  EXPECT_EQ(saveText(loaded), text);
+  for (const auto& [name, written] : cases) {
+    const auto quoted = std::string("\"") + written + "\"";
+    EXPECT_NE(text.find(quoted + ": {\"description\": " + quoted + "}"), text.npos) << quoted;
+    const auto* const config = loaded.allIntfConfig->configs.find(intf(name));
+    ASSERT_TRUE(config) << quoted;
+    EXPECT_EQ((*config)->description, name);
+    EXPECT_TRUE(loaded.vrf(name)) << quoted;
+  }
+}
+
+TEST(Snapshot, TakesAllEscapes) {
+  const auto device = loadText(
+      R"({"rovaSnapshot": 1, "allIntfConfig": {"\u0045thernet1": {"description":
+         "\"\\\/\b\f\n\r\t\u007F\u00e9\u07ff\u20AC\uffff\ud800\udc00\ud83d\ude00\udbff\udfff"}}})",
+      "leaf1");
+  const auto* const config = device.allIntfConfig->configs.find(intf("Ethernet1"));
+  ASSERT_TRUE(config);
+  EXPECT_EQ((*config)->description, "\"\\/\b\f\n\r\t\x7f\xc3\xa9\xdf\xbf\xe2\x82\xac\xef\xbf\xbf"
+                                    "\xf0\x90\x80\x80\xf0\x9f\x98\x80\xf4\x8f\xbf\xbf");
 }
 
 // Both say that the interface is in the VRF of the empty name.

@@ -27,7 +27,8 @@ state::DeviceState loadText(std::string_view text, const std::string& name);
 /// a pipe, "-" for the standard output) is written straight. Raises `SourceError` when writing
 /// fails, and whatever reading a table raises; the old file then stays as it was.
 ///
-/// Equal states give equal bytes. Bytes of a name or text that are not UTF-8 become U+FFFD.
+/// Equal states give equal bytes. Bytes of a name or text that are not UTF-8 become lone
+/// surrogates.
 void save(const state::DeviceState& device, const std::string& path);
 
 /// The text that `save` writes.
