@@ -109,7 +109,7 @@ std::optional<Link> decodeLink(Bytes payload) {
       break;
     }
   });
-  if (link.name.empty()) return {};
+  if (link.name.empty() || link.name.size() >= IFNAMSIZ) return {};
   return link;
 }
 

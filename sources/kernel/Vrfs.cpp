@@ -7,6 +7,7 @@ namespace sources::kernel {
 
 namespace {
 
+using Vrf::VrfIdMap::VrfId;
 using Names = std::map<std::uint32_t, std::string>; // VRF names by table
 
 constexpr std::string_view plainTable = "table-"; // with the number behind it
@@ -42,6 +43,23 @@ Names vrfNames(const KernelState& kernel) {
   return names;
 }
 
+/// The numbers of VRFs, asked for in ascending order of their tables. A number has 24 bits and a
+/// table 32: a table whose number does not fit takes the highest one that no table has.
+class Numbers {
+ public:
+  explicit Numbers(const Names& names) : names_(names) {}
+
+  VrfId of(std::uint32_t table) {
+    if (table != 0 && table < VrfId::none) return VrfId(table);
+    while (names_.contains(next_)) --next_;
+    return VrfId(next_--);
+  }
+
+ private:
+  const Names& names_;
+  std::uint32_t next_ = VrfId::none - 1;
+};
+
 /// A name that no other table has: the kernel lets a vrf device be called "default" or "table-7".
 std::string uniqueName(std::string name, std::uint32_t table, std::set<std::string>& used) {
   while (!used.insert(name).second) name += "-" + std::to_string(table);
@@ -66,25 +84,26 @@ std::optional<std::uint32_t> tableOf(const std::string& vrf, const std::vector<L
   return found;
 }
 
-Vrfs::Vrfs(const KernelState& kernel, state::DeviceBuilder& builder) : builder_(builder) {
+std::vector<VrfIdentity> vrfsOf(const KernelState& kernel) {
+  const Names names = vrfNames(kernel);
+  std::vector<VrfIdentity> vrfs{{RT_TABLE_MAIN, L3::defaultVrfName, VrfId(0)}};
   std::set<std::string> used{L3::defaultVrfName};
-  enter(RT_TABLE_MAIN, L3::defaultVrfName, Vrf::VrfIdMap::VrfId(0));
-  for (const auto& [table, name] : vrfNames(kernel)) {
+  Numbers numbers(names);
+  for (const auto& [table, name] : names) {
     if (table == RT_TABLE_MAIN) continue;
-    enter(table, uniqueName(name, table, used).c_str(), Vrf::VrfIdMap::VrfId(table));
+    vrfs.push_back({table, uniqueName(name, table, used).c_str(), numbers.of(table)});
+  }
+  return vrfs;
+}
+
+Vrfs::Vrfs(const KernelState& kernel, state::DeviceBuilder& builder) : builder_(builder) {
+  for (const auto& [table, name, id] : vrfsOf(kernel)) {
+    places_[table] = {&builder.vrf(name, id), builder.vrfPlace(name, id)};
   }
   for (state::VrfState& vrf : builder.state.vrfs) {
     vrf.routingConfig->routing = kernel.forwarding.ip4;
     vrf.routing6Config->routing = kernel.forwarding.ip6;
   }
-}
-
-void Vrfs::enter(std::uint32_t table, const L3::VrfName& name, Vrf::VrfIdMap::VrfId id) {
-  state::VrfTables& tables = builder_.vrf(name, id);
-  const auto& vrfs = builder_.state.vrfs;
-  std::size_t index = 0;
-  while (!(vrfs[index].name == name)) ++index;
-  places_[table] = {&tables, index};
 }
 
 Interfaces::Interfaces(const std::vector<Link>& links) {

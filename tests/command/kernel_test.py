@@ -5,7 +5,9 @@ import json
 import os
 import shutil
 import subprocess
+import tempfile
 import unittest
+from pathlib import Path
 
 from support import CommandTest, rova
 
@@ -100,6 +102,28 @@ class KernelTest(CommandTest):
         self.assertEqual((saved.returncode, saved.stderr), (0, HIDDEN))
         section = json.loads(saved.stdout)["ipConfig"]["eth1"]
         self.assertIn("10.1.0.1/24", json.dumps(section))
+
+    def test_names_and_tables_of_every_kind_come_back_from_a_snapshot(self):
+        names = [os.fsdecode(name) for name in (b"a\xff", b"a\xfe")]
+        ip("-n", NAME, "link", "add", names[0], "type", "veth", "peer", "name", names[1])
+        self.addCleanup(ip, "-n", NAME, "link", "del", names[0])
+        for metric in ("0", "5"):
+            ip("-n", NAME, "route", "add", "22.0.0.0/8", "via", "10.1.0.2", "table", "4000000000",
+               "metric", metric)
+        self.addCleanup(ip, "-n", NAME, "route", "flush", "table", "4000000000")
+        routes = rova("show", "ip", "route", "vrf", "table-4000000000", state=STATE)
+        self.assertEqual(routes.stderr,
+                         "rova: 1 route of other metrics or TOS is not shown\n")
+        with tempfile.TemporaryDirectory() as folder:
+            first, second = f"{folder}/first.json", f"{folder}/second.json"
+            rova("snapshot", "save", first, state=STATE)
+            again = rova("snapshot", "save", second, state=first)
+            self.assertEqual((again.returncode, again.stderr), (0, ""))
+            saved = Path(first).read_text()
+            self.assertEqual(Path(second).read_text(), saved)
+        document = json.loads(saved)
+        self.assertLessEqual(set(names), set(document["ipStatus"]))
+        self.assertEqual(document["vrfs"]["table-4000000000"]["id"], 16777214)
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 #include "sources/kernel/Device.h"
 #include "kernel/Shown.h"
 #include "sources/SourceError.h"
+#include "sources/snapshot/Snapshot.h"
 
 #include <gtest/gtest.h>
 #include <linux/if_addr.h>
@@ -187,6 +188,43 @@ TEST_F(DeviceTest, RoutesThatAreNotShownAreCounted) {
               one.hidden)
         << one.what;
   }
+}
+
+std::string comesBack(const state::DeviceState& device) {
+  const auto saved = sources::snapshot::saveText(device);
+  const auto again = sources::snapshot::saveText(sources::snapshot::loadText(saved, "saved"));
+  return again == saved ? "the same" : saved + "and then " + again;
+}
+
+/// A VRF's number has 24 bits, the highest of which means none; a table has 32.
+TEST_F(DeviceTest, EachTableHasAVrfWithANumberOfItsOwn) {
+  for (const std::uint32_t table : {0xffffffffu, 16777212u, 16777215u, 16777214u}) {
+    const auto index = static_cast<std::uint32_t>(kernel.links.size() + 1);
+    kernel.links.push_back({index, "red" + std::to_string(index), "", 0, table});
+  }
+  add(with(route("10.0.0.0", 8), 0, 0, 0xfffffffe));
+  add(with(route("fd00::", 8), 0, 0, 7));
+  std::string shown;
+  const auto made = device();
+  for (const state::VrfState& vrf : made.vrfs) {
+    shown += vrf.name.stringValue().str() + " " + std::to_string(vrf.id.value()) + "; ";
+  }
+  EXPECT_EQ(shown, "default 0; table-7 7; red4 16777212; red6 16777214; red5 16777213; "
+                   "table-4294967294 16777211; red3 16777210; ");
+  EXPECT_EQ(showRoutes(made).count("table-4294967294 10.0.0.0/8"), 1u);
+  EXPECT_EQ(comesBack(made), "the same");
+}
+
+/// The kernel lets names have any bytes but NUL, slashes, colons and white space.
+TEST_F(DeviceTest, AnyNameComesBackFromASnapshot) {
+  std::uint32_t index = 0;
+  kernel.links.clear();
+  for (const char* const name :
+       {"a\xff", "a\xfe", "b\xef\xbf\xbd", "Intf#5", "\"\\", "\x7f\x01", "Aa"}) {
+    kernel.links.push_back({++index, name, std::string("of ") + name, 0, index + 10});
+  }
+  EXPECT_EQ(device().ip6Status->ip6IntfStatus.size(), 7u);
+  EXPECT_EQ(comesBack(device()), "the same");
 }
 
 TEST_F(DeviceTest, EqualNextHopsAreOneWithTheirWeights) {

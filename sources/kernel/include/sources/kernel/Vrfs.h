@@ -15,8 +15,18 @@ namespace sources::kernel {
 /// each other's way. `devices` are the vrf devices.
 std::optional<std::uint32_t> tableOf(const std::string& vrf, const std::vector<Link>& devices);
 
-/// The VRFs of a device: the default one, one for each table of a vrf device, and one for each
-/// other table that has routes.
+/// A VRF that a kernel has.
+struct VrfIdentity {
+  std::uint32_t table; ///< as `vrfTable` gives it
+  L3::VrfName name;
+  Vrf::VrfIdMap::VrfId id;
+};
+
+/// The VRFs of a device, each with a name and a number of its own: the default one, then by table
+/// one for each table of a vrf device and one for each other table that has routes.
+std::vector<VrfIdentity> vrfsOf(const KernelState& kernel);
+
+/// The VRFs of a device by table.
 class Vrfs {
  public:
   Vrfs(const KernelState& kernel, state::DeviceBuilder& builder);
@@ -33,7 +43,6 @@ class Vrfs {
     state::VrfTables* tables;
     std::size_t index;
   };
-  void enter(std::uint32_t table, const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
 
   state::DeviceBuilder& builder_;
   std::unordered_map<std::uint32_t, Place> places_;
