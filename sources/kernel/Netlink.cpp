@@ -45,17 +45,6 @@ void makeRoom(int descriptor) {
   setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
 }
 
-// libmnl's own walk takes a length of 2 GiB and more for a negative number and accepts it.
-template <class Visit>
-void forEachMessage(Bytes datagram, Visit&& visit) {
-  while (const auto header = readRecord<nlmsghdr>(datagram)) {
-    if (header->nlmsg_len < sizeof *header || header->nlmsg_len > datagram.size()) break;
-    const Bytes payload = datagram.first(header->nlmsg_len).subspan(sizeof *header);
-    datagram = behind(datagram, header->nlmsg_len);
-    visit(*header, payload);
-  }
-}
-
 } // namespace
 
 bool DumpReader::feed(Bytes datagram, const TakeMessage& take) {

@@ -67,6 +67,27 @@ class ScriptsTest(unittest.TestCase):
         with self.assertRaises(subprocess.CalledProcessError):
             self.calls("setup", "nonsense")
 
+    def fuzz(self, *words, status=0):
+        """What fuzzing says; its fuzzer of the kernel's messages ran 7 inputs and ends so."""
+        fuzzer = self.folder / "build/fuzz/bin/netlink_fuzzer"
+        fuzzer.parent.mkdir(parents=True, exist_ok=True)
+        fuzzer.write_text(
+            f"#!/bin/sh\necho 'stat::number_of_executed_units: 7' >&2\nexit {status}\n")
+        fuzzer.chmod(0o755)
+        return subprocess.run([self.folder / "scripts/fuzz", *words], env=self.environment,
+                              capture_output=True, text=True, timeout=30, check=False)
+
+    def test_fuzzing_takes_targets_and_seconds(self):
+        shutil.copytree(ROOT / "fuzz", self.folder / "fuzz")
+        result = self.fuzz("netlink", "2")
+        self.assertEqual((result.returncode, result.stdout),
+                         (0, "netlink: 7 executions in 2 seconds, no findings\n"))
+        self.assertTrue((self.folder / "calls").read_text().endswith("--target netlink_fuzzer\n"))
+        result = self.fuzz("netlink", status=77)
+        self.assertEqual(result.returncode, 1)
+        self.assertTrue(result.stderr.endswith("netlink: 7 executions, 1 finding\n"))
+        self.assertEqual(self.fuzz("nonsense").returncode, 2)
+
 
 if __name__ == "__main__":
     unittest.main()

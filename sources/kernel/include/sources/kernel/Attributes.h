@@ -43,6 +43,18 @@ void forEachAttribute(Bytes bytes, Visit&& visit) {
   }
 }
 
+/// Calls `visit(header, payload)` for each message of a datagram, with the same care. libmnl's own
+/// walk takes a length of 2 GiB and more for a negative number and accepts it.
+template <class Visit>
+void forEachMessage(Bytes datagram, Visit&& visit) {
+  while (const auto header = readRecord<nlmsghdr>(datagram)) {
+    if (header->nlmsg_len < sizeof *header || header->nlmsg_len > datagram.size()) break;
+    const Bytes payload = datagram.first(header->nlmsg_len).subspan(sizeof *header);
+    datagram = behind(datagram, header->nlmsg_len);
+    visit(*header, payload);
+  }
+}
+
 /// Sets `out` from a payload of at least its size, else leaves it alone.
 template <class Record>
 void take(Bytes payload, Record& out) {
