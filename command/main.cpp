@@ -7,6 +7,7 @@
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Printer.h"
+#include "scrivo/Shown.h"
 
 #include <cstdio>
 #include <exception>
@@ -51,7 +52,8 @@ int main(int count, char** arguments) {
   } catch (const scrivo::sigintException&) {
     return scrivo::interruptRequested() ? interrupted : success;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "rova: %s\n", error.what());
+    const auto message = scrivo::shown(error.what(), scrivo::LineEnds::kept);
+    std::fprintf(stderr, "rova: %s\n", message.c_str());
     return failure;
   }
 }

@@ -20,8 +20,8 @@ void checkInputNames(Node& node, const Routing::Route& route);
 void checkConfiguredVrf(Node& node, const L3::VrfName& vrf,
                         const Lumo::Ptr<Routing::ConfigGen>& config);
 
-/// As `checkInputNames` for a configured route, and each name must be read back from the line that the route
-/// is saved as.
+/// As `checkInputNames` for a configured route, and each name must be read back from the line that
+/// the route is saved as.
 void checkConfiguredNames(Node& node, const Routing::Route& route);
 
 } // namespace sources::snapshot

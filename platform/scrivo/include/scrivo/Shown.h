@@ -32,9 +32,7 @@ inline bool isPlain(std::string_view text) {
   constexpr std::uint64_t ones = 0x0101010101010101;
   // Sets the highest bit of a byte where there is none from 0x20 to 0x7e. What one byte borrows
   // from the next or carries into it is a fault already.
-  const auto marks = [](std::uint64_t word) {
-    return word | (word + ones) | (word - 0x20 * ones);
-  };
+  const auto marks = [](std::uint64_t word) { return word | (word + ones) | (word - 0x20 * ones); };
   const auto read = [&text](std::size_t at, auto word) {
     std::memcpy(&word, text.data() + at, sizeof word);
     return std::uint64_t{word};
