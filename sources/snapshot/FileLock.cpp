@@ -28,7 +28,8 @@ bool tryLock(const Descriptor& file, int operation) {
 
 /// Whether the file at the path is still this one: who had the lock may have replaced it.
 bool isAt(const std::string& path, const Descriptor& file) {
-  struct stat there {}, here {};
+  struct stat there {
+  }, here{};
   return stat(path.c_str(), &there) == 0 && fstat(file.number(), &here) == 0 &&
          there.st_dev == here.st_dev && there.st_ino == here.st_ino;
 }

@@ -36,9 +36,9 @@ fs::path targetOf(fs::path path) {
 /// A name that no living writer has: a file of that name is one's that was killed.
 fs::path nameBeside(const fs::path& target) {
   static std::atomic<unsigned> writers = 0;
-  const std::string ending =
-      ".new." + std::to_string(getpid()) + "." + std::to_string(++writers);
-  return target.parent_path() / (target.filename().string().substr(0, NAME_MAX - ending.size()) + ending);
+  const std::string ending = ".new." + std::to_string(getpid()) + "." + std::to_string(++writers);
+  return target.parent_path() /
+         (target.filename().string().substr(0, NAME_MAX - ending.size()) + ending);
 }
 
 } // namespace

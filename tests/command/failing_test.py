@@ -82,6 +82,12 @@ class FailingTest(CommandTest):
         for command in SHOWS + CHANGES:
             self.assert_all_or_nothing(command, "read")
 
+    def test_reads_of_the_kernels_settings(self):
+        for at in (1, 2):  # whether IPv4 and IPv6 are forwarded
+            status, out, err, _ = self.run_failing("--state kernel show ip route", "read", at)
+            self.assertEqual((status, out), (1, b""), err)
+            self.assertRegex(err, r"\Arova: /proc/[^\n]+: cannot be read: Input/output error\n\Z")
+
     def test_calls_that_write(self):
         for command in CHANGES:
             for call in ("write", "fsync", "fchmod", "flock", "rename"):

@@ -5,6 +5,7 @@ import fcntl
 import os
 import resource
 import shutil
+import signal
 import struct
 import subprocess
 import tempfile
@@ -76,6 +77,15 @@ class SharedTest(CommandTest):
                 self.assertEqual((process.returncode, err), (0, b""))
                 if left:
                     self.assertEqual(self.lines(), left)
+
+    def test_an_interrupt_ends_the_wait(self):
+        with self.path.open() as old:
+            fcntl.flock(old, fcntl.LOCK_EX)
+            process = self.load(1)
+            process.stderr.readline()
+            process.send_signal(signal.SIGINT)
+            self.assertEqual((process.wait(TIMEOUT_SECONDS), process.stderr.read()), (130, b""))
+        self.assertEqual(self.lines(), "")
 
     def test_what_another_owner_has_stays(self):
         if os.geteuid() != 0:

@@ -1,6 +1,6 @@
 // Reading files as a whole, from wherever they come, and where that ends.
-#include "sources/SourceError.h"
 #include "sources/snapshot/File.h"
+#include "sources/SourceError.h"
 #include "support/Expect.h"
 #include "support/Files.h"
 

@@ -3,8 +3,8 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <unistd.h>
 #include <string>
+#include <unistd.h>
 #include <utility>
 
 namespace sources::snapshot {
