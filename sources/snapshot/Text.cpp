@@ -87,16 +87,12 @@ std::string Text<Kesh::IpGenPrefix>::expected(std::string_view text) {
 }
 
 std::optional<Kesh::IntfId> Text<Kesh::IntfId>::parse(std::string_view text) {
-  if (text.empty() || hasNul(text)) return {};
+  if (text.empty()) return {};
   try {
     return Kesh::IntfId(Lumo::String(text));
   } catch (const Lumo::RangeException&) { // another name has the same identifier
     return {};
   }
-}
-
-std::string Text<Kesh::IntfId>::expected(std::string_view text) {
-  return hasNul(text) ? "an interface name without NUL" : "an interface name";
 }
 
 using FecId = Vanta::Fib::FecId;
@@ -148,12 +144,7 @@ Lumo::String Text<CounterKey>::write(const CounterKey& key) {
 
 std::optional<L3::VrfName> Text<L3::VrfName>::parse(std::string_view text) {
   if (text.empty() || text.size() > L3::VrfName::maxLength) return {};
-  if (hasNul(text)) return {};
   return L3::VrfName(Lumo::String(text));
-}
-
-std::string Text<L3::VrfName>::expected(std::string_view text) {
-  return hasNul(text) ? "a VRF name without NUL" : "a VRF name of 1 to 100 bytes";
 }
 
 } // namespace sources::snapshot

@@ -32,10 +32,6 @@ concept HasText = requires(std::string_view text) {
   Text<T>::parse(text);
 };
 
-/// Displays end a text at a NUL, so that two of them would look the same: no name and no text has
-/// one.
-inline bool hasNul(std::string_view text) { return text.find('\0') != text.npos; }
-
 /// For types with a `parse` and a `stringValue` of their own.
 template <class T>
 struct OwnText {
@@ -93,11 +89,11 @@ struct Text<Kesh::IpGenPrefix> {
   static Lumo::String write(const Kesh::IpGenPrefix& prefix) { return prefix.stringValue(); }
 };
 
-/// An interface by its name; the empty name, which is no interface, is refused, and NUL in one.
+/// An interface by its name; the empty name, which is no interface, is refused.
 template <>
 struct Text<Kesh::IntfId> {
   static std::optional<Kesh::IntfId> parse(std::string_view text);
-  static std::string expected(std::string_view text);
+  static std::string expected(std::string_view) { return "an interface name"; }
   static Lumo::String write(const Kesh::IntfId& intfId) { return intfId.stringValue(); }
 };
 
@@ -179,17 +175,14 @@ struct Text<Routing::NexthopGroup::NexthopGroupEntryCounterKey> {
 template <>
 struct Text<L3::VrfName> {
   static std::optional<L3::VrfName> parse(std::string_view text);
-  static std::string expected(std::string_view text);
+  static std::string expected(std::string_view) { return "a VRF name of 1 to 100 bytes"; }
   static Lumo::String write(const L3::VrfName& name) { return name.stringValue(); }
 };
 
 template <>
 struct Text<Lumo::String> {
-  static std::optional<Lumo::String> parse(std::string_view text) {
-    if (hasNul(text)) return {};
-    return Lumo::String(text);
-  }
-  static std::string expected(std::string_view) { return "a text without NUL"; }
+  static std::optional<Lumo::String> parse(std::string_view text) { return Lumo::String(text); }
+  static std::string expected(std::string_view) { return "a text"; }
   static Lumo::String write(const Lumo::String& text) { return text; }
 };
 
