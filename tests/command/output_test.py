@@ -6,6 +6,7 @@ import signal
 import subprocess
 import tempfile
 import unittest
+from pathlib import Path
 
 from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, program, snapshot_file
 
