@@ -182,10 +182,10 @@ class Churn {
     std::filesystem::create_directory(folder_);
     std::ofstream add(folder_ + "/add"), del(folder_ + "/del");
     for (int i = 0; i < 200; ++i) {
-      const std::string routes[] = {"route XXX 60." + std::to_string(i) + ".0.0/16 via 10.1.0.2",
-                                    "route XXX fd60:" + std::to_string(i) + "::/64 via fd01::2"};
+      const std::string routes[] = {"route VERB 60." + std::to_string(i) + ".0.0/16 via 10.1.0.2",
+                                    "route VERB fd60:" + std::to_string(i) + "::/64 via fd01::2"};
       for (std::string line : routes) {
-        add << line.replace(line.find("XXX"), 3, "add") << "\n";
+        add << line.replace(line.find("VERB"), 4, "add") << "\n";
         del << line.replace(line.find("add"), 3, "del") << "\n";
       }
     }
