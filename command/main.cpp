@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <span>
 #include <unistd.h>
 #include <vector>
@@ -18,6 +19,14 @@
 namespace {
 
 using namespace command;
+
+/// Gives each of the standard descriptors that the caller has closed to a file that refuses what it
+/// is for: else the next one that the program opens would be taken for it.
+void closeStandardGaps() {
+  for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(fd, F_GETFD) < 0) open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
 
 /// Writes what the program says of itself; a refused write is an error as it is for a listing.
 ExitStatus print(const std::string& words) {
@@ -43,6 +52,7 @@ ExitStatus run(std::span<const char* const> arguments) {
 } // namespace
 
 int main(int count, char** arguments) {
+  closeStandardGaps();
   installSignals();
   try {
     return run(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));

@@ -58,6 +58,14 @@ class OutputTest(CommandTest):
             self.assertEqual(process.returncode, 130)
             self.assertTrue(listing.endswith(WORDS), listing[-200:])
 
+    def test_closed_descriptors(self):
+        for closed, status in (("<&-", 0), (">&-", 1), ("2>&-", 0), ("<&- >&- 2>&-", 1)):
+            result = subprocess.run(["sh", "-c", f'"$0" --state {STATE} show ip route {closed}', program()],
+                                    capture_output=True, cwd=ROOT, text=True, check=False)
+            self.assertEqual(result.returncode, status, closed)
+            if closed == ">&-":
+                self.assertRegex(result.stderr, r"\Arova: [^\n]*Bad file descriptor\n\Z")
+
     def test_reader_that_goes_away(self):
         for options in ([], ["--format", "json"]):
             with self.subTest(options), long_listing(*options) as process:
