@@ -168,8 +168,9 @@ std::optional<std::string_view> Input::unescaped(std::string_view inside) {
 
 std::string_view Input::keyOf(simdjson::ondemand::field& field) {
   const auto begin = static_cast<std::size_t>(field.key().raw() - text_.data());
-  std::size_t end = begin;
-  skipString(text_, end);
+  // Nearly every key ends at the first quote: one behind a backslash is part of it.
+  std::size_t end = std::min(text_.find('"', begin), text_.size());
+  if (text_.substr(begin, end - begin).find('\\') != text_.npos) skipString(text_, end = begin);
   const auto key = unescaped(text_.substr(begin, end - begin));
   if (!key) fail(text_.substr(begin - 1, end - begin + 2), escapesExpected);
   return *key;
