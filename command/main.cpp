@@ -1,12 +1,9 @@
-// The rova command: options, signals, the command, and errors as one message with an exit status.
-#include "command/Commands.h"
+// The rova program: signals, the command line, and errors as one message with an exit status.
+#include "command/CommandLine.h"
 #include "command/Signals.h"
-#include "lumo/ActivityLock.h"
-#include "lumo/System.h"
-#include "rova/Version.h"
+#include "command/Words.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
-#include "scrivo/Printer.h"
 #include "scrivo/Shown.h"
 
 #include <cstdio>
@@ -14,7 +11,6 @@
 #include <fcntl.h>
 #include <span>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -28,34 +24,13 @@ void closeStandardGaps() {
   }
 }
 
-/// Writes what the program says of itself; a refused write is an error as it is for a listing.
-ExitStatus print(const std::string& words) {
-  scrivo::Printer printer(STDOUT_FILENO, text, false, false, true, 0);
-  printer.addFrills("%s", words);
-  printer.close();
-  return success;
-}
-
-ExitStatus run(std::span<const char* const> arguments) {
-  const double startTime = Lumo::System::currentTime();
-  std::vector<const char*> commandWords;
-  Options options = parseOptions(arguments, commandWords);
-  options.startTime = startTime;
-  if (options.help) return print(helpText());
-  if (options.version) return print("rova " ROVA_VERSION "\n");
-  Words words(commandWords);
-  if (words.dropTrailingPipe("json")) options.format = json;
-  const Lumo::ActivityLockHold lock;
-  return runCommand(words, options);
-}
-
 } // namespace
 
 int main(int count, char** arguments) {
   closeStandardGaps();
   installSignals();
   try {
-    return run(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
+    return runCommandLine(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
   } catch (const UsageError& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return usage;
