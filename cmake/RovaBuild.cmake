@@ -39,11 +39,12 @@ if(ROVA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   endif()
 endif()
 
-# A tree's own public headers stand in include/, and a target sees the headers of those targets
-# alone that it links: an include against the direction of dependency does not compile.
+# What is installed stands in an include/ of its library; any other header stands beside its source and
+# is named from the root of its library's tree. tests/library/directions_test.py holds every include
+# against the table of folders in docs/architecture.md.
 function(rova_object_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
   add_library(${name} OBJECT ${ARG_SOURCES})
-  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>)
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   target_link_libraries(${name} PUBLIC ${ARG_USES})
 endfunction()

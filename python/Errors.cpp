@@ -3,7 +3,7 @@
 #include "lumo/Exception.h"
 #include "scrivo/Exception.h"
 #include "sources/SourceError.h"
-#include "tembra/Exception.h"
+#include "vanta/Exception.h"
 
 #include <new>
 

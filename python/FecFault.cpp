@@ -4,7 +4,7 @@
 
 #include "Checks.h"
 #include "rova/core/TypeNames.h"
-#include "rova/fec/TunnelWalk.h"
+#include "rova/fec/Tunnels.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Routes that a sorter makes up for neighbours, and what a handler asks of its routes by prefix.
 #include "ListingParts.h"
-#include "rova/fec/FecCapture.h"
+#include "rova/fec/Capture.h"
 #include "rova/route/Sorter.h"
 
 #include <string>
@@ -53,7 +53,7 @@ typename Family::Route Sorter<Family>::createAttachedRoute(Kesh::IpGenAddr ip,
   route.key = prefix;
   route.fecId = nextAttachedFecId<Family>();
   route.routeType = Family::attachedType;
-  cachedFecIs(*this, route.fecId, attachedFec<Family>(route.fecId, intfId));
+  cachedFecIs(forwarding(), route.fecId, attachedFec<Family>(route.fecId, intfId));
   return route;
 }
 

@@ -3,7 +3,7 @@
 // misses a route to ask.
 #pragma once
 
-#include "rova/fec/FecRows.h"
+#include "rova/fec/Rows.h"
 #include "rova/route/Sorter.h"
 
 namespace Rova {
@@ -23,12 +23,13 @@ struct FecLook {
 template <class Family>
 class FecLooks {
  public:
-  explicit FecLooks(const Sorter<Family>& sorter) : sorter_(sorter) {}
+  explicit FecLooks(const Forwarding& forwarding) : forwarding_(forwarding) {}
 
   /// Valid until the next call.
   FecLook& look(Vanta::Fib::FecId fecId) {
     if (FecLook* const known = looks_.find(fecId)) return *known;
-    return looks_.insertOrAssign(fecId, makeLook(sorter_.fec(fecId).ptr()));
+    const auto* const captured = forwarding_.fec.find(fecId);
+    return looks_.insertOrAssign(fecId, makeLook(captured ? captured->ptr() : nullptr));
   }
 
   /// Tells that the FEC will be looked at soon.
@@ -39,9 +40,9 @@ class FecLooks {
     if (look.hasText) return;
     const CachedVia& via = look.fec->viaMap().begin()->first;
     const bool isEvpn = via.tunnelId().kind() == TunnelKind::evpnVxlan;
-    look.text = viaTexts(sorter_, via);
+    look.text = viaTexts(forwarding_, via);
     look.isHidden = (isEvpn && !look.text.evpnEntry.isSet()) ||
-                    isOtherInterface(sorter_, isEvpn ? Kesh::IntfId() : via.intfId());
+                    forwarding_.filter.leavesOut(isEvpn ? Kesh::IntfId() : via.intfId());
     look.hasText = true;
   }
 
@@ -67,7 +68,7 @@ class FecLooks {
            (Family::printsSingleEvpnViaDirectly && tunnel.kind() == TunnelKind::evpnVxlan);
   }
 
-  const Sorter<Family>& sorter_;
+  const Forwarding& forwarding_;
   Lumo::HashMap2018<Vanta::Fib::FecId, FecLook> looks_;
 };
 

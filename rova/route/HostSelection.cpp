@@ -1,7 +1,7 @@
 // Which routes the host route table has.
 #include "rova/core/Neighbors.h"
 #include "rova/core/Trace.h"
-#include "rova/fec/FecCapture.h"
+#include "rova/fec/Capture.h"
 #include "rova/route/HostTable.h"
 
 namespace Rova {
@@ -9,9 +9,8 @@ namespace Rova {
 namespace {
 
 /// Captures the FEC of a route. An identifier of a kind that does not exist names no FEC.
-template <class Family>
-void captureFec(Sorter<Family>& sorter, Vanta::Fib::FecId fecId) {
-  if (fecId.rawAdjType() < Vanta::Fib::adjTypeMax()) copyAdjacency(sorter, fecId);
+void captureFec(const Forwarding& forwarding, Vanta::Fib::FecId fecId) {
+  if (fecId.rawAdjType() < Vanta::Fib::adjTypeMax()) copyAdjacency(forwarding, fecId);
 }
 
 } // namespace
@@ -19,11 +18,12 @@ void captureFec(Sorter<Family>& sorter, Vanta::Fib::FecId fecId) {
 template <class Family>
 void filterHostPrefixes(Sorter<Family>& sorter, std::uint8_t mask) {
   std::uint32_t steps = 0;
+  const Forwarding forwarding = sorter.forwarding();
   using Routes = std::remove_cvref_t<decltype(sorter.routingStatus()->route)>;
   for (typename Routes::IteratorConst it(sorter.routingStatus()->route); it; it.next()) {
     const auto& route = it.value();
     if (isInvalid(route.routeType) || route.key.len() != mask) continue;
-    captureFec(sorter, route.fecId);
+    captureFec(forwarding, route.fecId);
     sorter.sortedRouteIs(route.key, route);
     allowWatchdog(steps);
   }

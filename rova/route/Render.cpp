@@ -5,7 +5,6 @@
 #include "lumo/Assert.h"
 #include "lumo/System.h"
 #include "rova/core/Trace.h"
-#include "rova/fec/FecCapture.h"
 #include "rova/fec/Policies.h"
 #include "rova/route/RouteLine.h"
 #include "rova/route/Selection.h"
@@ -35,8 +34,9 @@ class Listing {
   Listing(Sorter<Family>& sorter, scrivo::Printer& printer)
       : sorter_(sorter),
         printer_(printer),
+        forwarding_(sorter.forwarding()),
         lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}),
-        looks_(sorter) {}
+        looks_(forwarding_) {}
 
   void print() {
     const double start = Lumo::System::currentTime();
@@ -73,6 +73,7 @@ class Listing {
 
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
+  const Forwarding forwarding_;
   RouteLinePrinter lines_;
   FecLooks<Family> looks_;
   bool groupNamesBuilt_ = false;
@@ -205,11 +206,11 @@ void Listing<Family>::printRoute(const Route& route) {
   if (line.isNexthopGroup) {
     buildGroups(fec);
   } else if (look.isSrTePolicy) {
-    policies = collectPolicies(sorter_, fec);
+    policies = collectPolicies(forwarding_, fec);
     line.policies = &policies;
   } else if (fec.vias() != 0) {
-    buildRows(sorter_, fec, route.key);
-    if (fec.numEntries() == 0 && filtersByInterface(sorter_)) return;
+    buildRows(forwarding_, fec, route.key);
+    if (fec.numEntries() == 0 && forwarding_.filter.isSet) return;
   }
   lines_.printFormatRoute(type, line, hasV6Nexthop());
 }
@@ -252,7 +253,7 @@ template <class Family>
 void Listing<Family>::buildGroups(CachedFec& fec) {
   if (!groupNamesBuilt_) sorter_.buildNexthopGroupIdToName();
   groupNamesBuilt_ = true;
-  if (fec.nhgVias() == 0) buildNexthopGroupRows(sorter_, fec);
+  if (fec.nhgVias() == 0) buildNexthopGroupRows(forwarding_, fec);
 }
 
 /// Prints straight from the FEC's look. The line needs no more of the FEC: there are no rows.
@@ -265,7 +266,7 @@ void Listing<Family>::printDirect(const Route& route, FecLook& look) {
   if (isReceive(route.routeType) && look.text.interface.empty()) {
     const Kesh::IntfId own = ownInterface(route);
     ownInterfaceText_ = own.stringValue();
-    ownDescription_ = interfaceDescriptionOf(sorter_, own);
+    ownDescription_ = interfaceDescriptionOf(forwarding_, own);
     line.ownInterface = ownInterfaceText_.c_str();
     line.ownInterfaceDescription = ownDescription_.c_str();
   }

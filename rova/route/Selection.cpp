@@ -2,8 +2,7 @@
 
 #include "FecAnswers.h"
 #include "rova/core/Trace.h"
-#include "rova/fec/FecCapture.h"
-#include "rova/fec/FecRows.h"
+#include "rova/fec/Capture.h"
 
 namespace Rova {
 
@@ -58,12 +57,13 @@ template <class Family>
 void selectWholeTable(Sorter<Family>& sorter) {
   std::uint32_t steps = 0;
   FecAnswers answers;
+  const Forwarding forwarding = sorter.forwarding();
   for (auto it = routesOf(sorter); it;) {
     const auto route = it.value();
     it.next();
     answers.expect(it.value().fecId); // on its way while this route is entered
-    const bool fecForwards =
-        answers.answer(route.fecId, [&] { return forwards(copyAdjacency(sorter, route.fecId)); });
+    const bool fecForwards = answers.answer(
+        route.fecId, [&] { return forwards(copyAdjacency(forwarding, route.fecId)); });
     if (!filterRoute(sorter, route, fecForwards)) sorter.sortedRouteIs(route.key, route);
     allowWatchdog(steps);
   }
@@ -73,11 +73,12 @@ void selectWholeTable(Sorter<Family>& sorter) {
 /// earlier route brought it.
 template <class Family>
 void selectLongerPrefixes(Sorter<Family>& sorter) {
+  const Forwarding forwarding = sorter.forwarding();
   for (auto it = routesOf(sorter); it; it.next()) {
     const auto& route = it.value();
     if (!sorter.prefix().contains(route.key)) continue;
     if (filterRoute(sorter, route)) continue;
-    copyAdjacency(sorter, route.fecId);
+    copyAdjacency(forwarding, route.fecId);
     sorter.sortedRouteIs(route.key, route);
   }
 }
@@ -87,7 +88,8 @@ template <class Family>
 bool selectExactly(Sorter<Family>& sorter, const typename Family::Prefix& key) {
   const auto route = readRoute(sorter, key);
   if (route.fecId.isNull()) return false;
-  if (filterRoute(sorter, route, forwards(copyAdjacency(sorter, route.fecId)))) return false;
+  const CachedFec* const fec = copyAdjacency(sorter.forwarding(), route.fecId);
+  if (filterRoute(sorter, route, forwards(fec))) return false;
   sorter.sortedRouteIs(key, route);
   return true;
 }
@@ -105,6 +107,11 @@ void selectLongestPrefix(Sorter<Family>& sorter) {
 Kesh::IntfId comparedIntf(const CachedVia& via) {
   const bool evpn = Tunnel::TunnelTable::EvpnVxlanTunnelTable::isValidEvpnIntf(via.intfId());
   return evpn ? Kesh::IntfId() : via.intfId();
+}
+
+/// Whether a via on `intfId` is left out by the query's limit to an interface.
+bool isOtherInterface(const Route6Sorter& sorter, const Kesh::IntfId& intfId) {
+  return InterfaceFilter{sorter.intf(), sorter.intfStatus().ptr()}.leavesOut(intfId);
 }
 
 std::uint32_t countRefused(Route6Sorter& sorter) {

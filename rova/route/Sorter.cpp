@@ -3,6 +3,7 @@
 #include "lumo/Assert.h"
 #include "rova/core/Interrupted.h"
 #include "rova/core/Trace.h"
+#include "rova/fec/Forwarding.h"
 #include "rova/route/HostTable.h"
 #include "rova/route/Render.h"
 #include "rova/route/Selection.h"
@@ -62,6 +63,31 @@ void Sorter<Family>::findTunnelTables() {
   staticTunnelTable_ = tunnelTable<StaticTunnelTable>(tunnelTableDir_, "static");
   ldpTunnelTable_ = tunnelTable<LdpTunnelTable>(tunnelTableDir_, "ldp");
   bgpLuTunnelTable_ = tunnelTable<BgpLuTunnelTable>(tunnelTableDir_, "bgpLu");
+}
+
+template <class Family>
+Forwarding Sorter<Family>::forwarding() {
+  InterfaceFilter filter{static_cast<bool>(intfStatus_), intfStatus_.ptr()};
+  if constexpr (Family::hasIntfFlag) filter.isSet = intf_;
+  return {.forwardingStatus = forwardingStatus_,
+          .forwarding6Status = forwarding6Status_,
+          .tunnelFib = tunnelFib_,
+          .evpnVxlanTunnelTable = evpnVxlanTunnelTable_,
+          .srTunnelTable = srTunnelTable_,
+          .staticTunnelTable = staticTunnelTable_,
+          .ldpTunnelTable = ldpTunnelTable_,
+          .bgpLuTunnelTable = bgpLuTunnelTable_,
+          .srTePolicyStatus = srTePolicyStatus_,
+          .policyForwardingStatus = policyForwardingStatus_,
+          .allIntfConfig = allIntfConfig_,
+          .nexthopGroupNames = cachedNexthopGroupIdToName_,
+          .maxUcmpWeight =
+              routingHardwareStatus_ ? &routingHardwareStatus_->maxUcmpWeight : nullptr,
+          .detail = detail_,
+          .filter = filter,
+          .hidesConnectedNexthops = Family::hidesConnectedNexthops,
+          .fec = fec_,
+          .hasV6Nexthop = Family::remembersV6Nexthops ? &hasV6Nexthop_ : nullptr};
 }
 
 template <class Family>

@@ -1,8 +1,9 @@
 // Captured FECs: how records become entities, and what is asked of them.
 #include "support/Device.h"
 #include "support/Expect.h"
+#include "support/FecTables.h"
 
-#include "rova/fec/FecCapture.h"
+#include "rova/route/FecOperations.h"
 
 #include <map>
 
@@ -126,30 +127,21 @@ TEST(PredicateTest, AnSrTePolicyFecIsOneOrLeadsToOne) {
                assertion("(value_ >> Fib::adjTypePos()) < Fib::adjTypeMax()"));
 }
 
-/// The four forms of capture: each sorter with each kind of record.
-template <class SorterFamily, bool ip6Record>
-struct Form {
-  using Family = SorterFamily;
-  using HopTexts = Texts<std::conditional_t<ip6Record, Rova::Ip6Family, Rova::Ip4Family>>;
-  static constexpr AdjType adjType = ip6Record ? AdjType::fib6 : AdjType::fib;
-};
-using Forms = testing::Types<Form<Rova::Ip4Family, false>, Form<Rova::Ip4Family, true>,
-                             Form<Rova::Ip6Family, true>, Form<Rova::Ip6Family, false>>;
-
-template <class FormType>
+/// Capture of either kind of record.
+template <class Family>
 struct CaptureTest : testing::Test {
-  using Family = typename FormType::Family;
-  static constexpr const char* hop = FormType::HopTexts::hop;
+  static constexpr const char* hop = Texts<Family>::hop;
+  static constexpr bool ip6 = std::is_same_v<Family, Rova::Ip6Family>;
+  static constexpr AdjType adjType = ip6 ? AdjType::fib6 : AdjType::fib;
 
-  FecId newId() const { return {FormType::adjType, 77}; }
+  FecId newId() const { return {adjType, 77}; }
 
-  /// The entity of a FEC as a listing of nothing captures it.
   Lumo::Ptr<Rova::CachedFec> capture(const std::vector<Via>& vias,
                                      std::uint32_t backupViaIndex = 0) {
     device.fecIs(newId(), vias, backupViaIndex);
-    sorter = openSorter<Family>(device);
-    Rova::copyAdjacency(*sorter, newId());
-    return sorter->fec(newId());
+    tables = FecTables(device.state); // nothing is captured yet
+    Rova::copyAdjacency(tables.forwarding(), newId());
+    return tables.captured(newId());
   }
   /// Each via as "interface weight", "backup" behind a backup one.
   static Lines linesOf(const Lumo::Ptr<Rova::CachedFec>& fec) {
@@ -163,9 +155,9 @@ struct CaptureTest : testing::Test {
   }
 
   Device device;
-  Lumo::Ptr<Rova::Sorter<Family>> sorter;
+  FecTables tables{device.state};
 };
-TYPED_TEST_SUITE(CaptureTest, Forms);
+TYPED_TEST_SUITE(CaptureTest, Families, FamilyNames);
 
 TYPED_TEST(CaptureTest, WeightsAreTextsWhereTheyDiffer) {
   const struct {
@@ -212,20 +204,20 @@ TYPED_TEST(CaptureTest, ViasOfOneInterfaceCollapseOrOrderByWeightAsText) {
 
 TYPED_TEST(CaptureTest, AMissingFecHasNoViasAndTheNullOneNoEntity) {
   this->capture({});
-  const FecId missing(TypeParam::adjType, 1234);
-  Rova::copyAdjacency(*this->sorter, missing);
-  EXPECT_EQ(this->sorter->fec(missing)->fecId(), missing);
-  EXPECT_EQ(this->sorter->fec(missing)->vias(), 0u);
-  const auto before = this->sorter->fecs();
-  EXPECT_EQ(Rova::copyAdjacency(*this->sorter, FecId()), nullptr);
-  EXPECT_EQ(this->sorter->fecs(), before);
+  const FecId missing(this->adjType, 1234);
+  Rova::copyAdjacency(this->tables.forwarding(), missing);
+  EXPECT_EQ(this->tables.captured(missing)->fecId(), missing);
+  EXPECT_EQ(this->tables.captured(missing)->vias(), 0u);
+  const auto before = this->tables.fec.size();
+  EXPECT_EQ(Rova::copyAdjacency(this->tables.forwarding(), FecId()), nullptr);
+  EXPECT_EQ(this->tables.fec.size(), before);
 }
 
 TYPED_TEST(CaptureTest, AFecIsCapturedOnce) {
   const auto first = this->capture({via(this->hop, "Ethernet1")});
   this->device.fecIs(this->newId(), {via(this->hop, "Ethernet2")});
-  Rova::copyAdjacency(*this->sorter, this->newId());
-  EXPECT_TRUE(this->sorter->fec(this->newId()) == first);
+  Rova::copyAdjacency(this->tables.forwarding(), this->newId());
+  EXPECT_TRUE(this->tables.captured(this->newId()) == first);
   EXPECT_EQ(this->linesOf(first), Lines{"Ethernet1 "});
 }
 
@@ -237,24 +229,22 @@ TYPED_TEST(CaptureTest, ALabelOutOfRangeRaisesAndLeavesNoEntity) {
                               backupViaIndex);
               }),
               "MplsLabel::value < MplsLabel::min or > MplsLabel::luWithdraw not allowed");
-    EXPECT_FALSE(this->sorter->fec(this->newId()));
+    EXPECT_FALSE(this->tables.captured(this->newId()));
   }
 }
 
 TYPED_TEST(CaptureTest, AViaCountAbove512RaisesAndLeavesNoEntity) {
-  using Fec =
-      std::conditional_t<TypeParam::adjType == AdjType::fib6, Vanta::Fib6::Fec, Vanta::Fib::Fec>;
-  this->capture({});
-  const FecId id(TypeParam::adjType, 5);
+  using Fec = typename TypeParam::Fec;
+  const FecId id(this->adjType, 5);
   for (const std::uint32_t backupViaIndex : {0u, 1u, 512u}) {
     auto record =
         fecRecord<Fec>(id, std::vector<Via>(512, via(this->hop, "Ethernet1")), backupViaIndex);
     record.viaCount = 513;
-    EXPECT_EQ(
-        messageOf<Lumo::RangeException>([&] { Rova::cachedFecIs(*this->sorter, id, record); }),
-        "ViaIndex::value < ViaIndex::min or > ViaIndex::max not allowed")
+    EXPECT_EQ(messageOf<Lumo::RangeException>(
+                  [&] { Rova::cachedFecIs(this->tables.forwarding(), id, record); }),
+              "ViaIndex::value < ViaIndex::min or > ViaIndex::max not allowed")
         << backupViaIndex;
-    EXPECT_FALSE(this->sorter->fec(id));
+    EXPECT_FALSE(this->tables.captured(id));
   }
 }
 
@@ -269,12 +259,20 @@ TYPED_TEST(CaptureTest, OnlyViasOnPoliciesHaveAnIndex) {
                          {"Ethernet1", 0}, {"Fec:15.9", 1}, {"Fec:0.9", 0}, {"Fec:15.8", 3}}));
 }
 
-TYPED_TEST(CaptureTest, OnlyTheIp4SorterRemembersIp6Fecs) {
-  this->capture({via(this->hop, "Ethernet1")});
-  if constexpr (std::is_same_v<typename TypeParam::Family, Rova::Ip4Family>) {
-    EXPECT_EQ(this->sorter->hasV6Nexthop(), TypeParam::adjType == AdjType::fib6);
-    Rova::copyAdjacency(*this->sorter, FecId(AdjType::fib, 9000));
-    EXPECT_EQ(this->sorter->hasV6Nexthop(), TypeParam::adjType == AdjType::fib6) << "never cleared";
+template <class Family>
+struct SorterCaptureTest : testing::Test {};
+TYPED_TEST_SUITE(SorterCaptureTest, Families, FamilyNames);
+
+TYPED_TEST(SorterCaptureTest, OnlyTheIp4SorterRemembersIp6Fecs) {
+  const Device device;
+  const auto sorter = openSorter<TypeParam>(device);
+  Rova::copyAdjacency(*sorter, FecId(AdjType::fib, 1));
+  if constexpr (std::is_same_v<TypeParam, Rova::Ip4Family>) {
+    EXPECT_FALSE(sorter->hasV6Nexthop());
+    Rova::copyAdjacency(*sorter, FecId(AdjType::fib6, 1));
+    EXPECT_TRUE(sorter->hasV6Nexthop());
+    Rova::copyAdjacency(*sorter, FecId(AdjType::fib, 2));
+    EXPECT_TRUE(sorter->hasV6Nexthop()) << "never cleared";
   } else {
     EXPECT_EQ(Rova::Route6Sorter::lumoType.attribute("hasV6Nexthop"), nullptr);
   }

@@ -1,8 +1,9 @@
 // The order of tunnel vias and the walk that puts FECs' vias in their place.
-#include "rova/fec/StaticInterfaceTunnel.h"
 #include "rova/fec/TunnelRows.h"
+#include "rova/fec/Tunnels.h"
 #include "support/Device.h"
 #include "support/Expect.h"
+#include "support/FecTables.h"
 
 namespace {
 
@@ -87,8 +88,10 @@ TEST(StaticInterfaceTunnelTest, MplsOnAnInterfaceStopsTheProcess) {
   const auto fib = encaps();
   const TunnelId id(TunnelId::convertToTunnelValue(9, 4));
   fib->entries.insertOrAssign(id, {id, {{{addr("10.1.0.1"), {}}, encap(3, 1)}}, {}});
+  FecTables tables;
+  tables.tunnelFib = fib;
   Tunnel::CliSupport::CachedStaticIntfTunnelInfo info;
-  EXPECT_DEATH(Rova::fillStaticIntfTunnelInfo(fib.ptr(), id, info),
+  EXPECT_DEATH(Rova::lookupStaticIntfTunnelEncap(tables.forwarding(), id, info),
                assertion("0 && \"mpls not supported on static interface tunnels\""));
 }
 
@@ -96,13 +99,38 @@ TEST(StaticInterfaceTunnelTest, TellsEndsWordsAndKey) {
   const auto fib = encaps();
   const TunnelId id(9ull << 44 | 1ull << 43 | 4);
   fib->entries.insertOrAssign(id, {id, {{{addr("10.1.0.1"), {}}, encap(2, 1)}}, {}});
+  FecTables tables;
   Tunnel::CliSupport::CachedStaticIntfTunnelInfo info, expected;
-  Rova::fillStaticIntfTunnelInfo(fib.ptr(), TunnelId(9ull << 44 | 5), info);
-  Rova::fillStaticIntfTunnelInfo(nullptr, id, info);
+  Rova::lookupStaticIntfTunnelEncap(tables.forwarding(), id, info);
+  tables.tunnelFib = fib;
+  Rova::lookupStaticIntfTunnelEncap(tables.forwarding(), TunnelId(9ull << 44 | 5), info);
   EXPECT_EQ(info, expected) << "a tunnel without entry changes nothing";
   expected = {"static interface", 4, "IPsec GRE", "ipsec gre", "10.0.1.1", "10.0.0.1", 1, 2, 0, 0};
-  Rova::fillStaticIntfTunnelInfo(fib.ptr(), id, info);
+  Rova::lookupStaticIntfTunnelEncap(tables.forwarding(), id, info);
   EXPECT_EQ(info, expected);
+}
+
+// 65536 vias count as 0 in 16 bits, which must not be divided by.
+TEST(TunnelRowsTest, ATunnelOfMoreViasThanTheirCountHoldsGivesEachTheLeastWeight) {
+  const auto fib = encaps();
+  const TunnelId id(TunnelId::convertToTunnelValue(1, 1));
+  Tunnel::TunnelFib::TunnelFibEntry entry{id, {}, {}};
+  for (const char* hop : {"10.1.0.1", "10.1.0.2"}) {
+    entry.tunnelVia.insert(entry.tunnelVia.end(), 32768,
+                           {{addr(hop), intf("Ethernet1")}, encap(0, 1)});
+  }
+  fib->entries.insertOrAssign(id, entry);
+  FecTables tables;
+  tables.tunnelFib = fib;
+  const auto fec = Rova::cachedFecFactory(Vanta::Fib::FecId(1));
+  Rova::CachedVia via;
+  via.tunnelIdIs(id);
+  via.viaWeightIs("600");
+  fec->viaIs(via, true);
+  fec->weightIs(600);
+  Rova::updateTunSortedVia(*fec, tables.forwarding());
+  EXPECT_EQ(fec->viaWeight(0), "1");
+  EXPECT_EQ(fec->numEntries(), 2);
 }
 
 TEST(FecBehindTunnelViaTest, MapsTheTunnelFormsBack) {

@@ -10,7 +10,7 @@
 #include "rova/check/RdAssignmentChecker.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/CachedFec.h"
-#include "rova/fec/PolicyInfo.h"
+#include "rova/fec/Policies.h"
 #include "rova/fec/SortedTunVia.h"
 #include "rova/nexthopgroup/NexthopGroupHelper.h"
 #include "rova/nexthopgroup/NexthopGroupSummaryHelper.h"
