@@ -43,18 +43,19 @@ void fill(state::DeviceBuilder& device, const std::vector<Kesh::Ip6Prefix>& pref
 }
 
 template <class Prefix>
+using FamilyOf =
+    std::conditional_t<std::is_same_v<Prefix, Kesh::Prefix>, Rova::Ip4Family, Rova::Ip6Family>;
+
+/// A sorter over all routes of the default VRF, or over its host table, loaded.
+template <class Prefix>
 auto sorterOver(const state::DeviceState& device, const CaseOptions& options) {
-  return makeSorter(device, Prefix(), options.shape == Shape::host);
+  return Rova::openSorter<FamilyOf<Prefix>>(device, device.vrfs.front(),
+                                            {.host = options.shape == Shape::host});
 }
 
 template <class Prefix>
 std::size_t routesOf(const state::DeviceState& device) {
-  const state::VrfState& vrf = device.vrfs.front();
-  if constexpr (std::is_same_v<Prefix, Kesh::Prefix>) {
-    return vrf.routingStatus->route.members();
-  } else {
-    return vrf.routing6Status->route.members();
-  }
+  return (device.vrfs.front().*FamilyOf<Prefix>::routingStatus)->route.members();
 }
 
 /// The length of a listing, from a file that takes it.
@@ -160,21 +161,16 @@ std::string checkRows(const CaseOptions& options) {
          ",\"areKept\":" + (rows.areKept ? "true}" : "false}");
 }
 
-template <class Family, class Prefix>
+template <class Prefix>
 Cost summaryCost(const CaseOptions& options, std::size_t& counted) {
+  using Family = FamilyOf<Prefix>;
   state::DeviceBuilder device;
   fillDevice(device, prefixesOf<Prefix>(options));
   const state::VrfState& vrf = device.state.vrfs.front();
   Cost cost;
   for (int i = 0; i < options.repeats; ++i) {
-    const auto routes = [&] {
-      if constexpr (std::is_same_v<Prefix, Kesh::Prefix>)
-        return vrf.routingStatus;
-      else
-        return vrf.routing6Status;
-    }();
-    Rova::Summary<Family> summary(vrf.routingConfig, routes, device.state.arpVanta,
-                                  device.state.vrfIdMap, vrf.name);
+    Rova::Summary<Family> summary(vrf.*Family::routingConfig, vrf.*Family::routingStatus,
+                                  device.state.arpVanta, device.state.vrfIdMap, vrf.name);
     cost.lower(costOf([&] { summary.loadInternalStructures(); }));
     counted = static_cast<std::size_t>(summary.totalNumRoutes());
   }
@@ -184,8 +180,8 @@ Cost summaryCost(const CaseOptions& options, std::size_t& counted) {
 std::string measureSummary(const CaseOptions& options) {
   const Lumo::ActivityLockHold hold;
   std::size_t counted = 0;
-  const Cost cost = options.ip6 ? summaryCost<Rova::Ip6Family, Kesh::Ip6Prefix>(options, counted)
-                                : summaryCost<Rova::Ip4Family, Kesh::Prefix>(options, counted);
+  const Cost cost = options.ip6 ? summaryCost<Kesh::Ip6Prefix>(options, counted)
+                                : summaryCost<Kesh::Prefix>(options, counted);
   std::ostringstream out;
   out.precision(9);
   out << "{\"family\":\"" << (options.ip6 ? "IPv6" : "IPv4") << "\",\"routes\":" << counted;

@@ -1,4 +1,4 @@
-// The listing of the whole default VRF over a device, as a command makes it.
+// Printing a listing, as a command does.
 #pragma once
 
 #include "rova/CliSupport.h"
@@ -7,12 +7,6 @@
 namespace bench {
 
 enum class Form : std::uint32_t { text = 1, model = 2 };
-
-/// A sorter of that class over all routes of the default VRF, or over its host table,
-/// loaded.
-Lumo::Ptr<Rova::RouteSorter> makeSorter(const state::DeviceState& device, Kesh::Prefix, bool host);
-Lumo::Ptr<Rova::Route6Sorter> makeSorter(const state::DeviceState& device, Kesh::Ip6Prefix,
-                                         bool host);
 
 /// Prints the listing. Raises std::runtime_error if it was stopped.
 template <class Sorter>

@@ -40,7 +40,7 @@ if(ROVA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
 endif()
 
 # What is installed stands in an include/ of its library; any other header stands beside its source and
-# is named from the root of its library's tree. tests/library/directions_test.py holds every include
+# is named from the root of its library's tree. tests/library/architecture_test.py holds every include
 # against the table of folders in docs/architecture.md.
 function(rova_object_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})

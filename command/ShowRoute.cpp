@@ -9,70 +9,35 @@
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 
-#include <tuple>
 #include <unistd.h>
 
 namespace command {
 
 namespace {
 
-/// Where the handles of each family stand, and the factory that takes them.
-struct Ip4Listing {
-  using Family = Rova::Ip4Family;
-  static constexpr auto factory = Rova::routeSorterFactory;
-  static constexpr auto config = &state::VrfState::routingConfig;
-  static constexpr auto routes = &state::VrfState::routingStatus;
-  static constexpr auto addresses = &state::DeviceState::ipStatus;
-  static constexpr auto hardware = &state::DeviceState::routingHardwareStatus;
-  static constexpr auto unprogrammed = &state::DeviceState::unprogrammedRouteStatus;
-};
+template <class Family>
+using QueryOf = RouteQuery<typename Family::Prefix>;
 
-struct Ip6Listing {
-  using Family = Rova::Ip6Family;
-  static constexpr auto factory = Rova::route6SorterFactory;
-  static constexpr auto config = &state::VrfState::routing6Config;
-  static constexpr auto routes = &state::VrfState::routing6Status;
-  static constexpr auto addresses = &state::DeviceState::ip6Status;
-  static constexpr auto hardware = &state::DeviceState::routing6HardwareStatus;
-  static constexpr auto unprogrammed = &state::DeviceState::unprogrammedRoute6Status;
-};
-
-template <class Listing>
-using QueryOf = RouteQuery<typename Listing::Family::Prefix>;
-
-/// The flag for a query by interface, which only some factories take.
-template <class Listing>
-auto interfaceFlag(const QueryOf<Listing>& query) {
-  if constexpr (Listing::Family::hasIntfFlag) {
-    return std::make_tuple(query.interface.has_value());
-  } else {
-    return std::tuple<>();
-  }
-}
-
-/// A loaded sorter: the factory's arguments in their order.
-template <class Listing>
-auto makeSorter(const state::DeviceState& device, const state::VrfState& vrf,
-                const QueryOf<Listing>& query, const Options& options) {
+/// A loaded sorter of one VRF.
+template <class Family>
+auto openSorter(const state::DeviceState& device, const state::VrfState& vrf,
+                const QueryOf<Family>& query, const Options& options) {
   Lumo::Ptr<const Interface::IntfStatus> intf;
   if (query.interface) {
     intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
   }
-  const double quantify = options.timing ? options.startTime : 0.0;
-  return std::apply(
-      Listing::factory,
-      std::tuple_cat(
-          std::make_tuple(vrf.*Listing::config, vrf.*Listing::routes, device.forwardingStatus,
-                          device.forwarding6Status, device.tunnelFib, device.arpVanta,
-                          device.vrfIdMap, device.allIntfConfig, device.*Listing::addresses,
-                          device.*Listing::hardware, device.nhEntryStatus,
-                          vrf.kernelUnprogrammedRoute, device.evpnVxlanTunnelTable,
-                          device.tunnelTableDir, query.prefix, intf, Lumo::String(query.protocol),
-                          query.detail, query.longerPrefixes, vrf.name, vrf.id, query.host,
-                          STDOUT_FILENO, quantify, query.typedMask),
-          interfaceFlag<Listing>(query),
-          std::make_tuple(device.srTePolicyStatus, device.policyForwardingStatus,
-                          options.olderNexthopGroups, device.*Listing::unprogrammed)));
+  return Rova::openSorter<Family>(device, vrf,
+                                  {.prefix = query.prefix,
+                                   .originalMask = query.typedMask,
+                                   .intfStatus = intf,
+                                   .intf = query.interface.has_value(),
+                                   .protocol = Lumo::String(query.protocol),
+                                   .detail = query.detail,
+                                   .longerPrefixes = query.longerPrefixes,
+                                   .host = query.host,
+                                   .fd = STDOUT_FILENO,
+                                   .quantify = options.timing ? options.startTime : 0.0,
+                                   .degradeNhgModel = options.olderNexthopGroups});
 }
 
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
@@ -111,10 +76,10 @@ bool showHostTable(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName
 
 /// What a listing looks at: neighbours are hosts of the host table and attached routes of a
 /// summary.
-template <class Listing>
-sources::Needs needsOf(const QueryOf<Listing>& query) {
+template <class Family>
+sources::Needs needsOf(const QueryOf<Family>& query) {
   sources::Needs needs;
-  needs.ip4 = std::is_same_v<typename Listing::Family, Rova::Ip4Family>;
+  needs.ip4 = std::is_same_v<Family, Rova::Ip4Family>;
   needs.ip6 = !needs.ip4;
   needs.neighbours = query.host || query.summary;
   needs.configured = needs.nexthopGroups = false;
@@ -122,14 +87,14 @@ sources::Needs needsOf(const QueryOf<Listing>& query) {
   return needs;
 }
 
-template <class Listing>
+template <class Family>
 ExitStatus showRoute(Words& words, const Options& options) {
-  const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
-  const auto [device, notes] = openState(options, needsOf<Listing>(query));
+  const auto query = parseRouteQuery<typename Family::Prefix>(words);
+  const auto [device, notes] = openState(options, needsOf<Family>(query));
   const auto vrfs = chosenVrfs(device, query.vrf, options);
   if (query.interface) requireInterface(device, *query.interface, options);
   if (query.summary) {
-    showRouteSummary<typename Listing::Family>(device, vrfs, notes, options.format);
+    showRouteSummary<Family>(device, vrfs, notes, options.format);
     return success;
   }
   // The document around the listings, which write into it: it is flushed ahead of each of them.
@@ -139,7 +104,7 @@ ExitStatus showRoute(Words& words, const Options& options) {
   printNotes(frame, notes);
   frame.startDict("vrfs");
   for (const auto* vrf : vrfs) {
-    const auto sorter = makeSorter<Listing>(device, *vrf, query, options);
+    const auto sorter = openSorter<Family>(device, *vrf, query, options);
     vrfName.setValue(vrf->name.stringValue());
     // A listing names its VRF itself, a host table does not.
     if (query.host && query.vrf == "all") {
@@ -158,11 +123,11 @@ ExitStatus showRoute(Words& words, const Options& options) {
 } // namespace
 
 ExitStatus showIpRoute(Words& words, const Options& options) {
-  return showRoute<Ip4Listing>(words, options);
+  return showRoute<Rova::Ip4Family>(words, options);
 }
 
 ExitStatus showIpv6Route(Words& words, const Options& options) {
-  return showRoute<Ip6Listing>(words, options);
+  return showRoute<Rova::Ip6Family>(words, options);
 }
 
 } // namespace command

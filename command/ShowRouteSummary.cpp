@@ -10,22 +10,6 @@ namespace command {
 
 namespace {
 
-/// Where the handles of each family stand.
-template <class Family>
-struct Handles;
-
-template <>
-struct Handles<Rova::Ip4Family> {
-  static constexpr auto config = &state::VrfState::routingConfig;
-  static constexpr auto routes = &state::VrfState::routingStatus;
-};
-
-template <>
-struct Handles<Rova::Ip6Family> {
-  static constexpr auto config = &state::VrfState::routing6Config;
-  static constexpr auto routes = &state::VrfState::routing6Status;
-};
-
 /// A counter of the library as it shows.
 struct Kind {
   const char* key;   ///< the library's
@@ -117,7 +101,7 @@ void printSummary(scrivo::Printer& printer, const Rova::Summary<Family>& summary
 /// The counts of one VRF, loaded.
 template <class Family>
 auto makeSummary(const state::DeviceState& device, const state::VrfState& vrf) {
-  Rova::Summary<Family> summary(vrf.*Handles<Family>::config, vrf.*Handles<Family>::routes,
+  Rova::Summary<Family> summary(vrf.*Family::routingConfig, vrf.*Family::routingStatus,
                                 device.arpVanta, device.vrfIdMap, vrf.name);
   summary.loadInternalStructures();
   summary.loadAttachedRoutes();

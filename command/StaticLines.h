@@ -3,6 +3,7 @@
 
 #include "command/Options.h"
 #include "sources/State.h"
+#include "state/Families.h"
 
 #include <string>
 #include <string_view>
@@ -18,8 +19,8 @@ struct StaticFamily {
 };
 
 inline constexpr StaticFamily staticFamilies[] = {
-    {"ip route ", &state::VrfState::routingConfig, &state::VrfState::routeInput},
-    {"ipv6 route ", &state::VrfState::routing6Config, &state::VrfState::route6Input},
+    {"ip route ", state::Ip4::routingConfig, state::Ip4::routeInput},
+    {"ipv6 route ", state::Ip6::routingConfig, state::Ip6::routeInput},
 };
 
 /// What stands ahead of the prefix in a line: "ip route ", "ipv6 route vrf red ".

@@ -2,7 +2,7 @@
 
 #include "Convert.h"
 #include "Errors.h"
-#include "rova/core/TypeNames.h"
+#include "rova/core/Family.h"
 
 #include <span>
 #include <type_traits>
@@ -45,6 +45,7 @@ constexpr HandleRow sharedRows[] = {
     row<&DeviceState::vrfIdMap>("vrfIdMap"),
     row<&DeviceState::allIntfConfig>("allIntfConfig"),
     row<&DeviceState::arpVanta>("arpVanta"),
+    row<&DeviceState::ip6Config>("ip6Config"),
     row<&DeviceState::routeDistinguisherInputDir>("routeDistinguisherInputDir"),
     row<&DeviceState::nhgConfig>("nhgConfig"),
     row<&DeviceState::nhEntryStatus>("nhEntryStatus"),
@@ -60,35 +61,16 @@ constexpr HandleRow sharedRows[] = {
     row<&DeviceState::policyForwardingStatus>("policyForwardingStatus"),
 };
 
-/// What differs between the families: where their handles stand.
-struct Ip4Handles {
-  static constexpr HandleRow rows[] = {
-      row<&VrfState::routingConfig>("routingConfig"),
-      row<&VrfState::routingConfig>("config"),
-      row<&VrfState::routingStatus>("routingStatus"),
-      row<&DeviceState::ipStatus>("ipStatus"),
-      row<&DeviceState::ipConfig>("ipConfig"),
-      row<&DeviceState::routingHardwareStatus>("routingHardwareStatus"),
-      row<&DeviceState::unprogrammedRouteStatus>("unprogrammedRouteStatus"),
-  };
-  static constexpr auto inputs = &VrfState::routeInput;
-  /// Whether a listing is told by a flag of its own that it is limited to an interface.
-  static constexpr bool hasInterfaceFlag = false;
-};
-
-struct Ip6Handles {
-  static constexpr HandleRow rows[] = {
-      row<&VrfState::routing6Config>("routingConfig"),
-      row<&VrfState::routing6Config>("config"),
-      row<&VrfState::routing6Status>("routingStatus"),
-      row<&DeviceState::ip6Status>("ipStatus"),
-      row<&DeviceState::ip6Config>("ipConfig"),
-      row<&DeviceState::ip6Config>("ip6Config"),
-      row<&DeviceState::routing6HardwareStatus>("routingHardwareStatus"),
-      row<&DeviceState::unprogrammedRoute6Status>("unprogrammedRouteStatus"),
-  };
-  static constexpr auto inputs = &VrfState::route6Input;
-  static constexpr bool hasInterfaceFlag = true;
+/// What each family has under the names of both.
+template <class Family>
+constexpr HandleRow familyRows[] = {
+    row<Family::routingConfig>("routingConfig"),
+    row<Family::routingConfig>("config"),
+    row<Family::routingStatus>("routingStatus"),
+    row<Family::ipStatus>("ipStatus"),
+    row<Family::ipConfig>("ipConfig"),
+    row<Family::routingHardwareStatus>("routingHardwareStatus"),
+    row<Family::unprogrammedRouteStatus>("unprogrammedRouteStatus"),
 };
 
 void setItem(const Ref& dictionary, const char* name, const Ref& value) {
@@ -122,7 +104,7 @@ void addQuery(const Ref& dictionary, const HandleQuery& query) {
     intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
   }
   setItem(dictionary, "intfStatus", toPython(Lumo::wrapAttrValue(intf)));
-  if constexpr (Family::hasInterfaceFlag) {
+  if constexpr (Family::hasIntfFlag) {
     setItem(dictionary, "intf", Ref::boolean(query.interface.has_value()));
   }
 }
@@ -131,15 +113,15 @@ template <class Family>
 Ref handlesOf(const HandleQuery& query) {
   Ref dictionary = owned(PyDict_New());
   addRows(dictionary, sharedRows, query);
-  addRows(dictionary, Family::rows, query);
-  setItem(dictionary, "routeInput", inputsOf(query.vrf.*Family::inputs));
+  addRows(dictionary, familyRows<Family>, query);
+  setItem(dictionary, "routeInput", inputsOf(query.vrf.*Family::routeInput));
   addQuery<Family>(dictionary, query);
   return dictionary;
 }
 
 } // namespace
 
-Ref handles4(const HandleQuery& query) { return handlesOf<Ip4Handles>(query); }
-Ref handles6(const HandleQuery& query) { return handlesOf<Ip6Handles>(query); }
+Ref handles4(const HandleQuery& query) { return handlesOf<Rova::Ip4Family>(query); }
+Ref handles6(const HandleQuery& query) { return handlesOf<Rova::Ip6Family>(query); }
 
 } // namespace rova_python

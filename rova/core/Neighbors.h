@@ -9,8 +9,8 @@ namespace Rova {
 /// A walk over the neighbours of the object's family, those of all VRFs.
 template <class Object>
 auto neighborIteratorConst(const Object& object) {
-  using Table = std::remove_cvref_t<decltype(Object::Family::neighbors(*object.arpVanta()))>;
-  return typename Table::IteratorConst(Object::Family::neighbors(*object.arpVanta()));
+  const auto& table = (*object.arpVanta()).*Object::Family::neighbors;
+  return typename std::remove_cvref_t<decltype(table)>::IteratorConst(table);
 }
 
 /// Whether a neighbour is one of the object's VRF. The default VRF is told by its number, any other

@@ -39,7 +39,7 @@ bool isHardwareProgrammed(const Sorter<Family>& sorter, const typename Family::P
 template <class Family>
 bool isKernelProgrammed(const Sorter<Family>& sorter, const typename Family::Prefix& prefix) {
   bool found = false;
-  const auto& errors = Family::kernelErrors(*sorter.kernelUnprogrammedRoute());
+  const auto& errors = (*sorter.kernelUnprogrammedRoute()).*Family::kernelErrors;
   return *errors.safeLookup(prefix, found, 0) == typename Family::KernelError();
 }
 

@@ -146,7 +146,7 @@ bool isPrintable(const Sorter<Family>& sorter, const typename Family::Route& rou
 template <class Family>
 bool kernelUnprogrammedRoutes(const Sorter<Family>& sorter) {
   if (!sorter.kernelUnprogrammedRoute()) return false;
-  const auto& errors = Family::kernelErrors(*sorter.kernelUnprogrammedRoute());
+  const auto& errors = (*sorter.kernelUnprogrammedRoute()).*Family::kernelErrors;
   return bool(typename std::remove_cvref_t<decltype(errors)>::IteratorConst(errors));
 }
 

@@ -3,17 +3,15 @@
 
 #include "sources/kernel/RouteTypes.h"
 #include "state/DeviceBuilder.h"
+#include "state/Families.h"
 
 #include <sys/socket.h>
 
 namespace sources::kernel {
 
-struct Ip4 {
-  using Prefix = Kesh::Prefix;
-  using Route = Vanta::Fib::Route;
+struct Ip4 : state::Ip4 {
   static constexpr auto type = &RouteKind::type4;
   static constexpr auto routes = &state::VrfTables::routes;
-  static constexpr auto config = &state::VrfState::routingConfig;
   static Prefix prefix(const Kesh::IpGenAddr& address, int length) {
     return {address.v4Addr(), length};
   }
@@ -33,12 +31,9 @@ struct Ip4 {
   static constexpr const char* routesName = "IPv4 routes";
 };
 
-struct Ip6 {
-  using Prefix = Kesh::Ip6Prefix;
-  using Route = Vanta::Fib6::Route;
+struct Ip6 : state::Ip6 {
   static constexpr auto type = &RouteKind::type6;
   static constexpr auto routes = &state::VrfTables::routes6;
-  static constexpr auto config = &state::VrfState::routing6Config;
   static Prefix prefix(const Kesh::IpGenAddr& address, int length) {
     return {address.v6Addr(), length};
   }

@@ -3,6 +3,7 @@
 #include "Names.h"
 #include "Sections.h"
 #include "StaticRoutes.h"
+#include "state/Families.h"
 
 #include <map>
 #include <set>
@@ -39,51 +40,40 @@ struct VrfWriter {
 
 using VrfField = Field<VrfReader, VrfWriter>;
 
-/// Where each family has its tables.
-struct Ip4 {
-  using Prefix = Kesh::Prefix;
-  using Route = Vanta::Fib::Route;
-  using KernelError = Vanta::KernelUnprogrammedRoute::Error;
-  static constexpr auto config = &VrfState::routingConfig;
-  static constexpr auto inputs = &VrfState::routeInput;
+/// Where each family has the writer's sides of its tables.
+struct Ip4 : state::Ip4 {
   static constexpr auto routes = &VrfTables::routes;
-  static constexpr auto routeStatus = &VrfState::routingStatus;
+  static constexpr auto kernelErrorTable = &VrfTables::kernelErrors;
   static constexpr auto missing = &Missing::routes;
-  static constexpr auto kernelErrors = &VrfTables::kernelErrors;
-  static constexpr auto kernelView = &Vanta::KernelUnprogrammedRoute::UnprogrammedRoute::error;
 };
-struct Ip6 {
-  using Prefix = Kesh::Ip6Prefix;
-  using Route = Vanta::Fib6::Route;
-  using KernelError = Vanta::KernelUnprogrammedRoute::Error6;
-  static constexpr auto config = &VrfState::routing6Config;
-  static constexpr auto inputs = &VrfState::route6Input;
+struct Ip6 : state::Ip6 {
   static constexpr auto routes = &VrfTables::routes6;
-  static constexpr auto routeStatus = &VrfState::routing6Status;
+  static constexpr auto kernelErrorTable = &VrfTables::kernelErrors6;
   static constexpr auto missing = &Missing::routes6;
-  static constexpr auto kernelErrors = &VrfTables::kernelErrors6;
-  static constexpr auto kernelView = &Vanta::KernelUnprogrammedRoute::UnprogrammedRoute::error6;
 };
 
 template <class Family>
 constexpr VrfField configField(std::string_view name) {
   return {name,
           [](Node& node, VrfReader& vrf) {
-            readConfig<typename Family::Prefix>(node, vrf.state.*Family::config);
-            checkConfiguredVrf(node, vrf.state.name, vrf.state.*Family::config);
+            readConfig<typename Family::Prefix>(node, vrf.state.*Family::routingConfig);
+            checkConfiguredVrf(node, vrf.state.name, vrf.state.*Family::routingConfig);
           },
-          [](const VrfWriter& vrf) { return configPresent(vrf.state.*Family::config); },
-          [](Output& out, const VrfWriter& vrf) { writeConfig(out, vrf.state.*Family::config); }};
+          [](const VrfWriter& vrf) { return configPresent(vrf.state.*Family::routingConfig); },
+          [](Output& out, const VrfWriter& vrf) {
+            writeConfig(out, vrf.state.*Family::routingConfig);
+          }};
 }
 
 template <class Family>
 constexpr VrfField inputsField(std::string_view name) {
-  return {name,
-          [](Node& node, VrfReader& vrf) {
-            readInputs<typename Family::Prefix>(node, vrf.state.*Family::inputs);
-          },
-          [](const VrfWriter& vrf) { return !(vrf.state.*Family::inputs).empty(); },
-          [](Output& out, const VrfWriter& vrf) { writeInputs(out, vrf.state.*Family::inputs); }};
+  return {
+      name,
+      [](Node& node, VrfReader& vrf) {
+        readInputs<typename Family::Prefix>(node, vrf.state.*Family::routeInput);
+      },
+      [](const VrfWriter& vrf) { return !(vrf.state.*Family::routeInput).empty(); },
+      [](Output& out, const VrfWriter& vrf) { writeInputs(out, vrf.state.*Family::routeInput); }};
 }
 
 template <class Route>
@@ -108,9 +98,9 @@ constexpr VrfField routesField(std::string_view name) {
           (vrf.tables.*Family::routes)->insert(route);
         });
       },
-      [](const VrfWriter& vrf) { return (vrf.state.*Family::routeStatus)->route.members() > 0; },
+      [](const VrfWriter& vrf) { return (vrf.state.*Family::routingStatus)->route.members() > 0; },
       [](Output& out, const VrfWriter& vrf) {
-        writeTable(out, (vrf.state.*Family::routeStatus)->route,
+        writeTable(out, (vrf.state.*Family::routingStatus)->route,
                    [&](const Route& route) { writeFields(out, routeFields<Route>, route); });
       }};
 }
@@ -176,15 +166,15 @@ constexpr VrfField kernelField(std::string_view name) {
           [](Node& node, VrfReader& vrf) {
             readPrefixes<typename Family::Prefix>(node, [&](Node& element) {
               const Error error = readKernelError<Error>(element);
-              (vrf.tables.*Family::kernelErrors)->insert(error);
+              (vrf.tables.*Family::kernelErrorTable)->insert(error);
               return error.key;
             });
           },
           [](const VrfWriter& vrf) {
-            return ((*vrf.state.kernelUnprogrammedRoute).*Family::kernelView).members() > 0;
+            return ((*vrf.state.kernelUnprogrammedRoute).*Family::kernelErrors).members() > 0;
           },
           [](Output& out, const VrfWriter& vrf) {
-            const auto& view = (*vrf.state.kernelUnprogrammedRoute).*Family::kernelView;
+            const auto& view = (*vrf.state.kernelUnprogrammedRoute).*Family::kernelErrors;
             const auto scope = out.array(Output::Layout::lines);
             using View = std::decay_t<decltype(view)>;
             for (typename View::IteratorConst it(view); it; it.next()) {

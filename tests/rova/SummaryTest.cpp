@@ -21,8 +21,6 @@ struct Facts<Rova::Ip4Family> {
   static constexpr unsigned types = 37;
   static constexpr const char* traced = "Incrementing 7 of 37 of length 16";
   static constexpr std::size_t tracedTypes = 35;
-  static constexpr auto config = &state::VrfState::routingConfig;
-  static constexpr auto status = &state::VrfState::routingStatus;
   static auto*& neighbors(Device& device) { return device.tables.arp; }
   static auto*& otherNeighbors(Device& device) { return device.tables.neighbors; }
 };
@@ -32,8 +30,6 @@ struct Facts<Rova::Ip6Family> {
   static constexpr unsigned types = 22;
   static constexpr const char* traced = "Incrementing 4 of 22 of length 48";
   static constexpr std::size_t tracedTypes = 21;
-  static constexpr auto config = &state::VrfState::routing6Config;
-  static constexpr auto status = &state::VrfState::routing6Status;
   static auto*& neighbors(Device& device) { return device.tables.neighbors; }
   static auto*& otherNeighbors(Device& device) { return device.tables.arp; }
 };
@@ -60,7 +56,7 @@ struct SummaryTest : testing::Test {
 
   Rova::Summary<Family> open(const char* vrf = L3::defaultVrfName) {
     const auto& of = device.state.vrfs.front();
-    return Rova::Summary<Family>(of.*Facts<Family>::config, of.*Facts<Family>::status,
+    return Rova::Summary<Family>(of.*Family::routingConfig, of.*Family::routingStatus,
                                  device.state.arpVanta, device.state.vrfIdMap, vrf);
   }
   std::string routes() {
@@ -78,7 +74,7 @@ struct SummaryTest : testing::Test {
     Facts<Family>::neighbors(device)->insert(
         {{Vrf::VrfIdMap::VrfId(vrf), intf(interface), addr(Texts<Family>::hostAddress)}, {}});
   }
-  auto& config() { return device.state.vrfs.front().*Facts<Family>::config; }
+  auto& config() { return device.state.vrfs.front().*Family::routingConfig; }
   void configure(const char* prefix, std::uint8_t preference, bool dynamic) {
     const Routing::RouteKey key{prefixOf<Family>(prefix), preference};
     const auto configured = Lumo::newEntity<Routing::Route>(key);

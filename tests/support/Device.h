@@ -185,26 +185,16 @@ Lumo::Ptr<Rova::Sorter<Family>> openSorter(const Device& device, const Query& qu
   const auto& state = device.state;
   const state::VrfState* const vrf = state.vrf(query.vrf);
   if (!vrf) throw std::invalid_argument("no such VRF in the test: " + query.vrf);
-  const auto kernel = query.withoutKernelStatus ? nullptr : vrf->kernelUnprogrammedRoute;
-  const auto prefix = queriedPrefix<Family>(query);
-  const auto intf = queriedInterface(query);
-  if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
-    return Rova::routeSorterFactory(
-        vrf->routingConfig, vrf->routingStatus, state.forwardingStatus, state.forwarding6Status,
-        state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ipStatus,
-        state.routingHardwareStatus, state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable,
-        state.tunnelTableDir, prefix, intf, query.protocol, query.detail, query.longerPrefixes,
-        vrf->name, vrf->id, query.host, 1, 0.0, true, state.srTePolicyStatus,
-        state.policyForwardingStatus, false, state.unprogrammedRouteStatus);
-  } else {
-    return Rova::route6SorterFactory(
-        vrf->routing6Config, vrf->routing6Status, state.forwardingStatus, state.forwarding6Status,
-        state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ip6Status,
-        state.routing6HardwareStatus, state.nhEntryStatus, kernel, state.evpnVxlanTunnelTable,
-        state.tunnelTableDir, prefix, intf, query.protocol, query.detail, query.longerPrefixes,
-        vrf->name, vrf->id, query.host, 1, 0.0, true, query.byInterface, state.srTePolicyStatus,
-        state.policyForwardingStatus, false, state.unprogrammedRoute6Status);
-  }
+  state::VrfState shown = *vrf;
+  if (query.withoutKernelStatus) shown.kernelUnprogrammedRoute = nullptr;
+  return Rova::openSorter<Family>(state, shown,
+                                  {.prefix = queriedPrefix<Family>(query),
+                                   .intfStatus = queriedInterface(query),
+                                   .intf = query.byInterface,
+                                   .protocol = query.protocol,
+                                   .detail = query.detail,
+                                   .longerPrefixes = query.longerPrefixes,
+                                   .host = query.host});
 }
 
 /// The routes that a sorter selected, as texts in listing order.

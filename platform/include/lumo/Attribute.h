@@ -78,20 +78,25 @@
  protected:                                                                                        \
   Type x##_{};
 
-/// Names the type of the constructor argument that stands on this line.
-#define LUMO_ARGUMENT(Type) static ::Lumo::TypeList<Type> lumoArgument(::Lumo::Line<__LINE__>);
+/// Names the type of the constructor argument that stands on this line, and its field.
+#define LUMO_ARGUMENT(Type, field)                                                                 \
+  static ::Lumo::TypeList<Type> lumoArgument(::Lumo::Line<__LINE__>);                              \
+  template <class Self>                                                                            \
+  static auto& lumoField(Self& self, ::Lumo::Line<__LINE__>) {                                     \
+    return self.field;                                                                             \
+  }
 
 /// A constructor argument: readable, fixed for the object's life.
 #define LUMO_CTOR(Type, x)                                                                         \
   LUMO_READ(Type, x)                                                                               \
-  LUMO_ARGUMENT(Type)                                                                              \
+  LUMO_ARGUMENT(Type, x##_)                                                                        \
   LUMO_ROW((::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))       \
   LUMO_FIELD(Type, x)
 
 /// The same of a handle whose null has a meaning.
 #define LUMO_CTOR_OR_NULL(Type, x)                                                                 \
   LUMO_READ(Type, x)                                                                               \
-  LUMO_ARGUMENT(Type)                                                                              \
+  LUMO_ARGUMENT(Type, x##_)                                                                        \
   LUMO_ROW((::Lumo::mayBeNull(                                                                     \
       ::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::constructorArgument))))            \
   LUMO_FIELD(Type, x)
@@ -99,7 +104,7 @@
 /// A constructor argument that can be changed later.
 #define LUMO_CTOR_WRITABLE(Type, x)                                                                \
   LUMO_READ(Type, x)                                                                               \
-  LUMO_ARGUMENT(Type)                                                                              \
+  LUMO_ARGUMENT(Type, x##_)                                                                        \
   void x##Is(Type value) { x##_ = std::move(value); }                                              \
   LUMO_ROW(                                                                                        \
       (::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument)))    \
@@ -108,7 +113,7 @@
 /// The same of a handle whose null has a meaning.
 #define LUMO_CTOR_WRITABLE_OR_NULL(Type, x)                                                        \
   LUMO_READ(Type, x)                                                                               \
-  LUMO_ARGUMENT(Type)                                                                              \
+  LUMO_ARGUMENT(Type, x##_)                                                                        \
   void x##Is(Type value) { x##_ = std::move(value); }                                              \
   LUMO_ROW((::Lumo::mayBeNull(                                                                     \
       ::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument))))    \
@@ -118,7 +123,7 @@
 /// those of the class derived from it.
 #define LUMO_INHERITED(Type, x)                                                                    \
  public:                                                                                           \
-  LUMO_ARGUMENT(Type)                                                                              \
+  LUMO_ARGUMENT(Type, x)                                                                           \
   LUMO_ROW((::Lumo::scalarRow<&Self::x>(#x, ::Lumo::AttributeKind::constructorArgument)))
 
 /// A plain attribute that is a public field.
@@ -138,6 +143,10 @@
  public:                                                                                           \
   const Type& x() const requires(condition) { return x##_; }                                       \
   static ::Lumo::TypeList<Type> lumoArgument(::Lumo::Line<__LINE__>) requires(condition);          \
+  template <class Self>                                                                            \
+  static auto& lumoField(Self& self, ::Lumo::Line<__LINE__>) requires(condition) {                 \
+    return self.x##_;                                                                              \
+  }                                                                                                \
   LUMO_ROW_IF(condition,                                                                           \
               (::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))    \
   LUMO_FIELD(Type, x)

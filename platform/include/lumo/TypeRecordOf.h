@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <tuple>
 
 namespace Lumo {
 
@@ -67,6 +68,23 @@ constexpr auto constructorTypes() {
   };
   return [=]<int... at>(std::integer_sequence<int, at...>) {
     return decltype((TypeList<>() + ... + typeAt(Line<T::lumoBegin + at>())))();
+  }
+  (std::make_integer_sequence<int, T::lumoEnd - T::lumoBegin>());
+}
+
+/// References to the fields of the constructor's arguments, in the order of their lines: what a
+/// constructor with many arguments assigns to as one.
+template <class T>
+auto constructorFields(T& object) {
+  const auto fieldAt = [&]<int number>(Line<number> line) {
+    if constexpr (requires { T::lumoArgument(line); }) {
+      return std::tie(T::lumoField(object, line));
+    } else {
+      return std::tuple<>();
+    }
+  };
+  return [&]<int... at>(std::integer_sequence<int, at...>) {
+    return std::tuple_cat(fieldAt(Line<T::lumoBegin + at>())...);
   }
   (std::make_integer_sequence<int, T::lumoEnd - T::lumoBegin>());
 }

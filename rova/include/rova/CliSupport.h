@@ -15,6 +15,7 @@
 #include "rova/nexthopgroup/NexthopGroupHelper.h"
 #include "rova/nexthopgroup/NexthopGroupSummaryHelper.h"
 #include "rova/route/DisplayAttrInfo.h"
+#include "rova/route/OpenSorter.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"
 #include "rova/staticroute/StaticRoutesCliSaver.h"

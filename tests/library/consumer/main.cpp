@@ -7,14 +7,7 @@ int main() {
   const Lumo::ActivityLockHold hold;
   const state::DeviceBuilder device;
   const auto& state = device.state;
-  const auto& vrf = state.vrfs.front();
-  const auto sorter = Rova::routeSorterFactory(
-      vrf.routingConfig, vrf.routingStatus, state.forwardingStatus, state.forwarding6Status,
-      state.tunnelFib, state.arpVanta, state.vrfIdMap, state.allIntfConfig, state.ipStatus,
-      state.routingHardwareStatus, state.nhEntryStatus, vrf.kernelUnprogrammedRoute,
-      state.evpnVxlanTunnelTable, state.tunnelTableDir, Kesh::Prefix::nullPrefix(), nullptr, "",
-      false, false, vrf.name, vrf.id, false, 1, 0.0, true, state.srTePolicyStatus,
-      state.policyForwardingStatus, false, state.unprogrammedRouteStatus);
+  const auto sorter = Rova::openSorter<Rova::Ip4Family>(state, state.vrfs.front(), {});
   const auto fec = Rova::cachedFecFactory(Vanta::Fib::FecId(1));
   const bool known = Lumo::typeNode("Rova::RouteSorter") == sorter->fwkType() &&
                      Lumo::typeNode("Rova::CachedFec") == fec->fwkType();

@@ -1,26 +1,15 @@
-// The two address families, and every difference between them that the displays keep. Code asks a
-// family for the property; it never asks which family it has.
+// The two address families with every difference between them that the displays keep; their types
+// and the places of their state are those of state/Families.h. Code asks a family for the property;
+// it never asks which family it has.
 #pragma once
 
 #include "rova/core/Export.h"
 #include "rova/core/TypeNames.h"
-#include "state/DeviceState.h"
+#include "state/Families.h"
 
 namespace Rova {
 
-struct ROVA_EXPORT Ip4Family {
-  using Address = Kesh::IpAddr;
-  using Prefix = Kesh::Prefix;
-  using AddrWithMask = Kesh::IpAddrWithMask;
-  using RouteType = Routing::Fib::RouteType;
-  using Route = Vanta::Fib::Route;
-  using RouteStatus = Vanta::Fib::RouteStatus;
-  using Fec = Vanta::Fib::Fec;
-  using IpStatus = Ip::Status;
-  using HardwareStatus = Routing::Hardware::Status;
-  using UnprogrammedRouteStatus = Vanta::Fib::UnprogrammedRouteStatus;
-  using KernelError = Vanta::KernelUnprogrammedRoute::Error;
-
+struct ROVA_EXPORT Ip4Family : state::Ip4 {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "RouteSorter";
   static constexpr const char* sorterTypeName = "Rova::RouteSorter";
@@ -52,12 +41,6 @@ struct ROVA_EXPORT Ip4Family {
   /// Rows keep the next hop of a directly connected via; IPv6 leaves it out to tell such rows.
   static constexpr bool hidesConnectedNexthops = false;
 
-  static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
-    return status.error;
-  }
-
-  /// The neighbours of the family, those of all VRFs.
-  static const auto& neighbors(const Arp::Table::Status& status) { return status.arpEntry; }
   /// The host table shows these types as going to the processor, whatever their FEC holds: IPv4
   /// receives broadcasts too, where the same number of IPv6 is the attached type.
   static constexpr bool hostGoesToCpu(RouteType type) {
@@ -80,19 +63,7 @@ struct ROVA_EXPORT Ip4Family {
   }
 };
 
-struct ROVA_EXPORT Ip6Family {
-  using Address = Kesh::Ip6Addr;
-  using Prefix = Kesh::Ip6Prefix;
-  using AddrWithMask = Kesh::Ip6AddrWithMask;
-  using RouteType = Routing6::Fib::RouteType;
-  using Route = Vanta::Fib6::Route;
-  using RouteStatus = Vanta::Fib6::RouteStatus;
-  using Fec = Vanta::Fib6::Fec;
-  using IpStatus = Ip6::Status;
-  using HardwareStatus = Routing6::Hardware::Status;
-  using UnprogrammedRouteStatus = Vanta::Fib6::UnprogrammedRouteStatus;
-  using KernelError = Vanta::KernelUnprogrammedRoute::Error6;
-
+struct ROVA_EXPORT Ip6Family : state::Ip6 {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "Route6Sorter";
   static constexpr const char* sorterTypeName = "Rova::Route6Sorter";
@@ -112,11 +83,6 @@ struct ROVA_EXPORT Ip6Family {
   static constexpr bool printsSingleEvpnViaDirectly = false;
   static constexpr bool hidesConnectedNexthops = true;
 
-  static const auto& kernelErrors(const Vanta::KernelUnprogrammedRoute::UnprogrammedRoute& status) {
-    return status.error6;
-  }
-
-  static const auto& neighbors(const Arp::Table::Status& status) { return status.neighborEntry; }
   static constexpr bool hostGoesToCpu(RouteType type) {
     return type == RouteType::receive || type == RouteType::receiveAll;
   }

@@ -88,7 +88,7 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   /// The constructor arguments in their order; the object is loaded when it returns.
   template <class... Arguments>
   explicit Sorter(Arguments&&... arguments) {
-    constructorFields() = std::forward_as_tuple(std::forward<Arguments>(arguments)...);
+    Lumo::constructorFields(*this) = std::forward_as_tuple(std::forward<Arguments>(arguments)...);
     handleInitialized();
   }
   const Lumo::TypeRecord* fwkType() const override { return &lumoType; }
@@ -117,24 +117,6 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   Forwarding forwarding();
 
  private:
-  auto constructorFields() {
-    return std::tuple_cat(
-        std::tie(routingConfig_, routingStatus_, forwardingStatus_, forwarding6Status_, tunnelFib_,
-                 arpVanta_, vrfIdMap_, allIntfConfig_, ipStatus_, routingHardwareStatus_,
-                 nhEntryStatus_, kernelUnprogrammedRoute_, evpnVxlanTunnelTable_, tunnelTableDir_,
-                 prefix_, intfStatus_, protocol_, detail_, longerPrefixes_, vrfName_, vrfId_, host_,
-                 fd_, quantify_, originalMask_),
-        intfField(),
-        std::tie(srTePolicyStatus_, policyForwardingStatus_, degradeNhgModel_,
-                 unprogrammedRouteStatus_));
-  }
-  auto intfField() {
-    if constexpr (Family::hasIntfFlag) {
-      return std::tie(intf_);
-    } else {
-      return std::tuple();
-    }
-  }
   void loadAddresses();
   void findTunnelTables();
 };
