@@ -15,7 +15,7 @@ namespace {
 
 /// Writes what the program says of itself; a refused write is an error as it is for a listing.
 ExitStatus print(const std::string& words) {
-  scrivo::Printer printer(STDOUT_FILENO, text, false, false, true, 0);
+  scrivo::Printer printer(STDOUT_FILENO, text);
   printer.addFrills("%s", words);
   printer.close();
   return success;

@@ -133,7 +133,7 @@ ExitStatus showRoute(Words& words, const Options& options) {
     return success;
   }
   // The document around the listings, which write into it: it is flushed ahead of each of them.
-  scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer frame(STDOUT_FILENO, options.format);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   frame.start();
   printNotes(frame, notes);

@@ -144,7 +144,7 @@ ExitStatus showStatic(Words& words, const Options& options) {
   const auto [device, notes] = openState(options, routesOf(query.vrf));
   const auto& vrf = chosenVrf(device, query.vrf, options);
   // The document around the dump, which writes into it: it is flushed ahead of it.
-  scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer frame(STDOUT_FILENO, options.format);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   vrfName.setValue(vrf.name.stringValue());
   frame.start();

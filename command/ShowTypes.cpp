@@ -158,7 +158,7 @@ const TypeRecord& takeType(Words& words) {
 ExitStatus showTypes(Words& words, const Options& options) {
   const TypeRecord* const chosen = words.atEnd() ? nullptr : &takeType(words);
   if (!words.atEnd()) words.fail("nothing is expected behind the name of the type");
-  scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer printer(STDOUT_FILENO, options.format);
   TypePrinter types(printer);
   printer.start();
   printer.startDict("types");
