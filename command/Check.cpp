@@ -1,6 +1,7 @@
 #include "command/Check.h"
 
 #include "command/OpenState.h"
+#include "command/OwnAddress.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Printer.h"
@@ -21,7 +22,7 @@ using Refusal = std::optional<std::string>;
 
 ExitStatus printVerdict(const Refusal& refusal, const sources::Notes& notes,
                         const Options& options) {
-  scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer printer(STDOUT_FILENO, options.format);
   scrivo::BoolAttrInfo acceptable(printer, "acceptable");
   scrivo::StringAttrInfo message(printer, "message");
   printer.start();
@@ -127,14 +128,6 @@ std::string takeVrf(Words& words) {
   return name;
 }
 
-bool isOwnAddress(const state::DeviceState& device, const Kesh::IpGenAddr& hop,
-                  const L3::VrfName& vrf) {
-  if (hop.af() == Kesh::AddressFamily::ip4) {
-    return Rova::InvalidNextHopChecker().check(device.ipConfig, hop.v4Addr(), vrf);
-  }
-  return Rova::InvalidNextHop6Checker().check(device.ip6Config, hop.v6Addr(), vrf);
-}
-
 } // namespace
 
 ExitStatus checkAddress(Words& words, const Options& options) {
@@ -150,10 +143,8 @@ ExitStatus checkNextHop(Words& words, const Options& options) {
   if (!hop) words.failAtLast("\"" + std::string(word) + "\" is no IPv4 or IPv6 address");
   const auto name = words.atEnd() ? std::string(L3::defaultVrfName) : takeVrf(words);
   const auto [device, notes] = openForCheck(options, name);
-  const auto& vrf = chosenVrf(device, name, options);
-  if (!isOwnAddress(device, *hop, vrf.name)) return printVerdict({}, notes, options);
-  return printVerdict(hop->stringValue().str() + " is an address of this device in VRF " + name,
-                      notes, options);
+  chosenVrf(device, name, options);
+  return printVerdict(ownAddressRefusal(device, *hop, name), notes, options);
 }
 
 ExitStatus checkRouteDistinguisher(Words& words, const Options& options) {

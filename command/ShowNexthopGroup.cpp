@@ -1,12 +1,12 @@
 #include "command/ShowNexthopGroup.h"
 
-#include "command/Nearest.h"
 #include "command/OpenState.h"
 #include "command/Signals.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 #include "sources/SourceError.h"
+#include "state/NoSuch.h"
 
 #include <set>
 #include <type_traits>
@@ -56,7 +56,7 @@ void requireGroup(const state::DeviceState& device, const std::string& name,
   }
   if (known.contains(name)) return;
   throw sources::SourceError(sources::inputName(options.state) + ": " +
-                             noSuch("nexthop group", name, {known.begin(), known.end()}));
+                             state::noSuch("nexthop group", name, {known.begin(), known.end()}));
 }
 
 Lumo::Ptr<Rova::NexthopGroupCounterHelper> makeCounters(const state::DeviceState& device) {
