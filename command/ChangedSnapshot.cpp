@@ -1,6 +1,6 @@
 #include "command/ChangedSnapshot.h"
 
-#include "command/Words.h"
+#include "command/grammar/UsageError.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Shown.h"

@@ -1,11 +1,7 @@
-// Where the state comes from and how the output looks: the words of the command line that begin
-// with
-// "-", ahead of the command or behind it.
+// Where the state comes from and how the output looks: what the options of a command line say.
 #pragma once
 
-#include <span>
 #include <string>
-#include <vector>
 
 namespace command {
 
@@ -23,14 +19,8 @@ struct Options {
   bool counters = false;
   std::string into; ///< where a changed snapshot goes; empty for its own file
   bool dryRun = false;
-  bool help = false;
-  bool version = false;
   /// Seconds of the framework's clock at which the program began to work on the command.
   double startTime = 0;
 };
-
-/// Reads the options among the arguments; those that are none, and everything behind "--", are
-/// appended to `rest`. Raises UsageError for an option that does not exist or lacks its value.
-Options parseOptions(std::span<const char* const> arguments, std::vector<const char*>& rest);
 
 } // namespace command

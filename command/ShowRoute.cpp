@@ -123,8 +123,8 @@ sources::Needs needsOf(const QueryOf<Listing>& query) {
 }
 
 template <class Listing>
-ExitStatus showRoute(Words& words, const Options& options) {
-  const auto query = parseRouteQuery<typename Listing::Family::Prefix>(words);
+ExitStatus showRoute(const grammar::Parsed& parsed, const Options& options) {
+  const auto query = routeQuery<typename Listing::Family::Prefix>(parsed);
   const auto [device, notes] = openState(options, needsOf<Listing>(query));
   const auto vrfs = chosenVrfs(device, query.vrf, options);
   if (query.interface) requireInterface(device, *query.interface, options);
@@ -157,12 +157,12 @@ ExitStatus showRoute(Words& words, const Options& options) {
 
 } // namespace
 
-ExitStatus showIpRoute(Words& words, const Options& options) {
-  return showRoute<Ip4Listing>(words, options);
+ExitStatus showIpRoute(const grammar::Parsed& parsed, const Options& options) {
+  return showRoute<Ip4Listing>(parsed, options);
 }
 
-ExitStatus showIpv6Route(Words& words, const Options& options) {
-  return showRoute<Ip6Listing>(words, options);
+ExitStatus showIpv6Route(const grammar::Parsed& parsed, const Options& options) {
+  return showRoute<Ip6Listing>(parsed, options);
 }
 
 } // namespace command

@@ -5,6 +5,7 @@
 #include "command/OwnAddress.h"
 #include "command/StaticLineParser.h"
 #include "command/StaticLines.h"
+#include "command/grammar/UsageError.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Shown.h"
 #include "sources/Source.h"
@@ -68,9 +69,8 @@ Lines allLines(const state::DeviceState& device) {
 
 } // namespace
 
-ExitStatus loadStatic(Words& words, const Options& options) {
-  const std::string path(words.take("the name of a file, or - for standard input"));
-  if (!words.atEnd()) words.fail("nothing is expected behind the name of the file");
+ExitStatus loadStatic(const grammar::Parsed& parsed, const Options& options) {
+  const auto path = parsed.text("file");
   Options target = options;
   if (sources::isKernel(options.state)) target.state = options.into;
   if (target.state.empty()) {
