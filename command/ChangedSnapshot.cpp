@@ -1,9 +1,9 @@
 #include "command/ChangedSnapshot.h"
 
-#include "command/Words.h"
+#include "command/grammar/UsageError.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
-#include "sources/SourceError.h"
+#include "scrivo/Shown.h"
 #include "sources/snapshot/Snapshot.h"
 
 #include <cstdio>
@@ -32,8 +32,8 @@ void requireTarget(std::string_view command, const Options& options) {
 
 std::function<void()> tellWaiting(const std::string& path) {
   return [path] {
-    const sources::SourceError told(path + ": waiting for another process that changes it");
-    std::fprintf(stderr, "rova: %s\n", told.what());
+    std::fprintf(stderr, "rova: %s: waiting for another process that changes it\n",
+                 scrivo::shown(path).c_str());
   };
 }
 

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "command/Options.h"
-#include "command/Words.h"
+#include "command/grammar/Parsed.h"
 
 namespace command {
 
-ExitStatus checkAddress(Words& words, const Options& options);
-ExitStatus checkNextHop(Words& words, const Options& options);
-ExitStatus checkRouteDistinguisher(Words& words, const Options& options);
+ExitStatus checkAddress(const grammar::Parsed& parsed, const Options& options);
+ExitStatus checkNextHop(const grammar::Parsed& parsed, const Options& options);
+ExitStatus checkRouteDistinguisher(const grammar::Parsed& parsed, const Options& options);
 
 } // namespace command

@@ -30,9 +30,8 @@ Lines clear(const state::DeviceState& device, const Lumo::String& interface) {
 
 } // namespace
 
-ExitStatus clearStatic(Words& words, const Options& options) {
-  const std::string interface(words.take("the name of an interface"));
-  if (!words.atEnd()) words.fail("nothing is expected behind the name of the interface");
+ExitStatus clearStatic(const grammar::Parsed& parsed, const Options& options) {
+  const auto interface = parsed.text("interface");
   if (sources::isKernel(options.state)) {
     throw sources::SourceError(options.state + ": static routes are cleared in snapshots alone; " +
                                "--state names the file of one");

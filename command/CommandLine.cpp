@@ -1,39 +1,46 @@
 #include "command/CommandLine.h"
 
 #include "command/Commands.h"
+#include "command/Options.h"
+#include "command/ShowHelp.h"
+#include "command/grammar/Help.h"
+#include "command/grammar/Parser.h"
 #include "lumo/ActivityLock.h"
 #include "lumo/System.h"
 #include "rova/Version.h"
-#include "scrivo/Printer.h"
-
-#include <unistd.h>
-#include <vector>
 
 namespace command {
 
 namespace {
 
-/// Writes what the program says of itself; a refused write is an error as it is for a listing.
-ExitStatus print(const std::string& words) {
-  scrivo::Printer printer(STDOUT_FILENO, text, false, false, true, 0);
-  printer.addFrills("%s", words);
-  printer.close();
-  return success;
+Options optionsOf(const grammar::Arguments& arguments, double startTime) {
+  Options options;
+  if (const auto* const state = arguments.find("--state")) options.state = *state;
+  if (const auto* const format = arguments.find("--format")) {
+    options.format = *format == "json" ? json : text;
+  }
+  options.timing = arguments.find("--timing");
+  options.olderNexthopGroups = arguments.find("--older-nexthop-groups");
+  options.counters = arguments.find("--counters");
+  if (const auto* const into = arguments.find("--into")) options.into = *into;
+  options.dryRun = arguments.find("--dry-run");
+  options.startTime = startTime;
+  return options;
 }
 
 } // namespace
 
-ExitStatus runCommandLine(std::span<const char* const> arguments) {
+ExitStatus runCommandLine(std::span<const char* const> words) {
   const double startTime = Lumo::System::currentTime();
-  std::vector<const char*> commandWords;
-  Options options = parseOptions(arguments, commandWords);
-  options.startTime = startTime;
-  if (options.help) return print(helpText());
-  if (options.version) return print("rova " ROVA_VERSION "\n");
-  Words words(commandWords);
-  if (words.dropTrailingPipe("json")) options.format = json;
+  const auto& table = commandGrammar();
+  const auto arguments = grammar::splitArguments(table, words);
+  if (arguments.find("--help")) return printOwnWords(grammar::helpText(table, arguments.words));
+  if (arguments.words.empty() && arguments.find("--version")) {
+    return printOwnWords("rova " ROVA_VERSION "\n");
+  }
+  const auto parsed = grammar::parse(table, arguments);
   const Lumo::ActivityLockHold lock;
-  return runCommand(words, options);
+  return parsed.command().run(parsed, optionsOf(arguments, startTime));
 }
 
 } // namespace command

@@ -1,8 +1,9 @@
+// The table of the commands. A new one is a row here, with its parts if it has any, and a handler.
 #include "command/Commands.h"
 
 #include "command/Check.h"
 #include "command/ClearStatic.h"
-#include "command/RouteQuery.h"
+#include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
 #include "command/ShowRoute.h"
 #include "command/ShowStatic.h"
@@ -10,113 +11,258 @@
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
 
-#include <algorithm>
-#include <vector>
+#include <array>
 
 namespace command {
 
 namespace {
 
-constexpr std::string_view routeArguments =
-    "[vrf NAME|all] [ADDRESS | PREFIX [longer-prefixes]] [detail] [PROTOCOL] [interface NAME] | "
-    "[vrf NAME|all] host|summary";
+using grammar::Beginning;
+using grammar::Command;
+using grammar::Keyword;
+using grammar::Kind;
+using grammar::Option;
+using grammar::Part;
+using grammar::Scope;
 
-constexpr Command commands[] = {
-    {"show ip route", routeArguments,
-     "The IPv4 routing table of a VRF, its host route table, or a summary of it.", showIpRoute},
-    {"show ipv6 route", routeArguments,
-     "The IPv6 routing table of a VRF, its host route table, or a summary of it.", showIpv6Route},
-    {"show nexthop-group", "[NAME | summary] [vrf NAME]",
-     "The nexthop groups of a VRF, or how many there are of each type and size.", showNexthopGroup},
-    {"show running-config static", "[vrf NAME|all] [all]",
-     "The configuration lines of the static routes of a VRF, with all also the defaults in them.",
-     showStaticConfig},
-    {"show static", "[dynamic] [tag N] [vrf NAME]",
-     "The static routes that agents hand to routing in a VRF.", showStatic},
-    {"check address", "ADDRESS/LENGTH interface NAME [secondary] [replace]",
-     "Whether an interface may get an address, beside or in place of those that it has.",
-     checkAddress},
-    {"check next-hop", "ADDRESS [vrf NAME]",
-     "Whether a static route may lead to a next hop: to none that is the device itself.",
-     checkNextHop},
-    {"check rd", "RD vrf NAME", "Whether a route distinguisher is free for a VRF.",
-     checkRouteDistinguisher},
-    {"clear static interface", "NAME [--into FILE] [--dry-run]",
-     "Take the static routes through an interface out of a snapshot; shows their lines.",
-     clearStatic},
-    {"static load", "FILE --into SNAPSHOT [--dry-run]",
-     "Enter the configuration lines of a file, - for standard input, into a snapshot; shows them.",
-     loadStatic},
-    {"snapshot save", "FILE", "Write the state that is shown to a file, - for standard output.",
-     saveSnapshot},
-    {"types", "[NAME]",
-     "The library's types, or one of them with its attributes, as access by name sees them.",
-     showTypes},
+constexpr Option options[] = {
+    {.name = "--state",
+     .kind = Kind::source,
+     .scope = Scope::all,
+     .help = "where the state comes from: kernel (this machine, the default), kernel:NAME (a "
+             "network namespace), or the file of a snapshot, - for standard input"},
+    {.name = "--format",
+     .kind = Kind::format,
+     .scope = Scope::all,
+     .piped = true,
+     .help = "how the output looks; a trailing \"| json\" does the same"},
+    {.name = "--timing", .help = "end a listing with the time that it took (text only)"},
+    {.name = "--older-nexthop-groups", .help = "show nexthop group routes in their older form"},
+    {.name = "--counters", .help = "show the packets and bytes of nexthop group entries"},
+    {.name = "--into",
+     .kind = Kind::file,
+     .help = "the file that the changed snapshot goes to, and for static load the snapshot itself "
+             "where --state names none"},
+    {.name = "--dry-run", .help = "show the lines, and write nothing"},
+    {.name = "--help",
+     .shortName = "-h",
+     .scope = Scope::all,
+     .help = "what the command is for, and all that may stand in it"},
+    {.name = "--version", .scope = Scope::itself, .help = "the version of the program"},
 };
 
-/// The word at a level of a command's path; empty behind its end.
-std::string_view pathWord(const Command& command, std::size_t level) {
-  std::string_view rest = command.path;
-  for (; level > 0 && !rest.empty(); --level) {
-    const auto blank = rest.find(' ');
-    rest = blank == rest.npos ? std::string_view() : rest.substr(blank + 1);
-  }
-  return rest.substr(0, rest.find(' '));
+constexpr std::string_view listingOptions[] = {"--timing", "--older-nexthop-groups"};
+constexpr std::string_view counterOptions[] = {"--counters"};
+constexpr std::string_view changeOptions[] = {"--into", "--dry-run"};
+
+/// The families differ in what an address is, and in the protocols that they have.
+constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPrefix) {
+  return std::array{
+      Part{.name = "vrf",
+           .kind = Kind::vrfOrAll,
+           .help = "that VRF in place of the default one, or all"},
+      Part{.name = "target",
+           .keyword = Keyword::none,
+           .kind = target,
+           .help = "the route to an address, or a prefix; the longest one that covers it"},
+      Part{.name = "longer-prefixes",
+           .needs = "target",
+           .why = needsPrefix,
+           .help = "all routes inside the prefix"},
+      Part{.name = "detail", .help = "more routes, and the descriptions of interfaces"},
+      Part{.name = "interface", .kind = Kind::interface, .help = "the routes through an interface"},
+      Part{.name = "protocol",
+           .keyword = Keyword::none,
+           .kind = protocol,
+           .help = "the routes of a protocol"},
+      Part{.name = "host",
+           .beside = "vrf",
+           .why = "host goes with vrf alone: the host route table is shown as a whole",
+           .help = "the host route table, with the neighbours"},
+      Part{.name = "summary",
+           .beside = "vrf",
+           .why = "summary goes with vrf alone: it counts the whole table",
+           .help = "how many routes there are of each kind and mask length"},
+  };
 }
+constexpr auto ip4RouteParts =
+    routeParts(Kind::ip4Target, Kind::protocol,
+               "longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes");
+constexpr auto ip6RouteParts =
+    routeParts(Kind::ip6Target, Kind::protocol6,
+               "longer-prefixes needs a prefix ahead of it, as in 2001:db8::/32 longer-prefixes");
 
-/// The different words of the candidates at a level.
-std::vector<std::string_view> wordsAt(const std::vector<const Command*>& candidates,
-                                      std::size_t level) {
-  std::vector<std::string_view> words;
-  for (const Command* candidate : candidates) {
-    const auto word = pathWord(*candidate, level);
-    if (std::find(words.begin(), words.end(), word) == words.end()) words.push_back(word);
-  }
-  return words;
-}
+constexpr Part nexthopGroupParts[] = {
+    {.name = "name",
+     .keyword = Keyword::optional,
+     .kind = Kind::nexthopGroup,
+     .help = "that group alone, with name ahead where it is called as a keyword"},
+    {.name = "vrf", .kind = Kind::vrf, .help = "that VRF in place of the default one"},
+    {.name = "summary",
+     .beside = "vrf",
+     .why = "the summary is of all nexthop groups; leave the name out",
+     .help = "how many groups there are of each type and size"},
+};
 
-const Command& findCommand(Words& words) {
-  std::vector<const Command*> candidates;
-  for (const Command& command : commands) candidates.push_back(&command);
-  for (std::size_t level = 0;; ++level) {
-    const auto alternatives = wordsAt(candidates, level);
-    if (alternatives.size() == 1 && alternatives[0].empty()) return *candidates[0];
-    const int chosen = words.takeKeyword(alternatives);
-    if (chosen < 0) words.failExpecting(alternatives);
-    const auto word = alternatives[static_cast<std::size_t>(chosen)];
-    std::erase_if(candidates, [&](const Command* c) { return pathWord(*c, level) != word; });
-  }
-}
+constexpr Part staticConfigParts[] = {
+    {.name = "vrf", .kind = Kind::vrfOrAll, .help = "that VRF in place of the default one, or all"},
+    {.name = "all", .help = "the preference and the tag also where they are the defaults"},
+};
 
-} // namespace
+constexpr Part staticParts[] = {
+    {.name = "dynamic", .help = "the routes that are no configuration, in place of those that are"},
+    {.name = "tag", .kind = Kind::tag, .help = "the routes of that tag"},
+    {.name = "vrf", .kind = Kind::vrf, .help = "that VRF in place of the default one"},
+};
 
-ExitStatus runCommand(Words& words, const Options& options) {
-  return findCommand(words).run(words, options);
-}
+constexpr Part checkAddressParts[] = {
+    {.name = "address",
+     .keyword = Keyword::none,
+     .kind = Kind::addressWithLength,
+     .required = true,
+     .help = "the address, IPv4 or IPv6, with its mask length"},
+    {.name = "interface",
+     .kind = Kind::interface,
+     .required = true,
+     .help = "the interface that is to get it"},
+    {.name = "secondary", .help = "as a secondary address (IPv4)"},
+    {.name = "replace", .help = "in place of the address that it has (IPv4)"},
+};
 
-std::string helpText() {
-  std::string text =
-      "usage: rova [OPTION...] COMMAND... [OPTION...]\n\ncommands (words may be abbreviated):\n";
-  for (const Command& command : commands) {
-    text += "  " + std::string(command.path) + " " + std::string(command.arguments) + "\n      " +
-            std::string(command.help) + "\n";
-  }
-  text += "\nPROTOCOL is one of:\n  " + protocolWordList(false) + "\nor for IPv6 one of:\n  " +
-          protocolWordList(true) + "\n";
-  text += R"(
-options:
-  --state SOURCE          where the state comes from: kernel (this machine, the default),
-                          kernel:NAME (a network namespace), or the file of a snapshot, - for
-                          standard input
-  --format text|json      how the output looks; a trailing "| json" does the same
-  --timing                end a listing with the time that it took (text only)
-  --older-nexthop-groups  show nexthop group routes in their older form
-  --counters              show the packets and bytes of nexthop group entries
-  --into FILE             clear and static load: the file that the changed snapshot goes to, and
-                          the snapshot itself where --state names none
-  --dry-run               clear and static load: show the lines, and write nothing
-  --help, --version
+constexpr Part checkNextHopParts[] = {
+    {.name = "address",
+     .keyword = Keyword::none,
+     .kind = Kind::address,
+     .required = true,
+     .help = "the next hop"},
+    {.name = "vrf", .kind = Kind::vrf, .help = "the VRF of the route, if not the default one"},
+};
 
+constexpr Part checkRdParts[] = {
+    {.name = "rd",
+     .keyword = Keyword::none,
+     .kind = Kind::routeDistinguisher,
+     .required = true,
+     .help = "the route distinguisher, ASN:N or A.B.C.D:N"},
+    {.name = "vrf",
+     .kind = Kind::vrf,
+     .required = true,
+     .help = "the VRF that is to get it, which need not be there yet"},
+};
+
+constexpr Part clearStaticParts[] = {
+    {.name = "interface",
+     .keyword = Keyword::none,
+     .kind = Kind::interface,
+     .required = true,
+     .help = "the interface that goes"},
+};
+
+constexpr Part staticLoadParts[] = {
+    {.name = "file",
+     .keyword = Keyword::none,
+     .kind = Kind::inputFile,
+     .required = true,
+     .help = "the lines, as show running-config static writes them; - for standard input"},
+};
+
+constexpr Part snapshotSaveParts[] = {
+    {.name = "file",
+     .keyword = Keyword::none,
+     .kind = Kind::outputFile,
+     .required = true,
+     .help = "the file; - for standard output"},
+};
+
+constexpr Part typesParts[] = {
+    {.name = "type",
+     .keyword = Keyword::none,
+     .kind = Kind::type,
+     .help = "that type, with or without its namespace"},
+};
+
+constexpr Part helpParts[] = {
+    {.name = "command",
+     .keyword = Keyword::none,
+     .kind = Kind::command,
+     .help = "the command, or the words that some commands begin with"},
+};
+
+constexpr Command commands[] = {
+    {.path = "show ip route",
+     .parts = ip4RouteParts,
+     .options = listingOptions,
+     .help = "The IPv4 routing table of a VRF, its host route table, or a summary of it.",
+     .run = showIpRoute},
+    {.path = "show ipv6 route",
+     .parts = ip6RouteParts,
+     .options = listingOptions,
+     .help = "The IPv6 routing table of a VRF, its host route table, or a summary of it.",
+     .run = showIpv6Route},
+    {.path = "show nexthop-group",
+     .parts = nexthopGroupParts,
+     .options = counterOptions,
+     .help = "The nexthop groups of a VRF, or how many there are of each type and size.",
+     .run = showNexthopGroup},
+    {.path = "show running-config static",
+     .parts = staticConfigParts,
+     .help = "The configuration lines of the static routes of a VRF, with all also the defaults in "
+             "them.",
+     .run = showStaticConfig},
+    {.path = "show static",
+     .parts = staticParts,
+     .help = "The static routes that agents hand to routing in a VRF.",
+     .run = showStatic},
+    {.path = "check address",
+     .parts = checkAddressParts,
+     .help = "Whether an interface may get an address, beside or in place of those that it has.",
+     .run = checkAddress},
+    {.path = "check next-hop",
+     .parts = checkNextHopParts,
+     .help = "Whether a static route may lead to a next hop: to none that is the device itself.",
+     .run = checkNextHop},
+    {.path = "check rd",
+     .parts = checkRdParts,
+     .help = "Whether a route distinguisher is free for a VRF.",
+     .run = checkRouteDistinguisher},
+    {.path = "clear static interface",
+     .parts = clearStaticParts,
+     .options = changeOptions,
+     .help = "Take the static routes through an interface out of a snapshot; shows their lines.",
+     .run = clearStatic},
+    {.path = "static load",
+     .parts = staticLoadParts,
+     .options = changeOptions,
+     .help = "Enter the configuration lines of a file into a snapshot; shows those that are new.",
+     .run = loadStatic},
+    {.path = "snapshot save",
+     .parts = snapshotSaveParts,
+     .help = "Write the state that is shown to a file.",
+     .run = saveSnapshot},
+    {.path = "types",
+     .parts = typesParts,
+     .help =
+         "The library's types, or one of them with its attributes, as access by name sees them.",
+     .run = showTypes},
+    {.path = "help",
+     .parts = helpParts,
+     .help = "What a command is for, and all that may stand in it; the same as COMMAND --help.",
+     .run = showHelp},
+};
+
+constexpr Beginning beginnings[] = {
+    {.path = "show", .help = "What the state has, as displays."},
+    {.path = "show ip", .help = "What the state has of IPv4."},
+    {.path = "show ipv6", .help = "What the state has of IPv6."},
+    {.path = "show running-config", .help = "The configuration, as lines."},
+    {.path = "check", .help = "Whether something may be configured: acceptable, or refused."},
+    {.path = "clear", .help = "Take configuration out of a snapshot."},
+    {.path = "clear static", .help = "Take static routes out of a snapshot."},
+    {.path = "static", .help = "Static routes of a snapshot."},
+    {.path = "snapshot", .help = "The state as a file."},
+};
+
+constexpr std::string_view notes = R"(
 examples:
   rova show ip route
   rova show ip route 10.1.2.3
@@ -124,11 +270,16 @@ examples:
   rova show ip route vrf all host
   rova show ip route vrf all summary
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
+  rova help show ip route
 
 exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt (129
 after a hangup, 143 when terminated)
 )";
-  return text;
-}
+
+constexpr grammar::Grammar table{commands, beginnings, options, notes};
+
+} // namespace
+
+const grammar::Grammar& commandGrammar() { return table; }
 
 } // namespace command

@@ -1,7 +1,7 @@
 #include "command/InterfaceChoice.h"
 
-#include "command/Nearest.h"
 #include "sources/SourceError.h"
+#include "state/NoSuch.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -124,7 +124,7 @@ void requireInterface(const state::DeviceState& device, const std::string& name,
   const Named named(device);
   if (named.has(Kesh::IntfId(Lumo::String(name)))) return;
   throw sources::SourceError(sources::inputName(options.state) + ": " +
-                             noSuch("interface", name, named.names()));
+                             state::noSuch("interface", name, named.names()));
 }
 
 } // namespace command

@@ -47,7 +47,7 @@ class MemoryFile {
 template <class Print>
 std::string membersOf(Print&& print) {
   const MemoryFile file;
-  scrivo::Printer printer(file.descriptor(), scrivo::modelFormat, false, false, true, 0);
+  scrivo::Printer printer(file.descriptor(), scrivo::modelFormat);
   print(printer);
   printer.close();
   return file.text();
@@ -95,7 +95,7 @@ void renderWithNotes(const sources::Notes& notes, int fd, unsigned format,
   const MemoryFile document;
   render(document.descriptor());
   const auto first = membersOf([&](scrivo::Printer& printer) { printNotes(printer, notes); });
-  scrivo::Printer out(fd, scrivo::textFormat, false, false, true, 0);
+  scrivo::Printer out(fd, scrivo::textFormat);
   const auto rest = document.text().substr(1);
   out.addFrills("{%s,%s", scrivo::verbatim(first), scrivo::verbatim(rest));
   out.close();

@@ -1,7 +1,7 @@
 // What a route listing was asked for.
 #pragma once
 
-#include "command/Words.h"
+#include "command/grammar/Parsed.h"
 #include "kesh/Prefix.h"
 
 #include <optional>
@@ -22,11 +22,8 @@ struct RouteQuery {
   std::optional<std::string> interface;
 };
 
-/// Reads the rest of the words; every part may stand once, in any order.
+/// The query of `show ip route` or `show ipv6 route`.
 template <class Prefix>
-RouteQuery<Prefix> parseRouteQuery(Words& words);
-
-/// The protocol words, or those of IPv6 alone, separated by blanks.
-std::string protocolWordList(bool ip6);
+RouteQuery<Prefix> routeQuery(const grammar::Parsed& parsed);
 
 } // namespace command

@@ -1,12 +1,12 @@
 #include "command/ShowNexthopGroup.h"
 
-#include "command/Nearest.h"
 #include "command/OpenState.h"
 #include "command/Signals.h"
 #include "command/VrfChoice.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 #include "sources/SourceError.h"
+#include "state/NoSuch.h"
 
 #include <set>
 #include <type_traits>
@@ -15,34 +15,6 @@
 namespace command {
 
 namespace {
-
-struct NexthopGroupQuery {
-  bool summary = false;
-  std::string name; ///< empty for all groups
-  std::string vrf = L3::defaultVrfName;
-};
-
-/// Names of groups are the user's own, so the keywords among them are not abbreviated, and `name`
-/// ahead of one takes it whatever it is.
-NexthopGroupQuery parseQuery(Words& words) {
-  NexthopGroupQuery query;
-  while (!words.atEnd()) {
-    const auto word = words.take("the name of a nexthop group, summary or vrf");
-    if (word == "vrf") {
-      query.vrf = words.take("the name of a VRF");
-    } else if (word == "summary") {
-      query.summary = true;
-    } else if (!query.name.empty()) {
-      words.failAtLast("\"" + std::string(word) + "\" is not understood: expected vrf or summary");
-    } else {
-      query.name = word == "name" ? words.take("the name of a nexthop group") : word;
-    }
-  }
-  if (query.summary && !query.name.empty()) {
-    words.failAtLast("the summary is of all nexthop groups; leave the name out");
-  }
-  return query;
-}
 
 /// Raises SourceError for a group that is neither configured nor has an identifier.
 void requireGroup(const state::DeviceState& device, const std::string& name,
@@ -56,7 +28,7 @@ void requireGroup(const state::DeviceState& device, const std::string& name,
   }
   if (known.contains(name)) return;
   throw sources::SourceError(sources::inputName(options.state) + ": " +
-                             noSuch("nexthop group", name, {known.begin(), known.end()}));
+                             state::noSuch("nexthop group", name, {known.begin(), known.end()}));
 }
 
 Lumo::Ptr<Rova::NexthopGroupCounterHelper> makeCounters(const state::DeviceState& device) {
@@ -88,20 +60,21 @@ void renderGroups(const state::DeviceState& device, const L3::VrfName& vrf, cons
 
 } // namespace
 
-ExitStatus showNexthopGroup(Words& words, const Options& options) {
-  const auto query = parseQuery(words);
+ExitStatus showNexthopGroup(const grammar::Parsed& parsed, const Options& options) {
+  const auto group = parsed.text("name");
+  const auto vrfName = parsed.text("vrf", L3::defaultVrfName);
   sources::Needs needs;
   needs.routes = false;
-  needs.vrf = query.vrf;
+  needs.vrf = vrfName;
   const auto state = openState(options, needs);
-  const auto& vrf = chosenVrf(state.device, query.vrf, options).name;
-  if (!query.name.empty()) requireGroup(state.device, query.name, options);
+  const auto& vrf = chosenVrf(state.device, vrfName, options).name;
+  if (!group.empty()) requireGroup(state.device, group, options);
   const RenderScope scope;
   renderWithNotes(state.notes, STDOUT_FILENO, options.format, [&](int fd) {
-    if (query.summary) {
+    if (parsed.has("summary")) {
       renderSummary(state.device, vrf, fd, options);
     } else {
-      renderGroups(state.device, vrf, query.name, fd, options);
+      renderGroups(state.device, vrf, group, fd, options);
     }
   });
   return scrivo::interruptRequested() ? interrupted : success;

@@ -88,8 +88,8 @@ sources::Needs needsOf(const QueryOf<Family>& query) {
 }
 
 template <class Family>
-ExitStatus showRoute(Words& words, const Options& options) {
-  const auto query = parseRouteQuery<typename Family::Prefix>(words);
+ExitStatus showRoute(const grammar::Parsed& parsed, const Options& options) {
+  const auto query = routeQuery<typename Family::Prefix>(parsed);
   const auto [device, notes] = openState(options, needsOf<Family>(query));
   const auto vrfs = chosenVrfs(device, query.vrf, options);
   if (query.interface) requireInterface(device, *query.interface, options);
@@ -98,7 +98,7 @@ ExitStatus showRoute(Words& words, const Options& options) {
     return success;
   }
   // The document around the listings, which write into it: it is flushed ahead of each of them.
-  scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer frame(STDOUT_FILENO, options.format);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   frame.start();
   printNotes(frame, notes);
@@ -122,12 +122,12 @@ ExitStatus showRoute(Words& words, const Options& options) {
 
 } // namespace
 
-ExitStatus showIpRoute(Words& words, const Options& options) {
-  return showRoute<Rova::Ip4Family>(words, options);
+ExitStatus showIpRoute(const grammar::Parsed& parsed, const Options& options) {
+  return showRoute<Rova::Ip4Family>(parsed, options);
 }
 
-ExitStatus showIpv6Route(Words& words, const Options& options) {
-  return showRoute<Rova::Ip6Family>(words, options);
+ExitStatus showIpv6Route(const grammar::Parsed& parsed, const Options& options) {
+  return showRoute<Rova::Ip6Family>(parsed, options);
 }
 
 } // namespace command

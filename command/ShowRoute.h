@@ -2,11 +2,11 @@
 #pragma once
 
 #include "command/Options.h"
-#include "command/Words.h"
+#include "command/grammar/Parsed.h"
 
 namespace command {
 
-ExitStatus showIpRoute(Words& words, const Options& options);
-ExitStatus showIpv6Route(Words& words, const Options& options);
+ExitStatus showIpRoute(const grammar::Parsed& parsed, const Options& options);
+ExitStatus showIpv6Route(const grammar::Parsed& parsed, const Options& options);
 
 } // namespace command

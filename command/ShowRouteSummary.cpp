@@ -114,7 +114,7 @@ template <class Family>
 void showRouteSummary(const state::DeviceState& device,
                       const std::vector<const state::VrfState*>& vrfs, const sources::Notes& notes,
                       unsigned format) {
-  scrivo::Printer printer(STDOUT_FILENO, format, false, false, true, 0);
+  scrivo::Printer printer(STDOUT_FILENO, format);
   scrivo::StringAttrInfo vrfName(printer, "vrf");
   printer.start();
   printNotes(printer, notes);

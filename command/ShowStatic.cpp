@@ -9,71 +9,11 @@
 #include "scrivo/Printer.h"
 
 #include <algorithm>
-#include <charconv>
 #include <unistd.h>
 
 namespace command {
 
 namespace {
-
-struct ConfigQuery {
-  std::string vrf = L3::defaultVrfName; ///< "all" for every VRF
-  bool saveAll = false;
-};
-
-ConfigQuery parseConfigQuery(Words& words) {
-  enum { all, vrf };
-  constexpr std::string_view keywords[] = {"all", "vrf"};
-  ConfigQuery query;
-  for (Words::Seen seen; !words.atEnd();) {
-    switch (words.takeOnce(keywords, seen)) {
-    case all:
-      query.saveAll = true;
-      break;
-    case vrf:
-      query.vrf = words.take("the name of a VRF, or all");
-      break;
-    }
-  }
-  return query;
-}
-
-struct StaticQuery {
-  std::string vrf = L3::defaultVrfName;
-  bool dynamic = false;
-  std::uint32_t tag = 0; ///< 0 for all
-};
-
-/// A tag to select routes by. 0 is that of a route without one, which no selection is for.
-std::uint32_t takeTag(Words& words) {
-  const auto word = words.take("a tag, 1 to 4294967295");
-  std::uint32_t tag = 0;
-  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), tag);
-  if (error != std::errc() || end != word.data() + word.size() || tag == 0) {
-    words.failAtLast("\"" + std::string(word) + "\" is no tag: expected 1 to 4294967295");
-  }
-  return tag;
-}
-
-StaticQuery parseStaticQuery(Words& words) {
-  enum { dynamic, tag, vrf };
-  constexpr std::string_view keywords[] = {"dynamic", "tag", "vrf"};
-  StaticQuery query;
-  for (Words::Seen seen; !words.atEnd();) {
-    switch (words.takeOnce(keywords, seen)) {
-    case dynamic:
-      query.dynamic = true;
-      break;
-    case tag:
-      query.tag = takeTag(words);
-      break;
-    case vrf:
-      query.vrf = words.take("the name of a VRF");
-      break;
-    }
-  }
-  return query;
-}
 
 using InputPtr = Lumo::Ptr<Routing::RouteInput>;
 
@@ -108,10 +48,11 @@ std::vector<InputPtr> inputsOf(const state::VrfState& vrf) {
 }
 
 Rova::StaticRoutesRibCommon makeDump(const state::DeviceState& device, const state::VrfState& vrf,
-                                     const StaticQuery& query, const Options& options) {
+                                     const grammar::Parsed& parsed, const Options& options) {
+  const auto* const tag = parsed.find<std::uint32_t>("tag");
   Rova::StaticRoutesRibCommon dump(device.allIntfConfig);
-  dump.dynamicIs(query.dynamic);
-  dump.tagIs(query.tag);
+  dump.dynamicIs(parsed.has("dynamic"));
+  dump.tagIs(tag ? *tag : 0);
   dump.fdIs(STDOUT_FILENO);
   dump.fmtIs(options.format);
   for (const auto& input : inputsOf(vrf)) dump.routeInputConfIs(input, true);
@@ -128,23 +69,23 @@ sources::Needs routesOf(const std::string& vrf) {
 
 } // namespace
 
-ExitStatus showStaticConfig(Words& words, const Options& options) {
-  const auto query = parseConfigQuery(words);
-  const auto [device, notes] = openState(options, routesOf(query.vrf));
+ExitStatus showStaticConfig(const grammar::Parsed& parsed, const Options& options) {
+  const auto name = parsed.text("vrf", L3::defaultVrfName);
+  const auto [device, notes] = openState(options, routesOf(name));
   Lines lines;
-  for (const auto* vrf : chosenVrfs(device, query.vrf, options)) {
-    for (auto& line : staticLines(*vrf, query.saveAll)) lines.push_back(std::move(line));
+  for (const auto* vrf : chosenVrfs(device, name, options)) {
+    for (auto& line : staticLines(*vrf, parsed.has("all"))) lines.push_back(std::move(line));
   }
   printLines(lines, options, notes);
   return success;
 }
 
-ExitStatus showStatic(Words& words, const Options& options) {
-  const auto query = parseStaticQuery(words);
-  const auto [device, notes] = openState(options, routesOf(query.vrf));
-  const auto& vrf = chosenVrf(device, query.vrf, options);
+ExitStatus showStatic(const grammar::Parsed& parsed, const Options& options) {
+  const auto name = parsed.text("vrf", L3::defaultVrfName);
+  const auto [device, notes] = openState(options, routesOf(name));
+  const auto& vrf = chosenVrf(device, name, options);
   // The document around the dump, which writes into it: it is flushed ahead of it.
-  scrivo::Printer frame(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer frame(STDOUT_FILENO, options.format);
   scrivo::StringAttrInfo vrfName(frame, "vrf");
   vrfName.setValue(vrf.name.stringValue());
   frame.start();
@@ -152,7 +93,7 @@ ExitStatus showStatic(Words& words, const Options& options) {
   frame.startDict("vrfs");
   frame.startDictEntry(vrfName);
   frame.ioflush();
-  auto dump = makeDump(device, vrf, query, options);
+  auto dump = makeDump(device, vrf, parsed, options);
   const RenderScope scope;
   dump.dump(Rova::RovaConsts());
   if (scrivo::interruptRequested()) return interrupted;

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "command/Options.h"
-#include "command/Words.h"
+#include "command/grammar/Parsed.h"
 
 namespace command {
 
-ExitStatus showStaticConfig(Words& words, const Options& options);
-ExitStatus showStatic(Words& words, const Options& options);
+ExitStatus showStaticConfig(const grammar::Parsed& parsed, const Options& options);
+ExitStatus showStatic(const grammar::Parsed& parsed, const Options& options);
 
 } // namespace command

@@ -144,21 +144,23 @@ class TypePrinter {
   scrivo::UintAttrInfo number_{printer_, ""};
 };
 
-/// The type of that name, with or without its namespace.
-const TypeRecord& takeType(Words& words) {
-  const auto name = words.take("the name of a type");
+/// The type of that name, with or without its namespace; null for none.
+const TypeRecord* findType(std::string_view name) {
   for (const TypeRecord* type : Lumo::typeNodes()) {
-    if (type->name == name || Lumo::shortName(*type) == name) return *type;
+    if (type->name == name || Lumo::shortName(*type) == name) return type;
   }
-  words.failAtLast("there is no type " + std::string(name) + ": rova types lists them");
+  return nullptr;
 }
 
 } // namespace
 
-ExitStatus showTypes(Words& words, const Options& options) {
-  const TypeRecord* const chosen = words.atEnd() ? nullptr : &takeType(words);
-  if (!words.atEnd()) words.fail("nothing is expected behind the name of the type");
-  scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
+ExitStatus showTypes(const grammar::Parsed& parsed, const Options& options) {
+  const auto name = parsed.text("type");
+  const TypeRecord* const chosen = findType(name);
+  if (!chosen && parsed.has("type")) {
+    parsed.fail("type", "there is no type " + name + ": rova types lists them");
+  }
+  scrivo::Printer printer(STDOUT_FILENO, options.format);
   TypePrinter types(printer);
   printer.start();
   printer.startDict("types");

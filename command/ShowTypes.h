@@ -2,12 +2,12 @@
 #pragma once
 
 #include "command/Options.h"
-#include "command/Words.h"
+#include "command/grammar/Parsed.h"
 
 namespace command {
 
 /// "types [NAME]": the types of the registry, or one of them with its attributes. The model has the
 /// attributes of all.
-ExitStatus showTypes(Words& words, const Options& options);
+ExitStatus showTypes(const grammar::Parsed& parsed, const Options& options);
 
 } // namespace command

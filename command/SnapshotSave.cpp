@@ -6,9 +6,8 @@
 
 namespace command {
 
-ExitStatus saveSnapshot(Words& words, const Options& options) {
-  const std::string path(words.take("the name of a file, or - for standard output"));
-  if (!words.atEnd()) words.fail("nothing is expected behind the name of the file");
+ExitStatus saveSnapshot(const grammar::Parsed& parsed, const Options& options) {
+  const auto path = parsed.text("file");
   sources::snapshot::FileWriter file(path, tellWaiting(path));
   sources::snapshot::save(openState(options).device, file);
   file.commit();

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "command/Options.h"
-#include "command/Words.h"
+#include "command/grammar/Parsed.h"
 
 namespace command {
 
-ExitStatus saveSnapshot(Words& words, const Options& options);
+ExitStatus saveSnapshot(const grammar::Parsed& parsed, const Options& options);
 
 } // namespace command

@@ -50,7 +50,7 @@ Lines linesWithout(const Lines& lines, const Lines& others) {
 }
 
 void printLines(const Lines& lines, const Options& options, const sources::Notes& notes) {
-  scrivo::Printer printer(STDOUT_FILENO, options.format, false, false, true, 0);
+  scrivo::Printer printer(STDOUT_FILENO, options.format);
   scrivo::StringAttrInfo shown(printer, "");
   printer.start();
   printNotes(printer, notes);

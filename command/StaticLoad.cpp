@@ -2,28 +2,27 @@
 
 #include "command/ChangedSnapshot.h"
 #include "command/OpenState.h"
+#include "command/OwnAddress.h"
 #include "command/StaticLineParser.h"
 #include "command/StaticLines.h"
-#include "command/VrfChoice.h"
+#include "command/grammar/UsageError.h"
 #include "rova/CliSupport.h"
+#include "scrivo/Shown.h"
 #include "sources/Source.h"
 #include "sources/SourceError.h"
 #include "sources/snapshot/File.h"
+#include "state/NoSuch.h"
 
 namespace command {
 
 namespace {
 
 /// What is wrong with a line of the file, with the line and a caret.
-class FileError : public std::runtime_error {
- public:
-  FileError(const std::string& path, std::size_t number, const std::string& line,
-            const LineError& error)
-      : std::runtime_error(sources::SourceError(sources::inputName(path) + " line " +
-                                                std::to_string(number) + ": " + error.what())
-                               .what() +
-                           withCaret(line, error.column)) {}
-};
+[[noreturn]] void failAtLine(const std::string& path, std::size_t number, const std::string& line,
+                             const LineError& error) {
+  const auto place = sources::inputName(path) + " line " + std::to_string(number) + ": ";
+  throw std::runtime_error(scrivo::shown(place + error.what()) + withCaret(line, error.column));
+}
 
 /// Empty lines and those that are notes say nothing.
 bool isNote(std::string_view line) {
@@ -33,20 +32,13 @@ bool isNote(std::string_view line) {
 
 /// A route to the device itself would never forward.
 void refuseOwnAddress(const StaticLine& line, const state::DeviceState& device) {
-  const auto& hop = line.via.hop;
-  const L3::VrfName vrf{Lumo::String(line.vrf)};
-  const bool isOwn = (hop.af() == Kesh::AddressFamily::ip4 &&
-                      Rova::InvalidNextHopChecker().check(device.ipConfig, hop.v4Addr(), vrf)) ||
-                     (hop.af() == Kesh::AddressFamily::ip6 &&
-                      Rova::InvalidNextHop6Checker().check(device.ip6Config, hop.v6Addr(), vrf));
-  if (!isOwn) return;
-  throw LineError(hop.stringValue().str() + " is an address of this device in VRF " + line.vrf,
-                  line.hopColumn);
+  const auto refusal = ownAddressRefusal(device, line.via.hop, line.vrf);
+  if (refusal) throw LineError(*refusal, line.hopColumn);
 }
 
 Routing::ConfigGen& configOf(const StaticLine& line, const state::DeviceState& device) {
   const auto* const vrf = device.vrf(line.vrf);
-  if (!vrf) throw LineError(unknownVrf(device, line.vrf), line.vrfColumn);
+  if (!vrf) throw LineError(state::noSuchVrf(device, line.vrf), line.vrfColumn);
   const auto& config = vrf->*staticFamilies[line.ip6 ? 1 : 0].config;
   if (!config) throw LineError("the configuration of VRF " + line.vrf + " is not known", 0);
   return *config;
@@ -62,7 +54,7 @@ void enterAll(const Lines& lines, const std::string& path, const state::DeviceSt
       refuseOwnAddress(line, device);
       enterStaticLine(line, config);
     } catch (const LineError& error) {
-      throw FileError(path, number + 1, lines[number], error);
+      failAtLine(path, number + 1, lines[number], error);
     }
   }
 }
@@ -77,9 +69,8 @@ Lines allLines(const state::DeviceState& device) {
 
 } // namespace
 
-ExitStatus loadStatic(Words& words, const Options& options) {
-  const std::string path(words.take("the name of a file, or - for standard input"));
-  if (!words.atEnd()) words.fail("nothing is expected behind the name of the file");
+ExitStatus loadStatic(const grammar::Parsed& parsed, const Options& options) {
+  const auto path = parsed.text("file");
   Options target = options;
   if (sources::isKernel(options.state)) target.state = options.into;
   if (target.state.empty()) {

@@ -1,7 +1,7 @@
 #include "command/VrfChoice.h"
 
-#include "command/Nearest.h"
 #include "sources/SourceError.h"
+#include "state/NoSuch.h"
 
 namespace command {
 
@@ -17,18 +17,8 @@ const state::VrfState& chosenVrf(const state::DeviceState& device, const std::st
                                  const Options& options) {
   const auto* const vrf = device.vrf(name);
   if (vrf) return *vrf;
-  throw sources::SourceError(sources::inputName(options.state) + ": " + unknownVrf(device, name));
-}
-
-std::string unknownVrf(const state::DeviceState& device, const std::string& name) {
-  std::vector<std::string> names;
-  std::string list;
-  for (const auto& vrf : device.vrfs) {
-    names.push_back(vrf.name.stringValue().str());
-    list += (list.empty() ? "" : ", ") + names.back();
-  }
-  const auto message = noSuch("VRF", name, names);
-  return message + (message.ends_with('?') ? " The" : "; the") + " VRFs are " + list;
+  throw sources::SourceError(sources::inputName(options.state) + ": " +
+                             state::noSuchVrf(device, name));
 }
 
 } // namespace command

@@ -18,8 +18,4 @@ std::vector<const state::VrfState*> chosenVrfs(const state::DeviceState& device,
 const state::VrfState& chosenVrf(const state::DeviceState& device, const std::string& name,
                                  const Options& options);
 
-/// What is to be said of a VRF that does not exist: that, one that may be meant, and all that
-/// exist.
-std::string unknownVrf(const state::DeviceState& device, const std::string& name);
-
 } // namespace command

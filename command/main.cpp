@@ -1,7 +1,7 @@
 // The rova program: signals, the command line, and errors as one message with an exit status.
 #include "command/CommandLine.h"
 #include "command/Signals.h"
-#include "command/Words.h"
+#include "command/grammar/UsageError.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Shown.h"

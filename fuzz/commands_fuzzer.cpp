@@ -2,7 +2,7 @@
 // of their own: each ends with a status or with an error that has its caret inside the line. What
 // leads out of the folder is left alone.
 #include "command/CommandLine.h"
-#include "command/Words.h"
+#include "command/grammar/UsageError.h"
 
 #include <cctype>
 #include <cstdint>

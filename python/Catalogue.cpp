@@ -40,10 +40,6 @@ Ref word(const Lumo::EnumName<Enum> (&names)[count], Enum value) {
   return Ref::none();
 }
 
-void setItem(const Ref& dictionary, const char* name, const Ref& value) {
-  check(PyDict_SetItemString(dictionary.get(), name, value.get()));
-}
-
 /// A list of what `make` makes of each element.
 template <class Range, class Make>
 Ref listOf(const Range& range, Make make) {

@@ -6,6 +6,7 @@
 #include "Slot.h"
 #include "Text.h"
 #include "sources/Source.h"
+#include "state/NoSuch.h"
 
 #include <memory>
 #include <new>
@@ -41,12 +42,7 @@ std::unique_ptr<Device> load(const std::string& source) {
 
 const state::VrfState& vrfOf(const Device& device, const std::string& name) {
   if (const auto* const vrf = device.state.vrf(name)) return *vrf;
-  std::string known;
-  for (const auto& vrf : device.state.vrfs) {
-    known += (known.empty() ? "" : ", ") + vrf.name.stringValue().str();
-  }
-  throw sources::SourceError(device.source + ": there is no VRF \"" + name + "\"; the VRFs are " +
-                             known);
+  throw sources::SourceError(device.source + ": " + state::noSuchVrf(device.state, name));
 }
 
 /// The name of an interface; nothing for None.

@@ -49,6 +49,11 @@ inline void check(int result) {
   if (result < 0) throw PythonError();
 }
 
+/// Enters a value into a dictionary under a name.
+inline void setItem(const Ref& dictionary, const char* name, const Ref& value) {
+  check(PyDict_SetItemString(dictionary.get(), name, value.get()));
+}
+
 /// Enters the exception classes in the module and returns it; null with an exception set.
 PyObject* addErrors(PyObject* module);
 

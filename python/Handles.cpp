@@ -73,10 +73,6 @@ constexpr HandleRow familyRows[] = {
     row<Family::unprogrammedRouteStatus>("unprogrammedRouteStatus"),
 };
 
-void setItem(const Ref& dictionary, const char* name, const Ref& value) {
-  check(PyDict_SetItemString(dictionary.get(), name, value.get()));
-}
-
 void addRows(const Ref& dictionary, std::span<const HandleRow> rows, const HandleQuery& query) {
   for (const HandleRow& handle : rows) {
     setItem(dictionary, handle.name, toPython(handle.read(query.device, query.vrf)));

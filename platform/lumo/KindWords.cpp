@@ -1,41 +1,22 @@
 #include "lumo/KindWords.h"
 
+#include <cstddef>
+#include <iterator>
+
 namespace Lumo {
 
-const char* kindWord(TypeKind kind) {
-  switch (kind) {
-  case TypeKind::entity:
-    return "entity";
-  case TypeKind::value:
-    return "value";
-  case TypeKind::statelessValue:
-    return "stateless";
-  case TypeKind::enumeration:
-    return "enumeration";
-  case TypeKind::scalar:
-    break;
-  }
-  return "scalar";
-}
+namespace {
 
-const char* kindWord(AttributeKind kind) {
-  switch (kind) {
-  case AttributeKind::constructorArgument:
-    return "constructor";
-  case AttributeKind::writableConstructorArgument:
-    return "writable-constructor";
-  case AttributeKind::plain:
-    return "plain";
-  case AttributeKind::ordered:
-    return "ordered";
-  case AttributeKind::hashed:
-    return "hashed";
-  case AttributeKind::method:
-    return "method";
-  case AttributeKind::computed:
-    break;
-  }
-  return "computed";
-}
+// In the order of the enumerators.
+constexpr const char* typeWords[] = {"entity", "value", "stateless", "enumeration", "scalar"};
+constexpr const char* attributeWords[] = {
+    "constructor", "writable-constructor", "plain", "ordered", "hashed", "method", "computed"};
+static_assert(std::size(typeWords) == static_cast<std::size_t>(TypeKind::scalar) + 1);
+static_assert(std::size(attributeWords) == static_cast<std::size_t>(AttributeKind::computed) + 1);
+
+} // namespace
+
+const char* kindWord(TypeKind kind) { return typeWords[static_cast<std::size_t>(kind)]; }
+const char* kindWord(AttributeKind kind) { return attributeWords[static_cast<std::size_t>(kind)]; }
 
 } // namespace Lumo

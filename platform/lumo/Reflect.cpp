@@ -6,28 +6,26 @@ namespace Lumo {
 
 namespace {
 
+struct OpName {
+  OpCode code;
+  const char* name;
+};
+constexpr OpName opNames[] = {
+    {OpCode::read, "read"},
+    {OpCode::write, "write"},
+    {OpCode::del, "delete"},
+    {OpCode::count, "count"},
+    {OpCode::secondCount, "second count"},
+    {OpCode::has, "membership"},
+    {OpCode::call, "call"},
+    {OpCode::isDefault, "operator!"},
+    {OpCode::equal, "operator=="},
+    {OpCode::less, "operator<"},
+};
+
 const char* opName(OpCode code) {
-  switch (code) {
-  case OpCode::read:
-    return "read";
-  case OpCode::write:
-    return "write";
-  case OpCode::del:
-    return "delete";
-  case OpCode::count:
-    return "count";
-  case OpCode::secondCount:
-    return "second count";
-  case OpCode::has:
-    return "membership";
-  case OpCode::call:
-    return "call";
-  case OpCode::isDefault:
-    return "operator!";
-  case OpCode::equal:
-    return "operator==";
-  case OpCode::less:
-    return "operator<";
+  for (const OpName& op : opNames) {
+    if (op.code == code) return op.name;
   }
   return "this operation";
 }

@@ -213,7 +213,7 @@ bool chooseGroups(NexthopGroupHelper& helper) {
 void NexthopGroupHelper::render(std::uint32_t fd, std::uint32_t fmt) {
   ROVA_TRACE(8, "void Rova::NexthopGroupHelper::render(U32, U32)");
   try {
-    scrivo::Printer printer(static_cast<int>(fd), fmt, false, false, true, 0);
+    scrivo::Printer printer(static_cast<int>(fd), fmt);
     printer.start();
     printer.startDict("nexthopGroups");
     if (chooseGroups(*this)) {

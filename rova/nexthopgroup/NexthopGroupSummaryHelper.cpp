@@ -102,7 +102,7 @@ void NexthopGroupSummaryHelper::processNexthopGroups() {
 void NexthopGroupSummaryHelper::render(std::uint32_t fd, std::uint32_t fmt) {
   ROVA_TRACE(8, "void Rova::NexthopGroupSummaryHelper::render(U32, U32)");
   try {
-    scrivo::Printer printer(static_cast<int>(fd), fmt, false, false, true, 0);
+    scrivo::Printer printer(static_cast<int>(fd), fmt);
     processNexthopGroups();
     printNexthopGroupSummary(printer, *this);
     printer.close();

@@ -1,9 +1,6 @@
-// Routes that a sorter makes up for neighbours, and what a handler asks of its routes by prefix.
-#include "ListingParts.h"
+// Routes that a sorter makes up for neighbours.
 #include "rova/fec/Capture.h"
 #include "rova/route/Sorter.h"
-
-#include <string>
 
 namespace Rova {
 
@@ -57,37 +54,7 @@ typename Family::Route Sorter<Family>::createAttachedRoute(Kesh::IpGenAddr ip,
   return route;
 }
 
-template <class Family>
-Lumo::String Sorter<Family>::protocolString(Prefix p) const {
-  const Route& route = sortedRoute(p);
-  std::string text;
-  if (!route.fecId.isNull()) {
-    LUMO_ASSERT(kernelUnprogrammedRoute(), "kernelUnprogrammedRoute()");
-    text = std::string(isHardwareProgrammed(*this, p) ? " " : "*") + pcode(route.routeType) +
-           (isKernelProgrammed(*this, p) ? "" : "%");
-  }
-  if (text.size() < 5) text.resize(5, ' ');
-  return Lumo::String(text);
-}
-
-template <class FamilyType>
-Lumo::Ptr<CachedFec> Sorter<FamilyType>::viasForPrefix(Prefix p) const
-    requires(FamilyType::answersViasForPrefix) {
-  const Route* const route = sortedRoute_.find(p);
-  if (!route || route->fecId.isNull()) return {};
-  const auto copy = cachedFecFactory(route->fecId);
-  if (const auto& captured = fec(route->fecId)) {
-    for (const auto& [via, present] : captured->viaMap()) copy->viaIs(via, true);
-  }
-  return copy;
-}
-
-#define ROVA_INSTANTIATE(Family)                                                                   \
-  template Family::Route Sorter<Family>::createAttachedRoute(Kesh::IpGenAddr, Kesh::IntfId);       \
-  template Lumo::String Sorter<Family>::protocolString(Family::Prefix) const;
-ROVA_INSTANTIATE(Ip4Family)
-ROVA_INSTANTIATE(Ip6Family)
-#undef ROVA_INSTANTIATE
-template Lumo::Ptr<CachedFec> Sorter<Ip4Family>::viasForPrefix(Kesh::Prefix) const;
+template Vanta::Fib::Route Sorter<Ip4Family>::createAttachedRoute(Kesh::IpGenAddr, Kesh::IntfId);
+template Vanta::Fib6::Route Sorter<Ip6Family>::createAttachedRoute(Kesh::IpGenAddr, Kesh::IntfId);
 
 } // namespace Rova

@@ -1,6 +1,6 @@
 // Which routes the host route table has.
 #include "rova/core/Neighbors.h"
-#include "rova/core/Trace.h"
+#include "rova/core/Watchdog.h"
 #include "rova/fec/Capture.h"
 #include "rova/route/HostTable.h"
 

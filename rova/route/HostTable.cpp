@@ -6,8 +6,9 @@
 // A line has the hardware mark, the code, two blanks, the address and the vias.
 #include "rova/route/HostTable.h"
 
-#include "ListingParts.h"
+#include "rova/core/Flush.h"
 #include "rova/route/DisplayAttrInfo.h"
+#include "rova/route/Listing.h"
 
 namespace Rova {
 

@@ -1,7 +1,7 @@
 #include "rova/route/Selection.h"
 
 #include "FecAnswers.h"
-#include "rova/core/Trace.h"
+#include "rova/core/Watchdog.h"
 #include "rova/fec/Capture.h"
 
 namespace Rova {

@@ -5,7 +5,7 @@
 #include "rova/core/Trace.h"
 #include "rova/fec/Forwarding.h"
 #include "rova/route/HostTable.h"
-#include "rova/route/Render.h"
+#include "rova/route/Listing.h"
 #include "rova/route/Selection.h"
 
 namespace Rova {
@@ -103,7 +103,7 @@ template <class Family>
 bool Sorter<Family>::printRoutes(std::uint32_t fd, std::uint32_t fmt) {
   ROVA_TRACE(8, "bool " << Family::sorterTypeName << "::printRoutes(U32, U32)");
   try {
-    scrivo::Printer printer(static_cast<int>(fd), fmt, false, false, true, 0);
+    scrivo::Printer printer(static_cast<int>(fd), fmt);
     if (host_) {
       formatHostRouteOutput(*this, fd, fmt, printer);
     } else {

@@ -1,7 +1,7 @@
 #include "rova/staticroute/StaticRoutesCliSaver.h"
 
 #include "lumo/ActivityLock.h"
-#include "rova/core/Trace.h"
+#include "rova/core/Watchdog.h"
 #include "rova/staticroute/StaticRouteLine.h"
 
 namespace Rova {

@@ -3,6 +3,7 @@
 #include "RouteCounters.h"
 #include "rova/core/Neighbors.h"
 #include "rova/core/Trace.h"
+#include "rova/core/Watchdog.h"
 #include "rova/route/RouteTypeStrings.h"
 
 #include <utility>

@@ -140,7 +140,7 @@ class Filler {
         route->via.insertOrAssign({hop, via.intfId, Kesh::MplsLabel(via.label), 0, {}, {}}, true);
       }
     }
-    (vrfs_.vrf(row->table).*Family::config)->route.insertOrAssign(key, std::move(route));
+    (vrfs_.vrf(row->table).*Family::routingConfig)->route.insertOrAssign(key, std::move(route));
   }
 
   ViaLists& lists_;

@@ -15,6 +15,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace sources::snapshot {
 
@@ -76,12 +77,13 @@ std::size_t placeOf(const Rows& rows, std::string_view name) {
 /// Reads an object: unknown and repeated fields are refused, and required ones missed.
 template <class Fields, class Record>
 void readFields(Node& node, const Fields& fields, Record& record) {
-  std::uint32_t seen = 0;
+  std::uint64_t seen = 0;
+  static_assert(std::extent_v<Fields> <= 64, "a bit for each field");
   node.members([&](std::string_view key, Node& value) {
     const std::size_t place = placeOf(fields, key);
     if (place == std::size(fields)) value.fail("an unknown key", namesOf(fields));
     if (seen >> place & 1) value.fail("the key a second time", "each key once");
-    seen |= 1u << place;
+    seen |= std::uint64_t{1} << place;
     fields[place].read(value, record);
   });
   for (std::size_t place = 0; place < std::size(fields); ++place) {

@@ -24,7 +24,7 @@ TEST(Notes, AreLinesOnStandardError) {
 std::string rendered(const Notes& notes, unsigned format) {
   const Sink file;
   command::renderWithNotes(notes, file.fd(), format, [&](int fd) {
-    scrivo::Printer printer(fd, format, false, false, true, 0);
+    scrivo::Printer printer(fd, format);
     scrivo::UintAttrInfo count(printer, "count");
     count.setValue(7);
     printer.start();

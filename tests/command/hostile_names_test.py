@@ -112,9 +112,8 @@ class HostileNamesTest(CommandTest):
     def test_an_error_shows_the_caret_under_the_word(self):
         self.assert_ends(rova("show", "ip", "route", "vrf", "r\x1b\u202ed", "f\x07o", "bgp"), 2,
                          'rova: "f\\x07o" is not understood: expected an IPv4 address or prefix, '
-                         "vrf, host, summary, longer-prefixes, detail, interface, or a protocol "
-                         "(aggregate bgp connected dhcp dynamic isis kernel martian ospf ospf3 rip "
-                         "static vcs)\n"
+                         "detail, interface, a protocol (aggregate bgp connected dhcp dynamic isis "
+                         "kernel martian ospf ospf3 rip static vcs), host or summary\n"
                          "  show ip route vrf r\\x1b\\u202ed f\\x07o bgp\n"
                          f"  {'^':>32}\n")
 

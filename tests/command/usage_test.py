@@ -5,9 +5,8 @@ import unittest
 
 from support import CommandTest, rova
 
-QUERY_PARTS = ("vrf, host, summary, longer-prefixes, detail, interface, or a protocol (aggregate bgp "
-               "connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs)")
-QUERY_PARTS6 = QUERY_PARTS.replace(" ospf ", " ").replace(" vcs)", ")")
+PROTOCOLS = "aggregate bgp connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs"
+PROTOCOLS6 = PROTOCOLS.replace(" ospf ", " ").replace(" vcs", "")
 
 # A message and the command lines that it answers. A ^ stands ahead of the place that the caret of
 # the message points to; the caret counts characters, not bytes.
@@ -19,10 +18,12 @@ WRONG_WORDS = [
     ('"i" is short for several words: ip or ipv6', ["show ^i route"]),
     ('"foo" is not understood: expected route', ["show ip ^foo"]),
     ('"routes" is not understood: expected route', ["show ip ^routes"]),
-    (f'"foo" is not understood: expected an IPv4 address or prefix, {QUERY_PARTS}',
-     ["show ip route ^foo"]),
-    (f'"foo" is not understood: expected an IPv6 address or prefix, {QUERY_PARTS6}',
-     ["show ipv6 route vrf red ^foo"]),
+    ('"foo" is not understood: expected vrf, an IPv4 address or prefix, detail, interface, '
+     f"a protocol ({PROTOCOLS}), host or summary", ["show ip route ^foo"]),
+    ('"foo" is not understood: expected an IPv6 address or prefix, detail, interface, '
+     f"a protocol ({PROTOCOLS6}), host or summary", ["show ipv6 route vrf red ^foo"]),
+    ('"foo" is not understood: expected longer-prefixes or interface',
+     ["show ip route vrf red detail bgp 10.0.0.0/8 ^foo"]),
     ("ospf is a protocol of IPv4: no IPv6 route is of it",
      ["show ipv6 route ^ospf", "show ipv6 route vrf red ^ospf interface Ethernet1"]),
     ("vcs is a protocol of IPv4: no IPv6 route is of it",
@@ -36,10 +37,15 @@ WRONG_WORDS = [
       "check address 10.0.0.1/24 secondary interface ^"]),
     ("longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes",
      ["show ip route longer-prefixes ^"]),
-    ("this part of the query stands twice",
-     ["show ip route 10.1.0.0/16 ^10.2.0.0/16", "show ip route vrf red ^vrf red",
-      "show ip route bgp ^static", "show ip route detail bgp ^detail", "show ip route host ^host",
-      "show ip route summary ^summary", "show ip route vrf büro ^vrf red"]),
+    ("longer-prefixes needs a prefix ahead of it, as in 2001:db8::/32 longer-prefixes",
+     ["show ipv6 route bgp longer-prefixes ^"]),
+    ("an IPv4 address or prefix stands twice", ["show ip route 10.1.0.0/16 ^10.2.0.0/16"]),
+    ("a protocol stands twice", ["show ip route bgp ^static"]),
+    ("detail stands twice", ["show ip route detail bgp ^detail"]),
+    ("host stands twice", ["show ip route host ^host"]),
+    ("vrf stands twice",
+     ["show ip route vrf red ^vrf red", "show ip route vrf büro ^vrf red",
+      "show nexthop-group vrf red ^vrf red"]),
     ('"10.0.0.1/8" has bits behind its mask: expected 10.0.0.0/8', ["show ip route ^10.0.0.1/8"]),
     ('"2001:db8::1/32" has bits behind its mask: expected 2001:db8::/32',
      ["show ipv6 route ^2001:db8::1/32"]),
@@ -55,17 +61,18 @@ WRONG_WORDS = [
      ["show ip route host ^detail", "show ip route 10.1.0.0/16 ^host",
       "show ipv6 route host vrf red ^2001:db8::1", "show ip route host ^interface Ethernet1",
       "show ip route bgp vrf all ^ho", "show ip route host ^longer-prefixes"]),
-    ("host and summary are two displays", ["show ip route host vrf red ^summary"]),
-    ('"s" is short for several words: summary or static', ["show ip route ^s"]),
+    ('"s" is short for several words: static or summary', ["show ip route ^s"]),
     ("summary goes with vrf alone: it counts the whole table",
      ["show ip route summary ^detail", "show ip route 10.1.0.0/16 ^summary",
       "show ipv6 route summary vrf red ^2001:db8::1", "show ip route summary ^interface Ethernet1",
-      "show ip route bgp vrf all ^su", "show ip route summary ^longer-prefixes"]),
-    ('"b" is not understood: expected vrf or summary', ["show nexthop-group a ^b"]),
+      "show ip route bgp vrf all ^su", "show ip route summary ^longer-prefixes",
+      "show ip route host vrf red ^summary"]),
+    ('"b" is not understood: expected vrf', ["show nexthop-group a ^b"]),
+    ("the name of a nexthop group stands twice", ["show nexthop-group a ^name b"]),
     ("the summary is of all nexthop groups; leave the name out",
-     ["show nexthop-group summary name ^vrf"]),
+     ["show nexthop-group summary ^name vrf", "show nexthop-group a ^summary"]),
     ('"c" is short for several words: check or clear', ["^c static"]),
-    ('"interface" is not understood: expected all or vrf',
+    ('"interface" is not understood: expected vrf or all',
      ["show running-config static ^interface Ethernet1"]),
     ("all stands twice", ["show running-config static all vrf all ^all"]),
     ('"0" is no tag: expected 1 to 4294967295', ["show static tag ^0 dynamic"]),
@@ -75,20 +82,24 @@ WRONG_WORDS = [
     ('"all" is not understood: expected dynamic, tag or vrf', ["show static ^all"]),
     ('"10.0.0.1" is no address with a mask length, as in 10.0.0.1/24',
      ["check address ^10.0.0.1 interface Ethernet1"]),
-    ("the command is not complete: expected interface, replace or secondary",
+    ("the command is not complete: expected interface, secondary or replace",
      ["check address 10.0.0.1/24 ^"]),
     ("this is for IPv4 alone: all IPv6 addresses of an interface are of one kind, and each may be entered again",
      ["check address 2001:db8::1/64 interface Ethernet1 ^replace"]),
     ('"10.0.0.0/8" is no IPv4 or IPv6 address', ["check next-hop ^10.0.0.0/8"]),
     ('"red" is not understood: expected vrf', ["check next-hop 10.0.0.1 ^red"]),
-    ("nothing is expected behind the name of the VRF", ["check next-hop 10.0.0.1 vrf red ^blue"]),
     ('"65000" is no route distinguisher: expected ASN:N or A.B.C.D:N', ["check rd ^65000 vrf red"]),
     ("the command is not complete: expected vrf", ["check rd 65000:1 ^"]),
     ("the command is not complete: expected interface", ["clear static ^"]),
-    ("nothing is expected behind the name of the interface",
-     ["clear static interface Ethernet1 ^Ethernet2"]),
+    ('"blue" is not understood: nothing is expected behind "red"',
+     ["check next-hop 10.0.0.1 vrf red ^blue", "show ip route summary vrf red ^blue"]),
     ("expected the name of a file, or - for standard output", ["snapshot save ^"]),
-    ("nothing is expected behind the name of the file", ["snapshot save - ^again"]),
+    ('"again" is not understood: nothing is expected behind "-"', ["snapshot save - ^again"]),
+    ('"foo" is not understood: expected show, check, clear, static, snapshot, types or help',
+     ["^foo", "help ^foo"]),
+    ('"foo" is not understood: expected ip, ipv6, nexthop-group, running-config or static',
+     ["help show ^foo"]),
+    ('"vrf" is not understood: nothing is expected behind "route"', ["help show ip route ^vrf"]),
 ]
 
 # The words ahead of the command, what they are told.
@@ -105,6 +116,13 @@ WRONG_OPTIONS = [
     (["--into", "-", "show"], '--into takes the name of a file, found "-"'),
     (["--dry-run=1", "show"], "--dry-run takes no value"),
     (["--timing=1", "show"], "--timing takes no value"),
+    (["show", "ip", "route", "--counters"],
+     "--counters is of no use to show ip route: it goes with show nexthop-group"),
+    (["--timing", "help"],
+     "--timing is of no use to help: it goes with show ip route and show ipv6 route"),
+    (["check", "next-hop", "10.0.0.1", "--into", "x"],
+     "--into is of no use to check next-hop: it goes with clear static interface and static load"),
+    (["types", "--version"], "--version is of no use to types: it goes without a command"),
 ]
 
 
@@ -127,7 +145,7 @@ class UsageTest(CommandTest):
                 self.assert_ends(rova(*words), 2, expected)
 
     def test_no_command(self):
-        expected = ("rova: the command is not complete: expected show, check, clear, static, snapshot or types\n"
+        expected = ("rova: the command is not complete: expected show, check, clear, static, snapshot, types or help\n"
                     "  rova --help shows the commands\n")
         self.assert_ends(rova(), 2, expected)
         self.assert_ends(rova(" "), 2, expected)

@@ -29,6 +29,10 @@ SAME = [
     ("--format=json show ip route", "--format json show ip route"),
     ("--format text show ip route | json", "--format json show ip route"),
     ("--format json --format text show ip route", "show ip route"),
+    ("--help", "help"),
+    ("h sh ip ro", "help show ip route"),
+    ("show ip route vrf red --help", "help show ip route"),
+    ("--timing -h sh ru", "help show running-config"),
 ]
 
 
@@ -41,8 +45,9 @@ class WordsTest(CommandTest):
                 self.assertEqual(result.stdout, rova(*command.split()).stdout)
 
     def test_a_whole_command_in_one_argument(self):
-        self.assertEqual(rova("show ip route vrf red").stdout,
-                         rova("show", "ip", "route", "vrf", "red").stdout)
+        expected = rova("show", "ip", "route", "vrf", "red").stdout
+        for words in (["show ip route vrf red"], [" show\tip  route\n", "\vvrf red\f", " "]):
+            self.assertEqual(rova(*words).stdout, expected)
 
     def test_an_exact_word_wins_over_longer_ones(self):
         self.assertNotEqual(rova("show", "ip", "route").stdout,
@@ -64,7 +69,9 @@ class WordsTest(CommandTest):
 
     def test_help_and_version(self):
         for words, start in ((["--help"], "usage: rova"), (["-h"], "usage: rova"),
-                             (["--version"], "rova "), (["--help", "show"], "usage: rova")):
+                             (["--version"], "rova "),
+                             (["--help", "show"], "usage: rova show ...\n"),
+                             (["help", "types"], "usage: rova types [NAME]\n")):
             with self.subTest(words):
                 result = rova(*words)
                 self.assert_succeeds(result)

@@ -30,7 +30,7 @@ template <class Walk>
 std::string capture(unsigned format, Walk&& walk) {
   Sink sink;
   {
-    scrivo::Printer printer(sink.fd(), format, false, false, true, 0);
+    scrivo::Printer printer(sink.fd(), format);
     walk(printer);
     printer.close();
   }

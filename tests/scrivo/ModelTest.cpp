@@ -144,7 +144,7 @@ TEST(Model, ADocumentOfAnotherPrinterIsTheValueOfASimpleEntry) {
        {std::pair(scrivo::modelFormat, "{\"d\":{\"64\":{\"size\":-2}\n,\"65\":null}}\n"),
         std::pair(scrivo::textFormat, "ahead -2 behind")}) {
     Sink sink;
-    Printer outer(sink.fd(), format, false, false, true, 0);
+    Printer outer(sink.fd(), format);
     Infos infos(outer);
     outer.start();
     outer.startDict("d");
@@ -152,7 +152,7 @@ TEST(Model, ADocumentOfAnotherPrinterIsTheValueOfASimpleEntry) {
     outer.startSimpleDictEntry(infos.key);
     outer.awaitDocument();
     {
-      Printer inner(sink.fd(), format, false, false, true, 0);
+      Printer inner(sink.fd(), format);
       Infos innerInfos(inner);
       inner.start();
       inner.addAttributes("%d", 1, innerInfos.size.getArg());

@@ -100,7 +100,7 @@ TEST(LabelStack, PutsTheLabelAboveTheStackAndRefusesADamagedOne) {
   for (const unsigned format : {scrivo::textFormat, scrivo::modelFormat}) {
     EXPECT_EQ(support::messageOf<Lumo::RangeException>([&] {
                 Sink sink;
-                scrivo::Printer printer(sink.fd(), format, false, false, true, 0);
+                scrivo::Printer printer(sink.fd(), format);
                 maybeAddLabelStackToOutput(printer, {}, damaged, true, "labels");
               }),
               "MplsStackEntryIndex::value < MplsStackEntryIndex::min or > "

@@ -1,7 +1,7 @@
 // The printer: one walk over the data of a display makes lines of text or a model, by the format
 // number that the printer was opened with.
 //
-//     scrivo::Printer printer(fd, format, false, false, true, 0);
+//     scrivo::Printer printer(fd, format);
 //     scrivo::StringAttrInfo prefix(printer, "prefix");
 //     scrivo::UintAttrInfo metric(printer, "metric");
 //     printer.startDict("routes");
@@ -54,6 +54,8 @@ class LUMO_EXPORT Printer {
   /// format is tested where attributes are set. The further words are part of the call that
   /// display code is written with; this printer has no use for them.
   Printer(int fd, unsigned int format, bool, bool, bool, unsigned int);
+  /// The same, for callers that have nothing to say with the further words.
+  Printer(int fd, unsigned int format) : Printer(fd, format, false, false, true, 0) {}
   /// Writes the rest, unless `close` has done so or the output has failed. Does not throw.
   ~Printer();
   Printer(const Printer&) = delete;

@@ -9,6 +9,7 @@
 #include "rova/check/NextHopCheckers.h"
 #include "rova/check/RdAssignmentChecker.h"
 #include "rova/core/Trace.h"
+#include "rova/core/Watchdog.h"
 #include "rova/fec/CachedFec.h"
 #include "rova/fec/Policies.h"
 #include "rova/fec/SortedTunVia.h"

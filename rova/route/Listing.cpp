@@ -1,9 +1,8 @@
-#include "rova/route/Render.h"
+#include "rova/route/Listing.h"
 
 #include "FecLook.h"
-#include "ListingParts.h"
 #include "lumo/Assert.h"
-#include "lumo/System.h"
+#include "rova/core/Flush.h"
 #include "rova/core/Trace.h"
 #include "rova/fec/Policies.h"
 #include "rova/route/RouteLine.h"

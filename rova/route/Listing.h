@@ -1,9 +1,9 @@
-// What the displays of routes have in common: whether routes are programmed in hardware and in the
-// kernel, the warning about the former, the routing flag, the lines of timing.
+// The document of a route listing, and what it has in common with the host route table: whether
+// routes are programmed in hardware and in the kernel, the warning about the former, the routing
+// flag, the lines of timing.
 #pragma once
 
 #include "lumo/System.h"
-#include "rova/core/Flush.h"
 #include "rova/route/Sorter.h"
 #include "scrivo/Printer.h"
 
@@ -58,5 +58,11 @@ void printTiming(const Sorter<Family>& sorter, scrivo::Printer& printer, double 
   printer.addFrills("Time taken for the routes to be printed: %f seconds.\n", quantify.getArg());
   printer.addFrills("Time taken to create the routeSorter: %f seconds.\n", rsTime.getArg());
 }
+
+/// Prints the whole listing of a sorter: warnings, flags, legend, gateway of last resort, routes,
+/// timing. IPv4 removes the default route from `sortedRoute` when it prints it as the gateway of
+/// last resort.
+template <class Family>
+void formatOutput(Sorter<Family>& sorter, scrivo::Printer& printer);
 
 } // namespace Rova

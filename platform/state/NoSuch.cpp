@@ -1,9 +1,9 @@
-#include "command/Nearest.h"
+#include "state/NoSuch.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace command {
+namespace state {
 
 namespace {
 
@@ -36,8 +36,7 @@ std::size_t changes(std::string_view from, std::string_view to) {
   return row[to.size()];
 }
 
-} // namespace
-
+/// The first of the known names that is near; null if none is.
 const std::string* nearest(std::string_view name, const std::vector<std::string>& known) {
   const auto small = inSmallLetters(name);
   const std::size_t most = std::min(mostChanges, name.size() / lettersForAChange);
@@ -52,6 +51,8 @@ const std::string* nearest(std::string_view name, const std::vector<std::string>
   return found;
 }
 
+} // namespace
+
 std::string noSuch(std::string_view kind, std::string_view name,
                    const std::vector<std::string>& known) {
   std::string message = "there is no " + std::string(kind) + " \"" + std::string(name) + "\"";
@@ -61,4 +62,15 @@ std::string noSuch(std::string_view kind, std::string_view name,
   return message;
 }
 
-} // namespace command
+std::string noSuchVrf(const DeviceState& device, std::string_view name) {
+  std::vector<std::string> names;
+  std::string list;
+  for (const auto& vrf : device.vrfs) {
+    names.push_back(vrf.name.stringValue().str());
+    list += (list.empty() ? "" : ", ") + names.back();
+  }
+  const auto message = noSuch("VRF", name, names);
+  return message + (message.ends_with('?') ? " The" : "; the") + " VRFs are " + list;
+}
+
+} // namespace state

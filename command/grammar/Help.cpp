@@ -1,0 +1,109 @@
+#include "command/grammar/Help.h"
+
+#include "command/grammar/Syntax.h"
+
+#include <algorithm>
+
+namespace command::grammar {
+
+namespace {
+
+constexpr std::size_t lineWidth = 80;
+
+/// A row of a table: what is typed, and what it is for.
+struct Row {
+  std::string left, right;
+};
+
+/// Appends a text broken between words, each line but the first behind `indent` blanks; the first
+/// begins there.
+void appendBroken(std::string_view text, std::size_t indent, std::string& out) {
+  while (text.size() > lineWidth - indent) {
+    const auto blank = text.rfind(' ', lineWidth - indent);
+    if (blank == text.npos) break;
+    out.append(text.substr(0, blank)).append("\n").append(indent, ' ');
+    text.remove_prefix(blank + 1);
+  }
+  out.append(text).append("\n");
+}
+
+/// The rows, the right side of all at one column.
+std::string tableOf(const std::vector<Row>& rows) {
+  constexpr std::size_t margin = 2;
+  std::size_t width = 0;
+  for (const Row& row : rows) width = std::max(width, row.left.size());
+  std::string text;
+  for (const Row& row : rows) {
+    text.append(margin, ' ').append(row.left).append(width - row.left.size() + margin, ' ');
+    appendBroken(row.right, width + 2 * margin, text);
+  }
+  return text;
+}
+
+/// The options of a command, or all of them for null.
+std::string optionTable(const Grammar& grammar, const Command* command) {
+  std::vector<Row> rows;
+  for (const Option& option : grammar.options) {
+    if (command && !takesOption(*command, option)) continue;
+    rows.push_back({syntaxOf(option), std::string(option.help)});
+  }
+  return "\noptions:\n" + tableOf(rows);
+}
+
+std::string commandList(const Grammar& grammar, const std::vector<const Command*>& commands) {
+  std::string text = "commands (words may be abbreviated):\n";
+  for (const Command* command : commands) {
+    for (const auto& line : syntaxOf(grammar, *command)) text += "  " + line + "\n";
+    text += "      " + std::string(command->help) + "\n";
+  }
+  return text;
+}
+
+/// The part, and below it the words that can be chosen for it.
+void appendRows(const Part& part, std::vector<Row>& rows) {
+  rows.push_back({syntaxOf(part), std::string(part.help)});
+  if (!rowOf(part.kind).closed) return;
+  for (const Word& word : rowOf(part.kind).words) {
+    if (word.refusal.empty())
+      rows.push_back({"  " + std::string(word.text), std::string(word.help)});
+  }
+}
+
+std::string commandHelp(const Grammar& grammar, const Command& command) {
+  std::string text;
+  for (const auto& line : syntaxOf(grammar, command)) {
+    text += (text.empty() ? "usage: rova " : "       rova ") + line + "\n";
+  }
+  text += "\n" + std::string(command.help) + "\n";
+  std::vector<Row> rows;
+  for (const Part& part : command.parts) appendRows(part, rows);
+  if (!rows.empty()) text += "\n" + tableOf(rows);
+  return text + optionTable(grammar, &command);
+}
+
+std::string wholeHelp(const Grammar& grammar, const Path& path) {
+  return "usage: rova [OPTION...] COMMAND... [OPTION...]\n\n" +
+         commandList(grammar, path.commands()) + optionTable(grammar, nullptr) +
+         std::string(grammar.notes);
+}
+
+std::string beginningHelp(const Grammar& grammar, const Path& path) {
+  return "usage: rova " + path.words() + " ...\n\n" + std::string(path.help()) + "\n\n" +
+         commandList(grammar, path.commands());
+}
+
+} // namespace
+
+std::string helpText(const Grammar& grammar, const Path& path) {
+  if (const Command* const command = path.command()) return commandHelp(grammar, *command);
+  return path.words().empty() ? wholeHelp(grammar, path) : beginningHelp(grammar, path);
+}
+
+std::string helpText(const Grammar& grammar, const std::vector<std::string>& words) {
+  const Line line(words);
+  Path path(grammar);
+  for (std::size_t at = 0; at < line.size() && !path.command(); ++at) path.take(line, at);
+  return helpText(grammar, path);
+}
+
+} // namespace command::grammar

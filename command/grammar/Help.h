@@ -1,0 +1,18 @@
+// The texts of help, made of the table.
+#pragma once
+
+#include "command/grammar/Path.h"
+
+#include <string>
+
+namespace command::grammar {
+
+/// The help for the words of a path: for all commands without words, for those that begin so, or
+/// for one with its parts and options.
+std::string helpText(const Grammar& grammar, const Path& path);
+
+/// The help for the command that the words begin with, or for those that begin with them. Raises
+/// UsageError for words that no command begins with.
+std::string helpText(const Grammar& grammar, const std::vector<std::string>& words);
+
+} // namespace command::grammar
