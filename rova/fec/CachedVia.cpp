@@ -21,11 +21,6 @@ void CachedVia::fecIdIs(Vanta::Fib::FecId id) {
   if (const auto intfId = Vanta::Fib::FecId::fecIdToHierarchicalIntfId(id)) intfId_ = intfId;
 }
 
-bool operator==(const CachedVia& a, const CachedVia& b) {
-  return a.hop_ == b.hop_ && a.intfId_ == b.intfId_ && a.isBackup_ == b.isBackup_ &&
-         a.viaLabel_ == b.viaLabel_ && a.viaWeight_ == b.viaWeight_ && a.viaIndex_ == b.viaIndex_;
-}
-
 bool operator<(const CachedVia& a, const CachedVia& b) {
   const auto key = [](const CachedVia& via) {
     return std::tie(via.isBackup_, via.intfId_, via.hop_, via.viaLabel_, via.viaWeight_,

@@ -8,16 +8,6 @@ namespace Rova {
 LUMO_DEFINE_TYPE(PolicyInfo);
 LUMO_DEFINE_TYPE(PolicyInfoSet);
 
-bool operator==(const PolicyInfo& a, const PolicyInfo& b) {
-  return a.index_ == b.index_ && a.policyKey_ == b.policyKey_ && a.sortedVia_ == b.sortedVia_ &&
-         a.viaLabel_ == b.viaLabel_ && a.tunnelLabelStack_ == b.tunnelLabelStack_ &&
-         a.weight_ == b.weight_;
-}
-
-bool operator==(const PolicyInfoSet& a, const PolicyInfoSet& b) {
-  return a.policyInfo_ == b.policyInfo_;
-}
-
 namespace {
 
 /// The columns by which the vias of a segment list stand behind its own.

@@ -69,8 +69,4 @@ void SortedTunViaSet::handleInitialized() {
   }
 }
 
-bool operator==(const SortedTunViaSet& a, const SortedTunViaSet& b) {
-  return a.tunnelId_ == b.tunnelId_ && a.tunnelFib_ == b.tunnelFib_ && a.via_ == b.via_;
-}
-
 } // namespace Rova

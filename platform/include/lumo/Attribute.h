@@ -35,9 +35,16 @@
  public:                                                                                           \
   static constexpr int lumoEnd = __LINE__;
 
-/// What every value with operator== and a default constructor has: `operator!` is true of what
-/// equals the default, `operator<<` writes the strep text, and the constructor reads it.
+/// What every value with a default constructor has: two are equal if all their fields are,
+/// `operator!` is true of what equals the default, `operator<<` writes the strep text, and the
+/// constructor reads it.
 #define LUMO_VALUE(Self)                                                                           \
+ public:                                                                                           \
+  friend bool operator==(const Self&, const Self&) = default;                                      \
+  LUMO_VALUE_COMPARED(Self)
+
+/// The same for a value with an operator== of its own.
+#define LUMO_VALUE_COMPARED(Self)                                                                  \
  public:                                                                                           \
   Self(::Lumo::StringIterator& at, const ::Lumo::StringIterator& end) : Self() {                   \
     ::Lumo::readStrep(lumoType, this, at, end);                                                    \
@@ -86,37 +93,22 @@
     return self.field;                                                                             \
   }
 
-/// A constructor argument: readable, fixed for the object's life.
-#define LUMO_CTOR(Type, x)                                                                         \
+/// A constructor argument: readable, fixed for the object's life. A third argument `Lumo::orNull`
+/// says of a handle that its null has a meaning.
+#define LUMO_CTOR(Type, x, ...)                                                                    \
   LUMO_READ(Type, x)                                                                               \
   LUMO_ARGUMENT(Type, x##_)                                                                        \
-  LUMO_ROW((::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::constructorArgument)))       \
-  LUMO_FIELD(Type, x)
-
-/// The same of a handle whose null has a meaning.
-#define LUMO_CTOR_OR_NULL(Type, x)                                                                 \
-  LUMO_READ(Type, x)                                                                               \
-  LUMO_ARGUMENT(Type, x##_)                                                                        \
-  LUMO_ROW((::Lumo::mayBeNull(                                                                     \
-      ::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::constructorArgument))))            \
+  LUMO_ROW((::Lumo::scalarRow<&Self::x##_>(                                                        \
+      #x, ::Lumo::AttributeKind::constructorArgument __VA_OPT__(, ) __VA_ARGS__)))                 \
   LUMO_FIELD(Type, x)
 
 /// A constructor argument that can be changed later.
-#define LUMO_CTOR_WRITABLE(Type, x)                                                                \
+#define LUMO_CTOR_WRITABLE(Type, x, ...)                                                           \
   LUMO_READ(Type, x)                                                                               \
   LUMO_ARGUMENT(Type, x##_)                                                                        \
   void x##Is(Type value) { x##_ = std::move(value); }                                              \
-  LUMO_ROW(                                                                                        \
-      (::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument)))    \
-  LUMO_FIELD(Type, x)
-
-/// The same of a handle whose null has a meaning.
-#define LUMO_CTOR_WRITABLE_OR_NULL(Type, x)                                                        \
-  LUMO_READ(Type, x)                                                                               \
-  LUMO_ARGUMENT(Type, x##_)                                                                        \
-  void x##Is(Type value) { x##_ = std::move(value); }                                              \
-  LUMO_ROW((::Lumo::mayBeNull(                                                                     \
-      ::Lumo::scalarRow<&Self::x##_>(#x, ::Lumo::AttributeKind::writableConstructorArgument))))    \
+  LUMO_ROW((::Lumo::scalarRow<&Self::x##_>(                                                        \
+      #x, ::Lumo::AttributeKind::writableConstructorArgument __VA_OPT__(, ) __VA_ARGS__)))         \
   LUMO_FIELD(Type, x)
 
 /// A constructor argument that is a public field of the base class. The rows of a base come before

@@ -21,6 +21,10 @@ using OwnerOf = typename MemberOf<decltype(field)>::Owner;
 template <auto field>
 using FieldOf = typename MemberOf<decltype(field)>::Type;
 
+/// Says of a handle given to a constructor that null has a meaning.
+struct OrNull {};
+inline constexpr OrNull orNull;
+
 template <auto field>
 constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind) {
   using Owner = OwnerOf<field>;
@@ -47,8 +51,9 @@ constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind) {
   return row;
 }
 
-/// The row of a handle whose null the type knows how to take.
-constexpr AttributeRecord mayBeNull(AttributeRecord row) {
+template <auto field>
+constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind, OrNull) {
+  AttributeRecord row = scalarRow<field>(name, kind);
   row.mayBeNull = true;
   return row;
 }

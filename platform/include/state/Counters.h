@@ -79,3 +79,8 @@ class CounterTable : public Lumo::PtrInterface {
 };
 
 } // namespace Gaugex
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<Routing::NexthopGroup::NexthopGroupEntryCounterKey,
+                                      Routing::NexthopGroup::NexthopGroupEntryCounterKeyInfo>;
+extern template class Vanta::VantaMap<Gaugex::CounterIndex, Gaugex::VantaGaugexCounter>;

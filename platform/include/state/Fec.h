@@ -136,3 +136,7 @@ static_assert(sizeof(Fec) == 16408, "the slot size of the IPv6 forwarding table"
 } // namespace Fib6
 
 } // namespace Vanta
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<Vanta::Fib::FecId, Vanta::Fib::Fec>;
+extern template class Vanta::VantaMap<Vanta::Fib::FecId, Vanta::Fib6::Fec>;

@@ -104,3 +104,6 @@ class Status : public Lumo::PtrInterface {
 };
 
 } // namespace Arp::Table
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<Arp::Table::ArpKey, Arp::Table::ArpEntry>;

@@ -68,3 +68,7 @@ class EntryStatus : public Lumo::PtrInterface {
 };
 
 } // namespace NexthopGroup
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<NexthopGroup::NexthopGroupEntryKey,
+                                      NexthopGroup::NexthopGroupEntry>;

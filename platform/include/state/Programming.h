@@ -89,3 +89,12 @@ class UnprogrammedRoute : public Lumo::PtrInterface {
 } // namespace KernelUnprogrammedRoute
 
 } // namespace Vanta
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<Vanta::Fib::UnprogrammedRouteKey,
+                                      Vanta::Fib::UnprogrammedRoute>;
+extern template class Vanta::VantaMap<Vanta::Fib6::UnprogrammedRouteKey,
+                                      Vanta::Fib6::UnprogrammedRoute>;
+extern template class Vanta::VantaMap<Vrf::VrfIdMap::VrfId, Vanta::UnprogrammedRouteCount>;
+extern template class Vanta::VantaMap<Kesh::Prefix, Vanta::KernelUnprogrammedRoute::Error>;
+extern template class Vanta::VantaMap<Kesh::Ip6Prefix, Vanta::KernelUnprogrammedRoute::Error6>;

@@ -75,3 +75,7 @@ template <>
 const Lumo::TypeRecord Fib6::Route::lumoType;
 
 } // namespace Vanta
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<Kesh::Prefix, Vanta::Fib::Route>;
+extern template class Vanta::VantaMap<Kesh::Ip6Prefix, Vanta::Fib6::Route>;

@@ -76,3 +76,6 @@ class ReverseMapper : public Lumo::PtrInterface {
 };
 
 } // namespace Vrf::VrfIdMap
+
+// platform/state/Tables.cpp has it.
+extern template class Vanta::VantaMap<Vrf::VrfIdMap::VrfId, Vrf::VrfIdMap::VrfEntry>;

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#define VANTA_EXPORT __attribute__((visibility("default")))
+
 namespace Vanta {
 
 /// What an iteration keeps between steps to find its place without a search. 0 knows nothing.
@@ -36,7 +38,7 @@ const auto& keyOf(const Value& value) {
 ///
 /// `lookup`, `first` and `next` give whole records or raise `Tembra::CorruptionDetectedException`.
 template <class Key, class Value>
-class VantaBase {
+class VANTA_EXPORT VantaBase {
  public:
   virtual ~VantaBase() = default;
 

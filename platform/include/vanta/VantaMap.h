@@ -25,10 +25,13 @@ void writeCorruptionFile(const Tembra::Debuggable& debug, const RootPath& path,
 
 } // namespace Util
 
+// What a corruption leads to is cold: it stays out of the loops of readers.
+#define VANTA_COLD [[gnu::cold, gnu::noinline]]
+
 /// A table as its readers see it. Two reads need not agree: writers work meanwhile. A view is
 /// attached, or, after `detach` or a corruption, reads as empty for the rest of its life.
 template <class Key, class Value>
-class VantaMap {
+class VANTA_EXPORT VantaMap {
  public:
   using KeyType = Key;
   using ValueType = Value;
@@ -105,7 +108,7 @@ class VantaMap {
     bool atEnd_ = true;
   };
 
-  void detach() {
+  VANTA_COLD void detach() {
     if (debug_.enabled(1)) {
       debug_.write("VantaMap::detach() " + implementation_->rootPath().stringValue());
     }
@@ -124,7 +127,7 @@ class VantaMap {
   // Corruption shows on reads, and a read of a const view may have to detach it.
   VantaMap& mutableSelf() const { return const_cast<VantaMap&>(*this); }
 
-  void corruptionDetected(const std::string& message) {
+  VANTA_COLD void corruptionDetected(const std::string& message) {
     const std::string text = "VantaMap::corruptionDetected() " +
                              implementation_->rootPath().stringValue() + " " + message;
     if (debug_.enabled(1)) debug_.write(text);

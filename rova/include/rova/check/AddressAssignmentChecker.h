@@ -46,14 +46,11 @@ class ROVA_EXPORT AddressQueryResult {
   LUMO_VALUE(AddressQueryResult)
 
   AddressQueryResult() = default;
-  friend bool operator==(const AddressQueryResult& a, const AddressQueryResult& b) {
-    return a.acceptable_ == b.acceptable_ && a.msg_ == b.msg_;
-  }
 };
 
 class ROVA_EXPORT AddressQueryParams : public Lumo::PtrInterface {
   LUMO_TYPE(AddressQueryParams, "Rova::AddressQueryParams")
-  LUMO_CTOR_WRITABLE_OR_NULL(Lumo::Ptr<const Ip::Config>, ipConfig) // null: no interfaces
+  LUMO_CTOR_WRITABLE(Lumo::Ptr<const Ip::Config>, ipConfig, Lumo::orNull) // null: no interfaces
   LUMO_CTOR_WRITABLE(Lumo::String, intfName)   // the interface to get the address
   LUMO_CTOR_WRITABLE(Lumo::String, mgmtPrefix) // what the names of management interfaces begin with
   LUMO_CTOR_WRITABLE(AddrMatchType, primaryMatch)   // against primary addresses
@@ -108,8 +105,6 @@ class ROVA_EXPORT AddressAssignmentChecker {
   LUMO_VALUE(AddressAssignmentChecker)
 
   AddressAssignmentChecker() = default;
-  friend bool operator==(const AddressAssignmentChecker&,
-                         const AddressAssignmentChecker&) = default;
   AddressQueryResult check(Lumo::Ptr<const AddressQueryParams> params) const;
 };
 
@@ -121,8 +116,6 @@ class ROVA_EXPORT Address6AssignmentChecker {
   LUMO_VALUE(Address6AssignmentChecker)
 
   Address6AssignmentChecker() = default;
-  friend bool operator==(const Address6AssignmentChecker&,
-                         const Address6AssignmentChecker&) = default;
   AddressQueryResult check(Lumo::Ptr<const Address6QueryParams> params) const;
 };
 

@@ -15,8 +15,6 @@ class ROVA_EXPORT ClearIntfRoutesAndViasHelper {
   LUMO_VALUE(ClearIntfRoutesAndViasHelper)
 
   ClearIntfRoutesAndViasHelper() = default;
-  friend bool operator==(const ClearIntfRoutesAndViasHelper&,
-                         const ClearIntfRoutesAndViasHelper&) = default;
 
   /// Deletes every via through the interface with its name, and every route that is then left
   /// without vias, unless it drops its packets anyway. Routes that nothing was deleted from stay.

@@ -14,7 +14,6 @@ class ROVA_EXPORT InvalidNextHopChecker {
   LUMO_VALUE(InvalidNextHopChecker)
 
   InvalidNextHopChecker() = default;
-  friend bool operator==(const InvalidNextHopChecker&, const InvalidNextHopChecker&) = default;
   /// True when an interface of the VRF has `hop` as its primary address or a secondary one. Virtual
   /// addresses do not count; an interface without a primary address has 0.0.0.0.
   bool check(Lumo::Ptr<const Ip::Config> ipConfig, Kesh::IpAddr hop, L3::VrfName vrfName) const;
@@ -27,7 +26,6 @@ class ROVA_EXPORT InvalidNextHop6Checker {
   LUMO_VALUE(InvalidNextHop6Checker)
 
   InvalidNextHop6Checker() = default;
-  friend bool operator==(const InvalidNextHop6Checker&, const InvalidNextHop6Checker&) = default;
   /// True when an interface of the VRF has the address `hop`, be it link-local.
   bool check(Lumo::Ptr<const Ip6::Config> ip6Config, const Kesh::Ip6Addr& hop,
              L3::VrfName vrfName) const;

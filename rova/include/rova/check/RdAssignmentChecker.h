@@ -11,7 +11,7 @@ namespace Rova {
 /// agents publish it.
 class ROVA_EXPORT RdAssignmentChecker {
   LUMO_TYPE(RdAssignmentChecker, "Rova::RdAssignmentChecker")
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<Lumo::Dir>, routeDistinguisherInputDir) // null: no inputs
+  LUMO_CTOR(Lumo::Ptr<Lumo::Dir>, routeDistinguisherInputDir, Lumo::orNull) // null: no inputs
   LUMO_CTOR(Lumo::String, vrfName)
   LUMO_CTOR(Kesh::RouteDistinguisher, routeDistinguisher)
   LUMO_ATTR(bool, acceptable)
@@ -28,7 +28,6 @@ class ROVA_EXPORT RdAssignmentChecker {
         routeDistinguisher_(wanted) {
     handleInitialized();
   }
-  friend bool operator==(const RdAssignmentChecker&, const RdAssignmentChecker&) = default;
 
   /// Checks again. An old message stays beside a new acceptance. An entry of the directory that is
   /// no input of route distinguishers stops the process.

@@ -33,7 +33,6 @@ class ROVA_EXPORT CachedVia {
   /// Puts a FEC in the interface's place, if it has a form as an interface.
   void fecIdIs(Vanta::Fib::FecId id);
 
-  friend ROVA_EXPORT bool operator==(const CachedVia& a, const CachedVia& b);
   friend ROVA_EXPORT bool operator<(const CachedVia& a, const CachedVia& b);
 };
 
@@ -46,9 +45,6 @@ class ROVA_EXPORT CachedNhgVia {
   LUMO_VALUE(CachedNhgVia)
 
   CachedNhgVia() = default;
-  friend bool operator==(const CachedNhgVia& a, const CachedNhgVia& b) {
-    return a.nhgId_ == b.nhgId_ && a.nhgName_ == b.nhgName_;
-  }
 };
 
 } // namespace Rova

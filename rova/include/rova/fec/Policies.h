@@ -26,8 +26,6 @@ class ROVA_EXPORT PolicyInfo {
   PolicyInfo() = default;
   PolicyInfo(std::uint16_t index, const SrTePolicy::PolicyKey& policyKey)
       : index_(index), policyKey_(policyKey) {}
-
-  friend ROVA_EXPORT bool operator==(const PolicyInfo& a, const PolicyInfo& b);
 };
 
 /// The policies of one route.
@@ -38,7 +36,6 @@ class ROVA_EXPORT PolicyInfoSet {
   LUMO_VALUE(PolicyInfoSet)
 
   PolicyInfoSet() = default;
-  friend ROVA_EXPORT bool operator==(const PolicyInfoSet& a, const PolicyInfoSet& b);
 };
 
 /// Prints the policies behind a line's " via", the further ones on lines of their own behind

@@ -18,9 +18,9 @@ class ROVA_EXPORT SortedTunVia : public Tunnel::TunnelTable::TunnelVia {
   LUMO_INHERITED(Kesh::IntfId, intfId)
   LUMO_METHOD(hash)
   LUMO_INHERITED(Tunnel::TunnelTable::EncapId, encapId)
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
+  LUMO_CTOR(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib, Lumo::orNull)
   LUMO_END
-  LUMO_VALUE(SortedTunVia)
+  LUMO_VALUE_COMPARED(SortedTunVia)
 
   SortedTunVia() = default;
   SortedTunVia(const Kesh::IpGenAddr& hop, const Kesh::IntfId& intf,
@@ -37,7 +37,7 @@ class ROVA_EXPORT SortedTunVia : public Tunnel::TunnelTable::TunnelVia {
 class ROVA_EXPORT SortedTunViaSet {
   LUMO_TYPE(SortedTunViaSet, "Rova::SortedTunViaSet")
   LUMO_CTOR(Tunnel::TunnelTable::TunnelId, tunnelId)
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib)
+  LUMO_CTOR(Lumo::Ptr<const Tunnel::TunnelFib::TunnelFib>, tunnelFib, Lumo::orNull)
   LUMO_ORDERED(SortedTunVia, bool, via, Via)
   LUMO_METHOD(handleInitialized)
   LUMO_END
@@ -51,8 +51,6 @@ class ROVA_EXPORT SortedTunViaSet {
   }
   /// Copies the tunnel's vias in.
   void handleInitialized();
-
-  friend ROVA_EXPORT bool operator==(const SortedTunViaSet& a, const SortedTunViaSet& b);
 };
 
 } // namespace Rova

@@ -17,8 +17,6 @@ class ROVA_EXPORT CounterEntry {
 
   CounterEntry() = default;
   CounterEntry(std::uint64_t packets, std::uint64_t bytes) : packets_(packets), bytes_(bytes) {}
-
-  friend bool operator==(const CounterEntry&, const CounterEntry&) = default;
 };
 
 /// A counter and the chips that count it.
@@ -36,7 +34,6 @@ class ROVA_EXPORT CounterIndex {
 
   /// Jenkins one-at-a-time over the bytes of both in memory order.
   std::uint32_t hash() const;
-  friend bool operator==(const CounterIndex&, const CounterIndex&) = default;
 };
 
 /// Where a command could ask for counts by counter. A derived class has to answer: this one stops

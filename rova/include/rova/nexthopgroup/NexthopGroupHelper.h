@@ -18,8 +18,8 @@ class ROVA_EXPORT NexthopGroupHelper : public Lumo::PtrInterface {
   LUMO_CTOR(Lumo::Ptr<const NexthopGroup::EntryStatus>, nhgEntryStatus)
   LUMO_CTOR(Lumo::Ptr<const Routing::Hardware::NexthopGroupStatus>, nhgHwStatus)
   LUMO_CTOR(Lumo::Ptr<const Routing::Hardware::Status>, routingHwStatus)
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<NexthopGroupCounterHelper>, counterHelper) // null: no counters
-  LUMO_CTOR(Lumo::String, nhgName)                                       // the group; empty for all
+  LUMO_CTOR(Lumo::Ptr<NexthopGroupCounterHelper>, counterHelper, Lumo::orNull) // null: no counters
+  LUMO_CTOR(Lumo::String, nhgName) // the group; empty for all
   LUMO_ATTR(L3::VrfName, vrfName)
   LUMO_ORDERED_ENTITIES(Lumo::Name, const Routing::NexthopGroup::NexthopGroupConfigEntry,
                         sortedNhgName, SortedNhgName, name)

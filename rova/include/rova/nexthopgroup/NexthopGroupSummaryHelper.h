@@ -36,9 +36,6 @@ class ROVA_EXPORT NexthopGroupSummaryHelper {
     vrfName_ = L3::VrfName(L3::defaultVrfName);
   }
 
-  friend bool operator==(const NexthopGroupSummaryHelper&,
-                         const NexthopGroupSummaryHelper&) = default;
-
   /// Fills the counts. Calling it again adds to all but `nhgCount`.
   void processNexthopGroups();
   /// Counts and renders in format 1 (text) or 2 (model) to the descriptor. An interrupt is reported

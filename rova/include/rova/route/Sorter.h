@@ -28,7 +28,7 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   using Route = typename Family::Route;
 
   LUMO_TYPE(Sorter, Family::sorterTypeName)
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Routing::ConfigGen>, routingConfig) // null: no routing
+  LUMO_CTOR(Lumo::Ptr<const Routing::ConfigGen>, routingConfig, Lumo::orNull) // null: no routing
   LUMO_CTOR(Lumo::Ptr<const typename Family::RouteStatus>, routingStatus)
   LUMO_CTOR(Lumo::Ptr<const Vanta::Fib::ForwardingStatus>, forwardingStatus)
   LUMO_CTOR(Lumo::Ptr<const Vanta::Fib6::ForwardingStatus>, forwarding6Status)
@@ -46,7 +46,8 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   LUMO_CTOR(Lumo::Ptr<const Tunnel::TunnelTable::EvpnVxlanTunnelTable>, evpnVxlanTunnelTable)
   LUMO_CTOR(Lumo::Ptr<const Lumo::Dir>, tunnelTableDir)
   LUMO_CTOR(Prefix, prefix) // the null prefix asks for the whole table
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Interface::IntfStatus>, intfStatus) // null: every interface
+  LUMO_CTOR(Lumo::Ptr<const Interface::IntfStatus>, intfStatus,
+            Lumo::orNull)           // null: every interface
   LUMO_CTOR(Lumo::String, protocol) // a protocol code; empty takes every route
   LUMO_CTOR(bool, detail)
   LUMO_CTOR(bool, longerPrefixes)

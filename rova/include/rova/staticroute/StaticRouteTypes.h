@@ -21,12 +21,6 @@ class ROVA_EXPORT RovaConsts {
       : defaultStaticRoutePreference_(preference),
         defaultStaticRouteTag_(tag),
         defaultStaticRouteName_(std::move(name)) {}
-
-  friend bool operator==(const RovaConsts& a, const RovaConsts& b) {
-    return a.defaultStaticRoutePreference_ == b.defaultStaticRoutePreference_ &&
-           a.defaultStaticRouteTag_ == b.defaultStaticRouteTag_ &&
-           a.defaultStaticRouteName_ == b.defaultStaticRouteName_;
-  }
 };
 
 /// The place of a route in the saved configuration: by the 16 bytes of its address whatever the
@@ -42,9 +36,6 @@ class ROVA_EXPORT RouteSortKey {
   RouteSortKey(const Kesh::IpGenPrefix& prefix, Routing::RoutePreference preference)
       : prefix_(prefix), preference_(preference) {}
 
-  friend bool operator==(const RouteSortKey& a, const RouteSortKey& b) {
-    return a.prefix_ == b.prefix_ && a.preference_ == b.preference_;
-  }
   friend ROVA_EXPORT bool operator<(const RouteSortKey& a, const RouteSortKey& b);
 };
 
@@ -57,9 +48,6 @@ class ROVA_EXPORT NexthopInfo {
   LUMO_VALUE(NexthopInfo)
 
   NexthopInfo() = default;
-  friend bool operator==(const NexthopInfo& a, const NexthopInfo& b) {
-    return a.nexthopCmd_ == b.nexthopCmd_ && a.sortedVia_ == b.sortedVia_;
-  }
 };
 
 } // namespace Rova

@@ -16,9 +16,6 @@ class ROVA_EXPORT StaticRoutesCliSaver {
   LUMO_VALUE(StaticRoutesCliSaver)
 
   StaticRoutesCliSaver() = default;
-  friend bool operator==(const StaticRoutesCliSaver& a, const StaticRoutesCliSaver& b) {
-    return a.sortedRoute_ == b.sortedRoute_;
-  }
 
   /// The lines, each with `routeCmd` in front, in the order of `RouteSortKey` and then of the vias.
   /// Dynamic routes and forward routes without vias have none. The routes stay in `sortedRoute`, so

@@ -23,7 +23,6 @@ class ROVA_EXPORT StaticRoutesRibCommon {
   StaticRoutesRibCommon() = default;
   explicit StaticRoutesRibCommon(Lumo::Ptr<Interface::AllIntfConfigDir> config)
       : allIntfConfig_(std::move(config)) {}
-  friend bool operator==(const StaticRoutesRibCommon&, const StaticRoutesRibCommon&) = default;
 
   Lumo::String legend() const;
   /// Takes the routes of the inputs in, the later one of two with one key, and prints those that

@@ -17,7 +17,6 @@
 
 #include <cstdint>
 #include <ostream>
-#include <tuple>
 
 namespace Rova {
 
@@ -27,8 +26,8 @@ class ROVA_EXPORT Summary {
   using Family = FamilyType;
 
   LUMO_TYPE(Summary, Family::summaryTypeName)
-  LUMO_CTOR_OR_NULL(Lumo::Ptr<const Routing::ConfigGen>,
-                    routingConfig) // null: static routes undivided
+  LUMO_CTOR(Lumo::Ptr<const Routing::ConfigGen>, routingConfig,
+            Lumo::orNull) // null: static routes undivided
   LUMO_CTOR(Lumo::Ptr<const typename Family::RouteStatus>, routingStatus)
   LUMO_CTOR(Lumo::Ptr<const Arp::Table::Status>, arpVanta)
   LUMO_CTOR(Lumo::Ptr<const Vrf::VrfIdMap::Status>, vrfIdMap)
@@ -47,7 +46,6 @@ class ROVA_EXPORT Summary {
           Lumo::Ptr<const Vrf::VrfIdMap::Status> vrfIdMap, L3::VrfName vrfName);
 
   Summary() = default;
-  friend bool operator==(const Summary& a, const Summary& b) { return a.fields() == b.fields(); }
 
   bool routeCountByMaskHas(std::uint32_t length) const {
     return routeCountByMask_.find(length) != nullptr;
@@ -60,12 +58,6 @@ class ROVA_EXPORT Summary {
   /// Adds the VRF's neighbours to the counts, but for those on management interfaces. A second call
   /// adds them once more. After an error those read so far are counted.
   void loadAttachedRoutes();
-
- private:
-  auto fields() const {
-    return std::tie(routingConfig_, routingStatus_, arpVanta_, vrfIdMap_, vrfName_,
-                    routeCountByType_, routeCountByMask_, totalNumRoutes_);
-  }
 };
 
 using RouteSummary = Summary<Ip4Family>;
