@@ -2,6 +2,7 @@
 #include "support/Expect.h"
 #include "support/Families.h"
 
+#include <sstream>
 #include <vector>
 
 namespace {
@@ -174,6 +175,26 @@ const Ip4Case ip4Cases[] = {
      usual,
      overlaps("10.0.0.0", "Subnet 10.0.0.0", "Management2")},
 };
+
+TEST(AddrMatchTypeTest, IsMadeOfItsOwnNumbersAndNamesAlone) {
+  const char* const names[] = {"allowNoMatch", "allowExactMatch", "allowAddressMatch"};
+  std::uint32_t number = 0;
+  for (const AddrMatchType type : {none, exact, address}) {
+    const char* const name = names[number];
+    EXPECT_EQ(Rova::AddrMatchTypeInstance(number), type);
+    EXPECT_EQ(Rova::AddrMatchTypeInstance(name), type);
+    EXPECT_EQ(Rova::stringValue(type).str(), name);
+    std::ostringstream out;
+    out << type;
+    EXPECT_EQ(out.str(), "Value('Rova::AddrMatchType', '" + std::string(name) + "')");
+    ++number;
+  }
+  EXPECT_EQ(messageOf<Lumo::RangeException>([] { Rova::AddrMatchTypeInstance(3); }),
+            "Rova::AddrMatchType has no value 3");
+  EXPECT_EQ(messageOf<Lumo::RangeException>([] { Rova::AddrMatchTypeInstance("allownomatch"); }),
+            "Rova::AddrMatchType has no value 'allownomatch', but: allowNoMatch, "
+            "allowExactMatch, allowAddressMatch");
+}
 
 TEST(AddressAssignmentTest, Ip4) {
   for (const auto& c : ip4Cases) {
