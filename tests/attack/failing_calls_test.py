@@ -22,8 +22,9 @@ TOLD = [("read", "EIO"), ("write", "ENOSPC"), ("rename", "EACCES"), ("flock", "E
         ("fsetxattr", "ENOSPC"), ("setns", "EPERM"), ("socket", "EMFILE"), ("bind", "EADDRINUSE"),
         ("sendto", "ENOBUFS"), ("recvmsg", "EIO")]
 # One that it has to tell, or can do without what failed.
-TOLD_OR_DONE = [("malloc", "ENOMEM"), ("open", "EACCES"), ("fsync", "EIO"), ("close", "EIO"),
-                ("stat", "EACCES"), ("fstat", "EIO"), ("fgetxattr", "ERANGE")]
+TOLD_OR_DONE = [("malloc", "ENOMEM"), ("open", "EACCES"), ("open", "EROFS"), ("open", "ENOENT"),
+                ("fsync", "EIO"), ("close", "EIO"), ("stat", "EACCES"), ("stat", "ENOENT"),
+                ("fstat", "EIO"), ("fgetxattr", "ERANGE")]
 # One that it gets over; a write without an error takes one byte.
 HARMLESS = [("read", "EINTR"), ("write", "EINTR"), ("write", "EAGAIN"), ("write", ""),
             ("open", "EINTR"), ("flock", "EINTR"), ("flistxattr", "ENOTSUP"),
@@ -47,7 +48,7 @@ nexthop add id 7 via 10.1.0.2 dev lo
 route add 20.0.0.0/8 via 10.1.0.2
 """
 # What is tried once more fails again.
-LASTING = {"flock"}
+LASTING = {("flock", "ENOLCK"), ("open", "EROFS")}
 # Where each of the hundreds of allocations fails once.
 WITHOUT_MEMORY = [LISTING, LINES, LOAD, KERNEL]
 NOBODY = 65534
@@ -72,7 +73,7 @@ class Run:
             environment = {
                 **os.environ, "LD_PRELOAD": os.environ["FAILING_CALLS"], "FAIL_CALL": call,
                 "FAIL_ERRNO": str(getattr(errno, error, 0)), "FAIL_AT": str(at),
-                "FAIL_LASTS": str(int(call in LASTING and (call, error) in TOLD)),
+                "FAIL_LASTS": str(int((call, error) in LASTING)),
                 "FAIL_COUNT": f"{folder}/count"}
             command = [program(), *words.replace("FOLDER", folder).split()]
             result = subprocess.run(command, cwd=ROOT, env=environment, capture_output=True,

@@ -33,6 +33,11 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
   const R a{"fd00::", 64, {{"fe80::1"}}}, b{"fd00::", 64, {{"fe80::2"}}}, onLink{"fd00::", 64};
   const R both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
   const R all{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}, {"fe80::3"}}};
+  R advertised = a, advertisedToo = b, throws = onLink, overObject = onLink;
+  advertised.protocol = advertisedToo.protocol = RTPROT_RA;
+  throws.type = RTN_THROW;
+  overObject.nexthop = 7;
+  kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
   const struct {
     std::vector<Step> steps;
     const char* shown;
@@ -43,6 +48,12 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
       {{all, told(RTM_DELROUTE, both)}, "| fe80::3 eth1"},
       {{both, told(RTM_DELROUTE, both)}, "none"},
       {{both, told(RTM_NEWROUTE, a, NLM_F_REPLACE)}, "| fe80::1 eth1"},
+      {{advertised, told(RTM_NEWROUTE, advertisedToo)}, "| fe80::1 eth1"},
+      {{advertised, advertisedToo, told(RTM_DELROUTE, advertised)}, "| fe80::2 eth1"},
+      {{throws, told(RTM_NEWROUTE, onLink)}, "drop [1/0]"},
+      {{throws, told(RTM_NEWROUTE, onLink), told(RTM_DELROUTE, throws)}, "| eth1"},
+      {{overObject, told(RTM_NEWROUTE, onLink)}, "| ::ffff:10.0.0.9 eth1"},
+      {{overObject, told(RTM_NEWROUTE, onLink), told(RTM_DELROUTE, overObject)}, "| eth1"},
       {{onLink, told(RTM_NEWROUTE, a)}, "| eth1"},
       {{onLink, told(RTM_NEWROUTE, a), told(RTM_DELROUTE, onLink)}, "| fe80::1 eth1"},
   };
@@ -115,27 +126,6 @@ TEST_F(FollowerTest, ChangesWhoseConsequencesNobodyTellsHaveRoutesReadAgain) {
   }
 }
 
-TEST_F(FollowerTest, NexthopObjectsGoWithTheCarrier) {
-  R route{"10.0.0.0", 8};
-  route.nexthop = 7;
-  kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
-  const Step lost = told(RTM_NEWLINK, link(1, "eth1", Works::withoutCarrier));
-  EXPECT_EQ(after({route}, {lost}), "none");
-}
-
-TEST_F(FollowerTest, AnAddressThatStandsElsewhereKeepsItsRoutes) {
-  R from{"10.0.0.0", 8};
-  from.source = "10.9.0.1";
-  kernel.scripts["addresses"] = {{address(1, "10.9.0.1", 24), address(2, "10.9.0.1", 32)}};
-  const Step first = told(RTM_DELADDR, address(1, "10.9.0.1", 24)),
-             second = told(RTM_DELADDR, address(2, "10.9.0.1", 32));
-  EXPECT_EQ(after({from}, {first}), "eth1");
-  EXPECT_EQ(after({from}, {first, second}), "none");
-  EXPECT_EQ(after({from}, {first, second, told(RTM_NEWADDR, address(2, "10.9.0.1", 32)),
-                           told(RTM_NEWROUTE, from)}),
-            "eth1");
-}
-
 /// A group of nexthop objects, of which some are counted.
 Step group(std::uint32_t id, std::vector<std::uint32_t> members,
            std::vector<std::pair<std::uint32_t, std::uint32_t>> packetsOf = {}) {
@@ -148,6 +138,39 @@ Step group(std::uint32_t id, std::vector<std::uint32_t> members,
   }
   Message message = Message(nhmsg{}).add(NHA_ID, id).add(NHA_GROUP, rows);
   return {0, 0, packetsOf.empty() ? message : message.add(statistics, counts)};
+}
+
+TEST_F(FollowerTest, NexthopObjectsGoWithTheCarrier) {
+  R route{"10.0.0.0", 8};
+  route.nexthop = 7;
+  kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
+  const Step lost = told(RTM_NEWLINK, link(1, "eth1", Works::withoutCarrier));
+  EXPECT_EQ(after({route}, {lost}), "none");
+}
+
+TEST_F(FollowerTest, GroupsLoseTheMembersOfAnInterfaceThatGoes) {
+  needs.nexthopGroups = true;
+  kernel.scripts["nexthop objects"] = {{nexthop(7, 1), nexthop(8, 2), group(20, {7, 8})}};
+  kernel.scripts["IPv4 routes"] = {{told(RTM_DELLINK, link(1, "eth1"))}};
+  Follower follower(kernel, needs, [this] { return kernel.now; });
+  follower.read(milliseconds(0));
+  const auto groups = showNexthopGroups(makeDevice(follower.take()));
+  EXPECT_EQ(groups.at("nexthop-20"), "20 ip4 1 of 1 in default | 10.0.0.9 eth2 00:00:00:00:00:00");
+  EXPECT_EQ(groups.count("nexthop-7"), 0u);
+}
+
+TEST_F(FollowerTest, AnAddressThatStandsElsewhereKeepsItsRoutes) {
+  R from{"10.0.0.0", 8};
+  from.source = "10.9.0.1";
+  kernel.scripts["addresses"] = {{address(1, "10.9.0.1", 24), address(2, "10.9.0.1", 32)}};
+  const Step first = told(RTM_DELADDR, address(1, "10.9.0.1", 24)),
+             second = told(RTM_DELADDR, address(2, "10.9.0.1", 32));
+  const Step another = told(RTM_DELADDR, address(1, "fd00::1", 64));
+  EXPECT_EQ(after({from}, {first, another}), "eth1");
+  EXPECT_EQ(after({from}, {first, second}), "none");
+  EXPECT_EQ(after({from}, {first, second, told(RTM_NEWADDR, address(2, "10.9.0.1", 32)),
+                           told(RTM_NEWROUTE, from)}),
+            "eth1");
 }
 
 TEST_F(FollowerTest, MembersKeepTheirCountsWhenAGroupChanges) {

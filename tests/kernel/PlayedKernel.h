@@ -72,6 +72,7 @@ struct RouteStep {
   const char* source = nullptr;
   std::uint8_t type = RTN_UNICAST;
   std::uint32_t table = RT_TABLE_MAIN;
+  std::uint8_t protocol = RTPROT_STATIC;
 
   operator Step() const {
     const auto bytes = ip(prefix);
@@ -79,7 +80,7 @@ struct RouteStep {
     header.rtm_family = bytes.size() == 4 ? AF_INET : AF_INET6;
     header.rtm_dst_len = length;
     header.rtm_type = type;
-    header.rtm_protocol = RTPROT_STATIC;
+    header.rtm_protocol = protocol;
     Message message(header);
     message.add(RTA_TABLE, table).add(RTA_DST, bytes).add(RTA_PRIORITY, metric);
     if (nexthop) message.add(RTA_NH_ID, nexthop);
