@@ -106,13 +106,7 @@ Lumo::GenericPtr addressFromPython(const AddressType& address, PyObject* object,
                                    const Lumo::TypeRecord& type) {
   if (object == Py_None && address.none) return address.none(type);
   if (!PyUnicode_Check(object) && !isAddressObject(object)) throwWrongType(type, object);
-  const std::string text = bytesOf(owned(PyObject_Str(object)).get());
-  auto value = type.fromText(text);
-  // Types that can be unset read any text that is no address as that.
-  if (address.none && !text.empty() && type.toText(value->voidPtrIs(type)).empty()) {
-    throw Lumo::RangeException("'" + text + "' is no " + type.name);
-  }
-  return value;
+  return type.fromText(bytesOf(owned(PyObject_Str(object)).get()));
 }
 
 } // namespace rova_python

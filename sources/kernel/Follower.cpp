@@ -132,17 +132,24 @@ void Follower::dumpLinks() {
   findWantedTables();
 }
 
+void Follower::forgetPackets() {
+  countsPackets_ = false;
+  nexthops_.forEach([](Nexthop& nexthop) {
+    for (Nexthop::Member& member : nexthop.group) member.packets = {};
+  });
+}
+
 void Follower::dumpNexthops() {
   drain();
   nexthops_.begin();
   const auto take = [&](Bytes payload) {
     if (auto object = decodeNexthop(payload, encapsulations_)) nexthops_.dumped(std::move(*object));
   };
-  countsPackets_ = false;
   DumpEnd end{.known = false};
   if (needs_.nexthopGroups) {
+    countsPackets_ = true; // what is notified meanwhile has no counts of its own
     end = dump(with(nexthopsRequest, operationAttribute, dumpStatistics), take);
-    countsPackets_ = end.known;
+    if (!end.known) forgetPackets();
   }
   if (!end.known) end = dump(nexthopsRequest, take); // by a kernel that does not count
   nexthops_.end(end);

@@ -52,6 +52,7 @@ class Follower {
                    const std::function<std::optional<Object>(Bytes)>& decode);
   void dumpLinks();
   void dumpNexthops();
+  void forgetPackets();
   template <class Family>
   void dumpRoutes(RouteTable<Family>& table);
   DumpEnd dump(const Request& request, const TakeMessage& take);

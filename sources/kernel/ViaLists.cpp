@@ -62,10 +62,12 @@ class Resolver {
   /// Puts what forwards nothing aside, unless there is nothing else: the kernel passes over a route
   /// without a living hop, and so does a listing that is not in detail.
   static void partDead(ViaList& list) {
-    const auto dead = std::ranges::stable_partition(list.vias, std::not_fn(&Via::dead));
-    if (dead.begin() == list.vias.begin()) return;
-    list.dead.assign(dead.begin(), dead.end());
-    list.vias.erase(dead.begin(), dead.end());
+    // clang 14 cannot compile the partition of a whole range.
+    const auto end = list.vias.end();
+    const auto dead = std::stable_partition(list.vias.begin(), end, std::not_fn(&Via::dead));
+    if (dead == list.vias.begin()) return;
+    list.dead.assign(dead, end);
+    list.vias.erase(dead, end);
   }
 
   /// Joins vias that lead the same way: the kernel keeps each with its weight.

@@ -5,6 +5,7 @@ otherwise, and a file that it writes is the old one or the new one."""
 import errno
 import functools
 import os
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -15,13 +16,20 @@ from judge import ROOT, all_of, end_fault, program
 # What is not mended yet: (part of the fault's text, why). Without its line a case counts.
 KNOWN_FAULTS = []
 
-# A failure that the command has to tell, or that it can do without what failed.
-FATAL = [("malloc", "ENOMEM"), ("open", "EACCES"), ("read", "EIO"), ("write", "ENOSPC"),
-         ("fsync", "EIO"), ("close", "EIO"), ("rename", "EACCES")]
+# A failure that the command has to tell.
+TOLD = [("read", "EIO"), ("write", "ENOSPC"), ("rename", "EACCES"), ("flock", "ENOLCK"),
+        ("fchown", "EPERM"), ("fchmod", "EPERM"), ("flistxattr", "EIO"), ("fgetxattr", "EIO"),
+        ("fsetxattr", "ENOSPC"), ("setns", "EPERM"), ("socket", "EMFILE"), ("bind", "EADDRINUSE"),
+        ("sendto", "ENOBUFS"), ("recvmsg", "EIO")]
+# One that it has to tell, or can do without what failed.
+TOLD_OR_DONE = [("malloc", "ENOMEM"), ("open", "EACCES"), ("open", "EROFS"), ("open", "ENOENT"),
+                ("fsync", "EIO"), ("close", "EIO"), ("stat", "EACCES"), ("stat", "ENOENT"),
+                ("fstat", "EIO"), ("fgetxattr", "ERANGE")]
 # One that it gets over; a write without an error takes one byte.
-HARMLESS = [("read", "EINTR"), ("write", "EINTR"), ("write", "EAGAIN"), ("write", "")]
-# What nothing can be done without.
-NEEDED = {"read", "write", "rename"}
+HARMLESS = [("read", "EINTR"), ("write", "EINTR"), ("write", "EAGAIN"), ("write", ""),
+            ("open", "EINTR"), ("flock", "EINTR"), ("flistxattr", "ENOTSUP"),
+            ("setsockopt", "EPERM"), ("recvmsg", "EINTR"), ("recvfrom", "EINTR"),
+            ("recvfrom", "ENOBUFS")]
 
 STATES = "tests/scenarios"
 LISTING = f"--state {STATES}/vrfs/snapshot.json show ip route vrf all detail"
@@ -31,9 +39,27 @@ COMMANDS = [LISTING, LINES, LOAD,
             f"--state {STATES}/nexthop-group-ipv6/snapshot.json --format json show nexthop-group",
             f"--state {STATES}/vrfs/snapshot.json snapshot save -",
             f"--state {STATES}/vrfs/snapshot.json snapshot save FOLDER/saved.json"]
+NAMESPACE = f"rova-calls-{os.getpid()}"
+KERNEL = f"--state kernel:{NAMESPACE} show ip route vrf all"
+NETWORK = """\
+link set lo up
+addr add 10.1.0.1/24 dev lo
+nexthop add id 7 via 10.1.0.2 dev lo
+route add 20.0.0.0/8 via 10.1.0.2
+"""
+# What is tried once more fails again.
+LASTING = {("flock", "ENOLCK"), ("open", "EROFS")}
 # Where each of the hundreds of allocations fails once.
-WITHOUT_MEMORY = [LISTING, LINES, LOAD]
+WITHOUT_MEMORY = [LISTING, LINES, LOAD, KERNEL]
+NOBODY = 65534
 OLD = {"saved.json": b'{"rovaSnapshot": 1}\n', "lines": b"ip route 10.0.0.0/8 Null0\n"}
+
+
+def give_traits(path):
+    """What a new file has to take over from the old one, as far as we may make it."""
+    os.setxattr(path, "user.note", b"kept")
+    if os.geteuid() == 0:
+        os.chown(path, NOBODY, NOBODY)
 
 
 class Run:
@@ -43,9 +69,11 @@ class Run:
         with tempfile.TemporaryDirectory(prefix="rova-calls-") as folder:
             for name, content in OLD.items():
                 (Path(folder) / name).write_bytes(content)
+            give_traits(Path(folder) / "saved.json")
             environment = {
                 **os.environ, "LD_PRELOAD": os.environ["FAILING_CALLS"], "FAIL_CALL": call,
                 "FAIL_ERRNO": str(getattr(errno, error, 0)), "FAIL_AT": str(at),
+                "FAIL_LASTS": str(int((call, error) in LASTING)),
                 "FAIL_COUNT": f"{folder}/count"}
             command = [program(), *words.replace("FOLDER", folder).split()]
             result = subprocess.run(command, cwd=ROOT, env=environment, capture_output=True,
@@ -65,19 +93,26 @@ def fault_of(whole, call, error, run):
         return "other output, and no word of it"
     if run.status != 0 and (call, error) in HARMLESS:
         return "refused"
-    if run.status == 0 and call in NEEDED and (call, error) in FATAL:
+    if run.status == 0 and (call, error) in TOLD:
         return "no word of it"
     torn = [name for name, content in run.files.items()
             if content not in (OLD.get(name), whole.files.get(name))]
     return f"left a file that is neither old nor new: {torn}" if torn else None
 
 
+def is_tried(words, call, error):
+    """No signal interrupts a call for what stands in /proc, which never waits."""
+    if call == "malloc":
+        return words in WITHOUT_MEMORY
+    return words != KERNEL or (call, error) not in (("read", "EINTR"), ("open", "EINTR"))
+
+
 def faults_of(words):
     """The command as it is without failures, and all faults of it."""
     whole = Run(words)
     found = []
-    for call, error in FATAL + HARMLESS:
-        if call == "malloc" and words not in WITHOUT_MEMORY:
+    for call, error in TOLD + TOLD_OR_DONE + HARMLESS:
+        if not is_tried(words, call, error):
             continue
         count = Run(words, call).calls
         runs = all_of(functools.partial(Run, words, call, error), range(1, count + 1))
@@ -87,13 +122,30 @@ def faults_of(words):
     return whole, found
 
 
+def ip(*words, **options):
+    return subprocess.run(["ip", *words], check=False, capture_output=True, text=True, **options)
+
+
 class FailingCallsTest(unittest.TestCase):
+    maxDiff = None
+
+    def check(self, words):
+        whole, faults = faults_of(words)
+        with self.subTest(words):
+            self.assertEqual((whole.status, whole.fault), (0, None))
+            self.assertEqual([fault for fault in faults if not known(fault)], [])
+
     def test_every_call_may_fail(self):
         for words in COMMANDS:
-            whole, faults = faults_of(words)
-            with self.subTest(words):
-                self.assertEqual((whole.status, whole.fault), (0, None))
-                self.assertEqual([fault for fault in faults if not known(fault)], [])
+            self.check(words)
+
+    @unittest.skipUnless(os.geteuid() == 0 and shutil.which("ip"), "needs root and iproute2")
+    def test_every_call_to_the_kernel_may_fail(self):
+        if ip("netns", "add", NAMESPACE).returncode:
+            self.skipTest("this machine makes no network namespaces")
+        self.addCleanup(ip, "netns", "del", NAMESPACE)
+        self.assertEqual(ip("-n", NAMESPACE, "-batch", "-", input=NETWORK).stderr, "")
+        self.check(KERNEL)
 
 
 def known(fault):

@@ -8,15 +8,18 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "scenarios"))
 # pylint: disable=wrong-import-position,unused-import
-from scenario import HERE, ROOT, parse_json, program
+from scenario import HERE, ROOT, all_scenarios, parse_json, program
 
-# Records that must not exist stop the process, with one of these lines.
+# Records that must not exist stop the process, with one of these lines; and a network namespace that
+# cannot be left.
 STOPS = {f"Assertion failed: {text}\n" for text in (
     "(value_ >> Fib::adjTypePos()) < Fib::adjTypeMax()", '0 && "unexpected RouteType"',
     '!"Invalid Routing::RouteType argument"', 'false && "encap type not implemented"',
-    '0 && "mpls not supported on static interface tunnels"', "!via.vtepAddr()", "false", "fec")}
-# Escapes of the terminal and line breaks inside a line.
-CONTROL = re.compile(r"[\x00-\x09\x0b-\x1f\x7f-\x9f]")
+    '0 && "mpls not supported on static interface tunnels"', "!via.vtepAddr()", "false", "fec",
+    "setns(home, CLONE_NEWNET) == 0")}
+# Escapes of the terminal, line breaks inside a line, and what turns the direction of the text.
+CONTROL = re.compile(
+    r"[\x00-\x09\x0b-\x1f\x7f-\x9f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]")
 
 
 def end_fault(result):

@@ -5,10 +5,11 @@ they show as data, never as lines, cursor movements or formats of their own."""
 import functools
 import itertools
 import json
+import re
 import subprocess
 import unittest
 
-from judge import ROOT, all_of, fault_of, output_fault, parse_json, program
+from judge import ROOT, all_of, all_scenarios, end_fault, fault_of, output_fault, parse_json, program
 
 # What is not mended yet: (part of the fault's text, why). Without its line a case counts.
 KNOWN_FAULTS = []
@@ -24,6 +25,11 @@ DISPLAYS = {"vrf": ["show ip route vrf all", "show ip route vrf all summary"],
             "group": ["show ip route", "show nexthop-group"], "agent": ["show static"]}
 OF_LINES = ["show running-config static", "show static"]
 UNSHOWN = {("agent", "show static")}
+
+INTERFACE = re.compile(r"(Ethernet|Vlan|Port-Channel|Loopback|Management)[\d/.]+")
+# What a kernel may have in the name of a device, and what a description may hold beyond it.
+WORD = "\x1b]0;x\x07\x7f\x85\x9b2J\u061c\u202e\u2067\u2028"
+TEXT = WORD + "\n S        6.6.6.0/24 [1/0] via 192.0.2.66\r\n\v\f\t"
 
 
 def snapshot(name):
@@ -75,6 +81,50 @@ def renamed(model, name):
     return model.replace(PLAIN, name) if isinstance(model, str) else model
 
 
+class Suffixed:
+    """A scenario whose names end in a suffix, one for VRFs, one for interfaces, one for their
+    descriptions, which all of them have."""
+
+    def __init__(self, scenario, vrf, interface, text):
+        self.vrf, self.interface, self.text = vrf, interface, text
+        state = json.loads((ROOT / scenario.snapshot).read_text())
+        self.vrfs = set(state.get("vrfs", ())) - {"default"}
+        configs = state.setdefault("allIntfConfig", {})
+        for name in {match.group() for match in INTERFACE.finditer(json.dumps(state))}:
+            configs.setdefault(name, {}).setdefault("description", "uplink")
+        data = json.dumps(self.value(state)).encode()
+        self.result = run(["--state", "-", *map(self.word, scenario.words)], data)
+
+    def word(self, word):
+        if word in self.vrfs:
+            return word + self.vrf
+        return word + self.interface if INTERFACE.fullmatch(word) else word
+
+    def value(self, value, key=None):
+        if isinstance(value, dict):
+            return {self.word(k): self.value(v, k) for k, v in value.items()}
+        if isinstance(value, list):
+            return [self.value(v) for v in value]
+        if not isinstance(value, str):
+            return value
+        return value + self.text if key == "description" else self.word(value)
+
+
+def described_and_fault(scenario):
+    """How often a scenario shows a description of several lines, and the fault of it with hostile
+    names: it has as many lines as with harmless ones."""
+    # What is typed, or stands in a line of configuration, is one word.
+    has_lines = "routingConfig" in (ROOT / scenario.snapshot).read_text()
+    vrf = WORD if has_lines or "vrf" in scenario.words else WORD + "\n x"
+    interface = WORD if has_lines or "interface" in scenario.words else TEXT
+    plain = Suffixed(scenario, "x", "x", "x").result
+    hostile = Suffixed(scenario, vrf, interface, TEXT).result
+    ends = [(result.returncode, result.stdout.count(b"\n")) for result in (plain, hostile)]
+    fault = f"ends with {ends[1]}, not with {ends[0]}" if ends[0] != ends[1] else None
+    return (hostile.stdout.count(b"\\x0a S        6.6.6.0/24"),
+            fault or end_fault(hostile) or output_fault(hostile, False))
+
+
 def fault_at(case):
     place, words, name = case
     text, model = shown(place, words, name)
@@ -111,6 +161,13 @@ class NamesTest(unittest.TestCase):
                 self.assertEqual((text.returncode, model.returncode), (0, 0), (place, words))
                 if (place, words) not in UNSHOWN:
                     self.assertIn(PLAIN, model.stdout.decode(), (place, words))
+
+    def test_names_in_every_display(self):
+        scenarios = [scenario for scenario in all_scenarios()
+                     if "json" not in " ".join(scenario.words)]
+        described, faults = zip(*all_of(described_and_fault, scenarios))
+        self.check([scenario.name for scenario in scenarios], faults)
+        self.assertGreater(sum(described), 10)
 
     def test_names_in_a_command_line(self):
         state = ["--state", "tests/scenarios/vrfs/snapshot.json"]

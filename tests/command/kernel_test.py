@@ -97,6 +97,12 @@ class KernelTest(CommandTest):
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertRegex(result.stderr, "there is no VRF \"table-8\".*default, table-7")
 
+    def test_an_unknown_namespace_is_answered_with_all(self):
+        result = rova("show", "ip", "route", state=f"{STATE}x")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertRegex(result.stderr, f"\"{NAME}x\": it is not in /run/netns, "
+                                        f"which has (.*, )?{NAME}(,|\n)")
+
     def test_a_kernel_saves_and_loads(self):
         saved = rova("snapshot", "save", "-", state=STATE)
         self.assertEqual((saved.returncode, saved.stderr), (0, HIDDEN))

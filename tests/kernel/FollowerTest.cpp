@@ -1,185 +1,8 @@
-// What a follower makes of a kernel that changes while it is read. The kernel is played: each dump
-// shows objects, between which things are notified.
-#include "sources/kernel/Follower.h"
-#include "kernel/Message.h"
-#include "kernel/Shown.h"
-#include "sources/kernel/Device.h"
-
-#include <gtest/gtest.h>
-#include <linux/if.h>
-#include <linux/if_addr.h>
-#include <linux/nexthop.h>
-
-#include <deque>
+// What a follower makes of a kernel that changes while it is read.
+#include "kernel/PlayedKernel.h"
 
 namespace kernel_test {
 namespace {
-
-using namespace sources::kernel;
-using std::chrono::milliseconds;
-
-/// Something that happens: an object of a dump, or a notification.
-struct Step {
-  std::uint16_t told = 0; ///< the type of a notification; 0 for an object
-  std::uint16_t flags = 0;
-  Message message;
-};
-
-Step told(std::uint16_t type, Step object, std::uint16_t flags = 0) {
-  return {type, flags, std::move(object.message)};
-}
-
-Step link(int index, const char* name, bool up = true) {
-  ifinfomsg header{};
-  header.ifi_index = index;
-  header.ifi_flags = up ? IFF_UP | IFF_RUNNING | IFF_LOWER_UP : 0;
-  return {0, 0, Message(header).add(IFLA_IFNAME, text(name))};
-}
-
-Step address(int interface, const char* own, std::uint8_t length) {
-  const auto bytes = ip(own);
-  ifaddrmsg header{};
-  header.ifa_family = bytes.size() == 4 ? AF_INET : AF_INET6;
-  header.ifa_prefixlen = length;
-  header.ifa_index = static_cast<std::uint32_t>(interface);
-  return {0, 0, Message(header).add(IFA_ADDRESS, bytes).add(IFA_LOCAL, bytes)};
-}
-
-Step nexthop(std::uint32_t id, int interface) {
-  nhmsg header{};
-  header.nh_family = AF_INET;
-  return {0, 0,
-          Message(header).add(NHA_ID, id).add(NHA_OIF, interface).add(NHA_GATEWAY, ip("10.0.0.9"))};
-}
-
-struct To {
-  const char* gateway = nullptr;
-  int interface = 1;
-};
-
-/// A static route of table main; its fields are set behind it.
-struct RouteStep {
-  const char* prefix;
-  std::uint8_t length;
-  std::vector<To> hops = {{}};
-  std::uint32_t metric = 0;
-  std::uint32_t nexthop = 0;
-  const char* source = nullptr;
-  std::uint8_t type = RTN_UNICAST;
-  std::uint32_t table = RT_TABLE_MAIN;
-
-  operator Step() const {
-    const auto bytes = ip(prefix);
-    rtmsg header{};
-    header.rtm_family = bytes.size() == 4 ? AF_INET : AF_INET6;
-    header.rtm_dst_len = length;
-    header.rtm_type = type;
-    header.rtm_protocol = RTPROT_STATIC;
-    Message message(header);
-    message.add(RTA_TABLE, table).add(RTA_DST, bytes).add(RTA_PRIORITY, metric);
-    if (nexthop) message.add(RTA_NH_ID, nexthop);
-    if (source) message.add(RTA_PREFSRC, ip(source));
-    if (hops.size() > 1) {
-      message.add(RTA_MULTIPATH, rows());
-    } else if (!nexthop) {
-      addHop(message, hops[0]);
-      message.add(RTA_OIF, hops[0].interface);
-    }
-    return {0, 0, message};
-  }
-
- private:
-  static void addHop(Message& message, const To& hop) {
-    if (hop.gateway) message.add(RTA_GATEWAY, ip(hop.gateway));
-  }
-  Message rows() const {
-    Message all;
-    for (const To& hop : hops) {
-      rtnexthop header{};
-      header.rtnh_ifindex = hop.interface;
-      Message row(header);
-      addHop(row, hop);
-      row.bytes()[0] = static_cast<std::byte>(row.bytes().size()); // rtnh_len
-      all.then(row);
-    }
-    return all;
-  }
-};
-using R = RouteStep;
-
-/// A kernel that plays scripts: for the tables by name, what each of their dumps shows. The last
-/// script of a table serves all further dumps.
-class PlayedKernel final : public Feed {
- public:
-  using Script = std::vector<Step>;
-
-  void follow(unsigned) override {}
-  DumpEnd dump(const Request& request, const TakeMessage& take,
-               const std::function<bool()>& keepsOn) override {
-    now += milliseconds(100);
-    dumps += std::string(request.what) +
-             (request.attribute == RTA_TABLE ? " " + std::to_string(request.attributeValue) : "") +
-             "; ";
-    auto& script = scripts[request.what];
-    if (script.empty()) return {};
-    const Script steps = script.front();
-    if (script.size() > 1) script.pop_front();
-    for (const Step& step : steps) {
-      if (step.told) {
-        pending.push_back(step);
-      } else {
-        take(step.message.bytes());
-      }
-      if (!keepsOn()) return {true, false, false};
-    }
-    return {true, interrupted, true};
-  }
-  bool drain(const TakeNotification& take) override {
-    for (const Step& step : std::exchange(pending, {})) {
-      nlmsghdr header{};
-      header.nlmsg_type = step.told;
-      header.nlmsg_flags = step.flags;
-      take(header, step.message.bytes());
-    }
-    return !std::exchange(losesOnce, false);
-  }
-
-  std::map<std::string, std::deque<Script>> scripts;
-  std::vector<Step> pending;
-  std::string dumps; ///< that were asked for
-  bool losesOnce = false;
-  bool interrupted = false;
-  std::chrono::steady_clock::time_point now;
-};
-
-class FollowerTest : public testing::Test {
- protected:
-  FollowerTest() {
-    kernel.scripts["interfaces"] = {{link(1, "eth1"), link(2, "eth2")}};
-    needs.neighbours = needs.nexthopGroups = false;
-  }
-
-  /// Reads; the routes that are there then.
-  Routes read() {
-    Follower follower(kernel, needs, [this] { return kernel.now; });
-    follower.read(std::chrono::seconds(2));
-    moved = follower.moved();
-    return showRoutes(makeDevice(follower.take()));
-  }
-  /// The hops of 10.0.0.0/8 when these things are told of a table that has it through `before`. The
-  /// further dump shows nothing, which proves nothing: something else moves.
-  std::string after(PlayedKernel::Script before, const std::vector<Step>& events) {
-    before.insert(before.end(), events.begin(), events.end());
-    kernel.scripts["IPv4 routes"] = {before, {told(RTM_NEWROUTE, RouteStep{"99.0.0.0", 8})}};
-    const auto routes = read();
-    const auto found = routes.find("default 10.0.0.0/8");
-    return found == routes.end() ? "none" : found->second.substr(found->second.find('|') + 2);
-  }
-
-  PlayedKernel kernel;
-  sources::Needs needs;
-  std::vector<std::string> moved;
-};
 
 TEST_F(FollowerTest, WhatStaysIsDumpedOnce) {
   kernel.scripts["IPv4 routes"] = {{R{"10.0.0.0", 8}}};
@@ -245,90 +68,6 @@ TEST_F(FollowerTest, LostNotificationsHaveEverythingDumpedAgain) {
   EXPECT_EQ(follower.moved(), std::vector<std::string>{"IPv4 routes"});
 }
 
-/// Of routes that differ in their hops alone, the kernel's order decides.
-TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
-  const R a{"10.0.0.0", 8, {{"10.0.0.1"}}}, b{"10.0.0.0", 8, {{"10.0.0.2"}}},
-      c{"10.0.0.0", 8, {{"10.0.0.3"}}};
-  const R both{"10.0.0.0", 8, {{"10.0.0.1"}, {"10.0.0.2", 2}}};
-  const struct {
-    std::vector<Step> before, events;
-    const char* shown;
-  } cases[] = {
-      {{a}, {told(RTM_NEWROUTE, b, NLM_F_CREATE | NLM_F_APPEND)}, "10.0.0.1 eth1"},
-      {{a}, {told(RTM_NEWROUTE, b, NLM_F_CREATE)}, "10.0.0.2 eth1"},
-      {{a}, {told(RTM_NEWROUTE, b, NLM_F_REPLACE), told(RTM_DELROUTE, a)}, "10.0.0.2 eth1"},
-      {{a, b}, {told(RTM_NEWROUTE, c, NLM_F_REPLACE)}, "10.0.0.3 eth1"},
-      {{a, b}, {told(RTM_DELROUTE, a)}, "10.0.0.2 eth1"},
-      {{a}, {told(RTM_DELROUTE, a)}, "none"},
-      {{a}, {told(RTM_DELROUTE, b)}, "10.0.0.1 eth1"},
-      {{both}, {told(RTM_DELROUTE, both)}, "none"},
-      {{both}, {told(RTM_NEWROUTE, both)}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
-      {{}, {told(RTM_NEWROUTE, a), told(RTM_DELROUTE, a), told(RTM_NEWROUTE, b)}, "10.0.0.2 eth1"},
-  };
-  for (const auto& one : cases) EXPECT_EQ(after(one.before, one.events), one.shown) << one.shown;
-}
-
-/// The kernel joins routes through gateways to one; its messages tell of all of these, or of those
-/// that go.
-TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
-  const R a{"fd00::", 64, {{"fe80::1"}}}, b{"fd00::", 64, {{"fe80::2"}}}, onLink{"fd00::", 64};
-  const R both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
-  const R all{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}, {"fe80::3"}}};
-  const struct {
-    std::vector<Step> steps;
-    const char* shown;
-  } cases[] = {
-      {{a, told(RTM_NEWROUTE, both, NLM_F_APPEND)}, "| fe80::1 eth1 | fe80::2 eth1"},
-      {{both, told(RTM_DELROUTE, a)}, "| fe80::2 eth1"},
-      {{all, told(RTM_DELROUTE, a), told(RTM_DELROUTE, b)}, "| fe80::3 eth1"},
-      {{all, told(RTM_DELROUTE, both)}, "| fe80::3 eth1"},
-      {{both, told(RTM_DELROUTE, both)}, "none"},
-      {{both, told(RTM_NEWROUTE, a, NLM_F_REPLACE)}, "| fe80::1 eth1"},
-      {{onLink, told(RTM_NEWROUTE, a)}, "| eth1"},
-      {{onLink, told(RTM_NEWROUTE, a), told(RTM_DELROUTE, onLink)}, "| fe80::1 eth1"},
-  };
-  for (const auto& one : cases) {
-    kernel.scripts["IPv6 routes"] = {one.steps};
-    const auto routes = read();
-    const std::string shown = routes.empty() ? "none" : routes.begin()->second;
-    EXPECT_TRUE(shown.ends_with(one.shown)) << shown << " for " << one.shown;
-  }
-}
-
-/// What the kernel removes without a word of its own.
-TEST_F(FollowerTest, RoutesGoWithWhatTheyNeed) {
-  const R over1{"10.0.0.0", 8}, over2{"10.0.0.0", 8, {{nullptr, 2}}};
-  const R overBoth{"10.0.0.0", 8, {{"10.0.0.1", 1}, {"10.0.0.2", 2}}};
-  R own{"10.0.0.0", 8}, from{"10.0.0.0", 8}, overObject{"10.0.0.0", 8};
-  own.type = RTN_LOCAL;
-  from.source = "10.9.0.1";
-  overObject.nexthop = 7;
-  const Step down = told(RTM_NEWLINK, link(1, "eth1", false)),
-             gone = told(RTM_DELLINK, link(1, "eth1"));
-  kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
-  kernel.scripts["addresses"] = {{address(1, "10.9.0.1", 24), address(2, "10.9.0.2", 24)}};
-  const struct {
-    const char* what;
-    R route;
-    std::vector<Step> events;
-    const char* shown;
-  } cases[] = {
-      {"down", over1, {down}, "none"},
-      {"deleted", over1, {gone}, "none"},
-      {"another is down", over2, {down}, "eth2"},
-      {"own addresses stay", own, {down}, "eth1"},
-      {"own addresses go", own, {gone}, "none"},
-      {"back again", over1, {down, told(RTM_NEWROUTE, over1)}, "eth1"},
-      {"another hop is left", overBoth, {down}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
-      {"address", from, {told(RTM_DELADDR, address(1, "10.9.0.1", 24))}, "none"},
-      {"another address", from, {told(RTM_DELADDR, address(2, "10.9.0.2", 24))}, "eth1"},
-      {"object", overObject, {told(RTM_DELNEXTHOP, nexthop(7, 1))}, "none"},
-      {"object of an interface", overObject, {down}, "none"},
-      {"another object", overObject, {told(RTM_DELNEXTHOP, nexthop(8, 1))}, "10.0.0.9 eth1"},
-  };
-  for (const auto& one : cases) EXPECT_EQ(after({one.route}, one.events), one.shown) << one.what;
-}
-
 TEST_F(FollowerTest, NeedsDecideWhatIsAsked) {
   kernel.scripts["interfaces"].front().push_back(link(3, "red"));
   const struct {
@@ -355,6 +94,39 @@ TEST_F(FollowerTest, NeedsDecideWhatIsAsked) {
     kernel.dumps.clear();
     read();
     EXPECT_EQ(kernel.dumps, one.dumps) << one.what;
+  }
+}
+
+/// A vrf device of that table.
+Step vrf(int index, const char* name, std::uint32_t table) {
+  Step made = link(index, name);
+  made.message.add(IFLA_LINKINFO, Message()
+                                      .add(IFLA_INFO_KIND, text("vrf"))
+                                      .add(IFLA_INFO_DATA, Message().add(IFLA_VRF_TABLE, table)));
+  return made;
+}
+
+/// A name leads to one table only where no device could stand for another one of that name.
+TEST_F(FollowerTest, OneTableIsAskedForWhereItIsKnown) {
+  const struct {
+    std::vector<Step> devices;
+    const char* vrf;
+    const char* routes;
+  } cases[] = {
+      {{vrf(3, "red", 10)}, "red", "IPv4 routes 10; "},
+      {{vrf(3, "red", 10)}, "table-7", "IPv4 routes 7; "},
+      {{vrf(3, "red", 10)}, "table-10", "IPv4 routes; "},
+      {{vrf(3, "red", 10), vrf(4, "red2", 10)}, "red", "IPv4 routes; "},
+      {{vrf(3, "red", 10), vrf(4, "default", 20)}, "red", "IPv4 routes; "},
+      {{vrf(3, "red", 10), vrf(4, "table-7", 20)}, "table-7", "IPv4 routes; "},
+      {{vrf(3, "red", RT_TABLE_MAIN)}, "red", "IPv4 routes; "},
+  };
+  for (const auto& [devices, name, routes] : cases) {
+    kernel.scripts["interfaces"] = {devices};
+    needs = {.ip6 = false, .neighbours = false, .nexthopGroups = false, .vrf = name};
+    kernel.dumps.clear();
+    read();
+    EXPECT_EQ(kernel.dumps, std::string("interfaces; addresses; nexthop objects; ") + routes);
   }
 }
 

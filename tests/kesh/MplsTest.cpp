@@ -53,6 +53,23 @@ TEST(MplsLabelOperationTest, HoldsSevenLabels) {
       << "the index is checked before it is cut";
 }
 
+TEST(MplsLabelOperationTest, ReadsWhatItWritesAndNothingElse) {
+  for (const char* const text : {"push 100 200", "swap 3", "pop", "unset", "push 1 2 3 4 5 6 7"}) {
+    const auto read = MplsLabelOperation::parse(text);
+    ASSERT_TRUE(read) << text;
+    EXPECT_EQ(read->stringValue().str(), text);
+  }
+  for (const char* const text : {"", " ", "pull 1", "Push 1", "push100", "push x", "push 1,2",
+                                 "push 1  2", "push 1 ", "push -1", "push 4294967296", "pop\n"}) {
+    EXPECT_FALSE(MplsLabelOperation::parse(text)) << text;
+  }
+  EXPECT_EQ(rangeError([] { MplsLabelOperation::parse("push 8388609"); }), labelError);
+  EXPECT_THROW(MplsLabelOperation::parse("push 1 2 3 4 5 6 7 8"), Lumo::RangeException);
+  MplsLabelOperation strange;
+  strange.operationIs(static_cast<LabelAction>(7));
+  EXPECT_EQ(strange.stringValue().str(), "7");
+}
+
 TEST(LabelTextTest, NamesTheReservedOnes) {
   const struct {
     std::uint32_t value;

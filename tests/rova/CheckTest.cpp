@@ -2,6 +2,7 @@
 #include "support/Expect.h"
 #include "support/Families.h"
 
+#include <sstream>
 #include <vector>
 
 namespace {
@@ -175,6 +176,26 @@ const Ip4Case ip4Cases[] = {
      overlaps("10.0.0.0", "Subnet 10.0.0.0", "Management2")},
 };
 
+TEST(AddrMatchTypeTest, IsMadeOfItsOwnNumbersAndNamesAlone) {
+  const char* const names[] = {"allowNoMatch", "allowExactMatch", "allowAddressMatch"};
+  std::uint32_t number = 0;
+  for (const AddrMatchType type : {none, exact, address}) {
+    const char* const name = names[number];
+    EXPECT_EQ(Rova::AddrMatchTypeInstance(number), type);
+    EXPECT_EQ(Rova::AddrMatchTypeInstance(name), type);
+    EXPECT_EQ(Rova::stringValue(type).str(), name);
+    std::ostringstream out;
+    out << type;
+    EXPECT_EQ(out.str(), "Value('Rova::AddrMatchType', '" + std::string(name) + "')");
+    ++number;
+  }
+  EXPECT_EQ(messageOf<Lumo::RangeException>([] { Rova::AddrMatchTypeInstance(3); }),
+            "Rova::AddrMatchType has no value 3");
+  EXPECT_EQ(messageOf<Lumo::RangeException>([] { Rova::AddrMatchTypeInstance("allownomatch"); }),
+            "Rova::AddrMatchType has no value 'allownomatch', but: allowNoMatch, "
+            "allowExactMatch, allowAddressMatch");
+}
+
 TEST(AddressAssignmentTest, Ip4) {
   for (const auto& c : ip4Cases) {
     const auto query = Rova::addressQueryParamsFactory(
@@ -210,6 +231,7 @@ const Ip6Case ip6Cases[] = {
      "fe80::1/64",
      "'link-local' keyword must be used to configure a link local address."},
     {"unspecified is an address", {{"eth2", {"::1/64"}}}, "::/64", overlaps6("::/64", "::/64")},
+    {"apart", {{"eth2", {"2001:db8:0:1::1/64"}}}, usual6},
     {"another's, whatever the mask", {{"eth2", {"2001:db8::1/128"}}}, usual6, taken6},
     {"another VRF", {{"eth2", {usual6}, "red"}}, usual6},
     {"not configured is default", {{"eth2", {usual6}, noL3Config}}, usual6},
@@ -245,6 +267,11 @@ const Ip6Case ip6Cases[] = {
      {{"Management2", {"2001:db8::1/48"}}},
      usual6,
      assigned("Management2", "2001:db8::1"),
+     "Management1"},
+    {"management against another",
+     {{"eth2", {"2001:db8::9/64"}}},
+     usual6,
+     overlaps6("2001:db8::/64"),
      "Management1"},
     {"another against management",
      {{"Management2", {"2001:db8::9/64"}}},

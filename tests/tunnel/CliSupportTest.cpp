@@ -43,8 +43,9 @@ TEST(TunnelInfo, LeavesOutAnEndpointThatIsNotKnown) {
   };
   for (const auto& [kind, endpoint, text, model] : cases) {
     const Tunnel::TunnelTable::TunnelId id(kind << 44 | 3);
+    const auto info = getCachedTunnelInfo(id, endpoint);
     const Written written([&](scrivo::Printer& printer, bool inModel) {
-      printTunnelInfo(printer, getCachedTunnelInfo(id, endpoint), inModel);
+      printTunnelInfo(printer, info, inModel);
     });
     EXPECT_EQ(written.text, text);
     EXPECT_EQ(written.model, model);
