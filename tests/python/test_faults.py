@@ -146,12 +146,11 @@ def test_an_interrupt_that_came_before_ends_the_call(vrfs_device):
     assert sorter.model()["routes"]
 
 
-@pytest.mark.parametrize("handler", [signal.SIG_IGN, signal.SIG_DFL])
-def test_a_signal_that_python_does_not_handle_stays_so(vrfs_device, handler):
-    before = signal.signal(signal.SIGINT, handler)
+def test_a_signal_that_ends_the_process_goes_on_to_do_so(vrfs_device):
+    before = signal.signal(signal.SIGINT, signal.SIG_DFL)
     try:
         assert rova.RouteSorter(vrfs_device.ip()).model()["routes"]
-        assert signal.getsignal(signal.SIGINT) == handler
+        assert signal.getsignal(signal.SIGINT) == signal.SIG_DFL
     finally:
         signal.signal(signal.SIGINT, before)
 
