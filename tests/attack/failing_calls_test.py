@@ -2,6 +2,7 @@
 """Every call of the system, failed in its turn: a command then says so, or does all that it does
 otherwise, and a file that it writes is the old one or the new one."""
 
+import contextlib
 import errno
 import functools
 import os
@@ -56,8 +57,10 @@ OLD = {"saved.json": b'{"rovaSnapshot": 1}\n', "lines": b"ip route 10.0.0.0/8 Nu
 
 
 def give_traits(path):
-    """What a new file has to take over from the old one, as far as we may make it."""
-    os.setxattr(path, "user.note", b"kept")
+    """What a new file has to take over from the old one, as far as we may make it and the folder's
+    file system has it."""
+    with contextlib.suppress(OSError):
+        os.setxattr(path, "user.note", b"kept")
     if os.geteuid() == 0:
         os.chown(path, NOBODY, NOBODY)
 

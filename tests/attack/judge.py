@@ -10,8 +10,8 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "scenarios"))
 # pylint: disable=wrong-import-position,unused-import
 from scenario import HERE, ROOT, all_scenarios, parse_json, program
 
-# Records that must not exist stop the process, with one of these lines; and a network namespace that
-# cannot be left.
+# Records that must not exist stop the process, with one of these lines, and so does a network
+# namespace that cannot be left.
 STOPS = {f"Assertion failed: {text}\n" for text in (
     "(value_ >> Fib::adjTypePos()) < Fib::adjTypeMax()", '0 && "unexpected RouteType"',
     '!"Invalid Routing::RouteType argument"', 'false && "encap type not implemented"',

@@ -9,7 +9,8 @@ import re
 import subprocess
 import unittest
 
-from judge import ROOT, all_of, all_scenarios, end_fault, fault_of, output_fault, parse_json, program
+from judge import (ROOT, all_of, all_scenarios, end_fault, fault_of, output_fault, parse_json,
+                   program)
 
 # What is not mended yet: (part of the fault's text, why). Without its line a case counts.
 KNOWN_FAULTS = []

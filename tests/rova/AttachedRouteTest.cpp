@@ -161,6 +161,7 @@ TEST(IsDirectlyConnectedTest, ComparesTexts) {
       {"2001:db8::1/128", "2001:DB8::1", false},
       {"2001:db8::/127", "2001:db8::", false},
       {"", "", false},
+      {"", "10.0.0.1", false},
       {"::a00:1/128", "10.0.0.1", false},
   };
   for (const auto& [prefix, nexthop, connected] : cases) {

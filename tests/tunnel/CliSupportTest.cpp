@@ -44,9 +44,8 @@ TEST(TunnelInfo, LeavesOutAnEndpointThatIsNotKnown) {
   for (const auto& [kind, endpoint, text, model] : cases) {
     const Tunnel::TunnelTable::TunnelId id(kind << 44 | 3);
     const auto info = getCachedTunnelInfo(id, endpoint);
-    const Written written([&](scrivo::Printer& printer, bool inModel) {
-      printTunnelInfo(printer, info, inModel);
-    });
+    const Written written(
+        [&](scrivo::Printer& printer, bool inModel) { printTunnelInfo(printer, info, inModel); });
     EXPECT_EQ(written.text, text);
     EXPECT_EQ(written.model, model);
     EXPECT_EQ(written.outside, "");
