@@ -11,7 +11,7 @@ namespace command {
 namespace {
 
 /// A counter of the library as it shows.
-struct Kind {
+struct Row {
   const char* key;   ///< the library's
   const char* label; ///< in text, behind its indent
 };
@@ -20,7 +20,7 @@ constexpr const char* emptyKeyInModel = "other";
 
 /// In the order of the display. A kind below a sum or another kind is part of it; those of OSPF and
 /// BGP occur in IPv4 alone, where IPv6 counts all routes of the protocol in the one row.
-constexpr Kind kinds[] = {
+constexpr Row rows[] = {
     {"connected", "  connected"},
     {"attached", "  attached"},
     {"static", "  static"},
@@ -69,9 +69,9 @@ void printKinds(scrivo::Printer& printer, const Rova::Summary<Family>& summary) 
   scrivo::StringAttrInfo key(printer, "kind", true);
   printer.addFrills("Routes by kind\n");
   printer.startDict("routesByKind");
-  for (const Kind& kind : kinds) {
-    key.setValue(*kind.key ? kind.key : emptyKeyInModel);
-    printCount(printer, key, kind.label, summary.routeCountByType(kind.key));
+  for (const Row& row : rows) {
+    key.setValue(*row.key ? row.key : emptyKeyInModel);
+    printCount(printer, key, row.label, summary.routeCountByType(row.key));
   }
   printer.endDict();
 }

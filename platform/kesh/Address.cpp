@@ -1,5 +1,7 @@
 #include "kesh/Address.h"
 
+#include "kesh/TextOf.h"
+
 #include <arpa/inet.h>
 #include <charconv>
 
@@ -63,12 +65,6 @@ bool parseAs(int family, std::string_view text, void* bytes) {
   std::memcpy(buffer, text.data(), text.size());
   buffer[text.size()] = '\0';
   return inet_pton(family, buffer, bytes) == 1;
-}
-
-template <class Address>
-Lumo::String textOf(const Address& address) {
-  char buffer[maxAddressText];
-  return Lumo::String(std::string_view(buffer, address.writeText(buffer)));
 }
 
 } // namespace

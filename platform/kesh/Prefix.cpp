@@ -1,5 +1,7 @@
 #include "kesh/Prefix.h"
 
+#include "kesh/TextOf.h"
+
 #include "lumo/Exception.h"
 
 #include <charconv>
@@ -40,12 +42,6 @@ std::optional<std::pair<Address, std::int32_t>> parseWithLength(std::string_view
   const bool canonical = digits.size() == 1 || (!digits.empty() && digits[0] != '0');
   if (!address || !whole || !canonical || length < 0 || length > Address::bits) return {};
   return std::pair(*address, length);
-}
-
-template <class Value>
-Lumo::String textOf(const Value& value) {
-  char buffer[maxAddressText + 16];
-  return Lumo::String(std::string_view(buffer, value.writeText(buffer)));
 }
 
 } // namespace

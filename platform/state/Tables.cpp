@@ -6,7 +6,7 @@ template class Vanta::VantaMap<Kesh::Ip6Prefix, Vanta::Fib6::Route>;
 template class Vanta::VantaMap<Vanta::Fib::FecId, Vanta::Fib::Fec>;
 template class Vanta::VantaMap<Vanta::Fib::FecId, Vanta::Fib6::Fec>;
 template class Vanta::VantaMap<Routing::NexthopGroup::NexthopGroupEntryCounterKey,
-                                     Routing::NexthopGroup::NexthopGroupEntryCounterKeyInfo>;
+                               Routing::NexthopGroup::NexthopGroupEntryCounterKeyInfo>;
 template class Vanta::VantaMap<Gaugex::CounterIndex, Gaugex::VantaGaugexCounter>;
 template class Vanta::VantaMap<Arp::Table::ArpKey, Arp::Table::ArpEntry>;
 template class Vanta::VantaMap<Vrf::VrfIdMap::VrfId, Vrf::VrfIdMap::VrfEntry>;

@@ -15,7 +15,7 @@ namespace Rova {
 namespace {
 
 /// The columns ahead of the address.
-constexpr std::size_t headColumns = 4;
+constexpr std::size_t hostHeadColumns = 4;
 
 /// What one via shows.
 struct HostRow {
@@ -175,7 +175,8 @@ void HostTable<Family>::printVias(const Route& route, const CachedFec& fec, std:
   if (count == 1 && isOwnAddress(route, first)) return printOwnAddress(first);
   for (std::uint16_t at = 0; at < count; ++at) {
     printer_.startListEntry();
-    if (at != 0) printer_.addFrills("\n%*s", static_cast<int>(addressLength_ + headColumns), "");
+    if (at != 0)
+      printer_.addFrills("\n%*s", static_cast<int>(addressLength_ + hostHeadColumns), "");
     printRow(fec, at);
     printer_.endListEntry();
   }

@@ -65,7 +65,7 @@ bool readFlag(const char* path) {
   const File file(path);
   if (file.descriptor() < 0 && errno == ENOENT) return false;
   char digit = '0';
-  if (file.descriptor() < 0 || read(file.descriptor(), &digit, 1) < 0) {
+  if (file.descriptor() < 0 || ::read(file.descriptor(), &digit, 1) < 0) {
     throw SourceError(std::string(path) + ": cannot be read: " + std::strerror(errno));
   }
   return digit != '0';
