@@ -23,9 +23,7 @@ template <class Prefix>
 struct Kind;
 
 template <>
-struct Kind<Kesh::Prefix> {
-  using Route = Vanta::Fib::Route;
-  using Fec = Vanta::Fib::Fec;
+struct Kind<Kesh::Prefix> : state::Ip4Tables {
   static constexpr auto adjacency = Vanta::Fib::AdjType::fib;
   static constexpr auto connected = V4::connected;
   static constexpr TypeShare<V4> types[] = {{850, V4::bgpExternal},
@@ -33,22 +31,16 @@ struct Kind<Kesh::Prefix> {
                                             {20, V4::ospfIntraArea},
                                             {10, V4::ospfExternal2},
                                             {20, V4::staticRoute}};
-  static auto& routes(state::DeviceBuilder& device) { return *device.defaultVrf().routes; }
-  static auto& fecs(state::DeviceBuilder& device) { return *device.fecs; }
   static Kesh::IpAddr hop(std::size_t number) {
     return Kesh::IpAddr::fromHost(0x0a000000u + static_cast<std::uint32_t>(number));
   }
 };
 
 template <>
-struct Kind<Kesh::Ip6Prefix> {
-  using Route = Vanta::Fib6::Route;
-  using Fec = Vanta::Fib6::Fec;
+struct Kind<Kesh::Ip6Prefix> : state::Ip6Tables {
   static constexpr auto adjacency = Vanta::Fib::AdjType::fib6;
   static constexpr auto connected = V6::connected;
   static constexpr TypeShare<V6> types[] = {{950, V6::bgp}, {30, V6::ospf3}, {20, V6::staticRoute}};
-  static auto& routes(state::DeviceBuilder& device) { return *device.defaultVrf().routes6; }
-  static auto& fecs(state::DeviceBuilder& device) { return *device.fecs6; }
   static Kesh::Ip6Addr hop(std::size_t number) {
     return Kesh::Ip6Addr::fromHalves(0xfd00000000000000ull, number);
   }
@@ -130,10 +122,10 @@ template <class Prefix>
 void fillDevice(state::DeviceBuilder& device, const std::vector<Prefix>& prefixes) {
   const FecPlan plan(prefixes.size());
   for (std::size_t number = 0; number < plan.all; ++number) {
-    Kind<Prefix>::fecs(device).insert(makeFec<Prefix>(number, plan));
+    (device.*Kind<Prefix>::fecs)->insert(makeFec<Prefix>(number, plan));
   }
   Random random(prefixes.size());
-  auto& routes = Kind<Prefix>::routes(device);
+  auto& routes = *(device.defaultVrf().*Kind<Prefix>::routes);
   for (const Prefix& prefix : prefixes) routes.insert(makeRoute(prefix, plan, random));
   routes.members(); // puts them in order
 }

@@ -3,6 +3,7 @@
 #include "scrivo/Shown.h"
 #include "state/StaticLineWords.h"
 
+#include <algorithm>
 #include <charconv>
 #include <initializer_list>
 #include <limits>
@@ -43,8 +44,12 @@ class LineWords {
     at_ = line_.size();
     return rest;
   }
-  /// Leaves out the end of the line from `length` on.
-  void cut(std::size_t length) { line_ = line_.substr(0, length); }
+  /// Leaves out the end of the line from `length` on, which may be the blank ahead of the next
+  /// word.
+  void cut(std::size_t length) {
+    line_ = line_.substr(0, length);
+    at_ = std::min(at_, length);
+  }
   std::string_view line() const { return line_; }
 
   /// The error at the next word, or at `place`.
@@ -165,8 +170,8 @@ void readLeak(LineWords& words, StaticLine& out) {
 }
 
 void readForward(LineWords& words, StaticLine& out) {
-  const auto place = words.column();
   readLeak(words, out);
+  const auto place = words.column();
   readInterface(words, out);
   readHop(words, out);
   if (words.takeIf("track")) {

@@ -39,13 +39,13 @@ DeviceBuilder::DeviceBuilder() {
       makeStatus<NexthopGroup::EntryStatus>(makeTable(nexthopGroups, "nexthopGroupEntry"));
   state.allIntfConfig = Lumo::newEntity<Interface::AllIntfConfigDir>();
   state.ipConfig = Lumo::newEntity<Ip::Config>();
-  state.ip6Config = Lumo::newEntity<Ip6::Config>();
+  state.ip6Config = Lumo::newEntity<::Ip6::Config>();
   state.routeDistinguisherInputDir = Lumo::newEntity<Lumo::Dir>();
   state.nhgConfig = Lumo::newEntity<Routing::NexthopGroup::Config>();
   state.nhgHwStatus = Lumo::newEntity<Routing::Hardware::NexthopGroupStatus>();
   makeCounters();
   state.ipStatus = Lumo::newEntity<Ip::Status>();
-  state.ip6Status = Lumo::newEntity<Ip6::Status>();
+  state.ip6Status = Lumo::newEntity<::Ip6::Status>();
   state.routingHardwareStatus = Lumo::newEntity<Routing::Hardware::Status>();
   state.routing6HardwareStatus = Lumo::newEntity<Routing6::Hardware::Status>();
   state.tunnelFib = Lumo::newEntity<Tunnel::TunnelFib::TunnelFib>();

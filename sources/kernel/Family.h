@@ -3,15 +3,13 @@
 
 #include "sources/kernel/RouteTypes.h"
 #include "state/DeviceBuilder.h"
-#include "state/Families.h"
 
 #include <sys/socket.h>
 
 namespace sources::kernel {
 
-struct Ip4 : state::Ip4 {
+struct Ip4 : state::Ip4Tables {
   static constexpr auto type = &RouteKind::type4;
-  static constexpr auto routes = &state::VrfTables::routes;
   static Prefix prefix(const Kesh::IpGenAddr& address, int length) {
     return {address.v4Addr(), length};
   }
@@ -31,9 +29,8 @@ struct Ip4 : state::Ip4 {
   static constexpr const char* routesName = "IPv4 routes";
 };
 
-struct Ip6 : state::Ip6 {
+struct Ip6 : state::Ip6Tables {
   static constexpr auto type = &RouteKind::type6;
-  static constexpr auto routes = &state::VrfTables::routes6;
   static Prefix prefix(const Kesh::IpGenAddr& address, int length) {
     return {address.v6Addr(), length};
   }

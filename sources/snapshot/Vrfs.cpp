@@ -3,7 +3,7 @@
 #include "Names.h"
 #include "Sections.h"
 #include "StaticRoutes.h"
-#include "state/Families.h"
+#include "state/DeviceBuilder.h"
 
 #include <map>
 #include <set>
@@ -40,15 +40,10 @@ struct VrfWriter {
 
 using VrfField = Field<VrfReader, VrfWriter>;
 
-/// Where each family has the writer's sides of its tables.
-struct Ip4 : state::Ip4 {
-  static constexpr auto routes = &VrfTables::routes;
-  static constexpr auto kernelErrorTable = &VrfTables::kernelErrors;
+struct Ip4 : state::Ip4Tables {
   static constexpr auto missing = &Missing::routes;
 };
-struct Ip6 : state::Ip6 {
-  static constexpr auto routes = &VrfTables::routes6;
-  static constexpr auto kernelErrorTable = &VrfTables::kernelErrors6;
+struct Ip6 : state::Ip6Tables {
   static constexpr auto missing = &Missing::routes6;
 };
 

@@ -50,6 +50,7 @@ TEST(StaticLineTest, SaysWhatIsWrongAndWhere) {
       {"ip route 10.0.0.1/8 Null0", 9,
        "\"10.0.0.1/8\": expected an IPv4 prefix without bits behind its mask"},
       {"ip route 10.0.0.0/8", 19, "expected an interface or a next hop here"},
+      {"ip route 10.0.0.0/8 leak vrf red", 19, "expected an interface or a next hop here"},
       {"ip route 10.0.0.0/8 5", 20, "\"5\": expected an interface or a next hop"},
       {"ip route 10.0.0.0/8 0.0.0.0", 20, "\"0.0.0.0\": a next hop is an address other than zero"},
       {"ip route 10.0.0.0/8 Ethernet1 256", 30, "\"256\": expected a number from 0 to 255"},

@@ -1,5 +1,5 @@
-// Threads of one host share a device and take turns by the activity lock, which a long walk gives up
-// in its middle. The thread sanitizer watches them.
+// Threads of one host share a device and take turns by the activity lock, which a long walk gives
+// up in its middle. The thread sanitizer watches them.
 #include "support/Device.h"
 
 #include <gtest/gtest.h>

@@ -45,6 +45,10 @@ inline Via via(const std::string& hop, const char* interface, const ViaOptions& 
   return via(hop, Kesh::IntfId(Lumo::String(interface)), options);
 }
 
+template <class Family>
+using TablesOf =
+    std::conditional_t<std::is_same_v<Family, Rova::Ip4Family>, state::Ip4Tables, state::Ip6Tables>;
+
 template <class RouteType>
 using FamilyOf = std::conditional_t<std::is_same_v<RouteType, Routing::Fib::RouteType>,
                                     Rova::Ip4Family, Rova::Ip6Family>;
@@ -109,12 +113,7 @@ class Device {
   /// The writer's side of a route table, for what `route` does not say.
   template <class Family>
   auto& routes() {
-    auto& of = tables.defaultVrf();
-    if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
-      return *of.routes;
-    } else {
-      return *of.routes6;
-    }
+    return *(tables.defaultVrf().*TablesOf<Family>::routes);
   }
 
   /// An address on an interface of the default VRF, the only IPv4 one of its interface.
@@ -138,11 +137,8 @@ class Device {
   /// Nothing but the prefix is known of the refusal.
   template <class Family>
   void kernelUnprogrammed(const std::string& prefix) {
-    if constexpr (std::is_same_v<Family, Rova::Ip4Family>) {
-      tables.defaultVrf().kernelErrors->insert({prefixOf<Family>(prefix), {}, {}});
-    } else {
-      tables.defaultVrf().kernelErrors6->insert({prefixOf<Family>(prefix), {}, {}});
-    }
+    (tables.defaultVrf().*TablesOf<Family>::kernelErrorTable)
+        ->insert({prefixOf<Family>(prefix), {}, {}});
   }
 
  private:

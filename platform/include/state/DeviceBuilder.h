@@ -1,7 +1,7 @@
 // Builds a device's state out of tables in memory: what sources fill, and tests.
 #pragma once
 
-#include "state/DeviceState.h"
+#include "state/Families.h"
 #include "vanta/MemoryTable.h"
 
 #include <deque>
@@ -67,6 +67,19 @@ class DeviceBuilder {
   Unprogrammed<Kesh::Prefix> unprogrammed_;
   Unprogrammed<Kesh::Ip6Prefix> unprogrammed6_;
   std::deque<VrfTables> vrfTables_;
+};
+
+/// The families with the places of the writer's sides of their tables.
+struct Ip4Tables : Ip4 {
+  static constexpr auto routes = &VrfTables::routes;
+  static constexpr auto kernelErrorTable = &VrfTables::kernelErrors;
+  static constexpr auto fecs = &DeviceBuilder::fecs;
+};
+
+struct Ip6Tables : Ip6 {
+  static constexpr auto routes = &VrfTables::routes6;
+  static constexpr auto kernelErrorTable = &VrfTables::kernelErrors6;
+  static constexpr auto fecs = &DeviceBuilder::fecs6;
 };
 
 } // namespace state
