@@ -19,8 +19,6 @@ using Tunnel::TunnelTable::TunnelKind;
 using Vanta::Fib::AdjType;
 using Vanta::Fib::FecId;
 
-/// The library counts the vias of a tunnel in 16 bits.
-constexpr std::size_t maxTunnelVias = 0xffff;
 constexpr const char* unknownFecKind = "leads to a FEC of a kind that does not exist";
 
 bool isKnownFec(FecId id) { return id.rawAdjType() < Vanta::Fib::adjTypeMax(); }
@@ -81,7 +79,6 @@ class StrangeVias {
 
 const char* faultOfTunnel(const FecTables& tables, TunnelId id) {
   const auto& vias = tables.tunnels->entry(id).tunnelVia;
-  if (vias.size() > maxTunnelVias) return "leads into a tunnel of more than 65535 vias";
   return StrangeVias(tables).haveOrder(vias)
              ? nullptr
              : "leads into a tunnel with vias in an encapsulation that does not exist";
