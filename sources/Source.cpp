@@ -1,5 +1,6 @@
 #include "sources/Source.h"
 
+#include "sources/database/Database.h"
 #include "sources/kernel/Kernel.h"
 #include "sources/snapshot/Snapshot.h"
 
@@ -24,7 +25,8 @@ bool isKernel(const std::string& source) { return source == own || source.starts
 State open(const std::string& source, const Needs& needs) {
   if (source == own) return kernel::load("", needs);
   if (source.starts_with(named)) return kernel::load(namespaceOf(source), needs);
-  return {snapshot::load(source), {}}; // a file is read as a whole
+  if (source != "-" && database::isDatabase(source)) return database::load(source, needs);
+  return {snapshot::load(source), {}}; // it is read as a whole
 }
 
 } // namespace sources

@@ -4,6 +4,7 @@
 #include "state/DeviceState.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,10 @@ struct Needs {
   bool ip4 = true;           ///< addresses, neighbours and routes of IPv4
   bool ip6 = true;           ///< those of IPv6
   bool routes = true;        ///< route tables
-  bool configured = true;    ///< with them, the configured static routes
+  bool configured = true;    ///< with them, the configured static routes, and those of agents
   bool neighbours = true;    ///< ARP entries and IPv6 neighbours
   bool nexthopGroups = true; ///< with their counters
+  bool addressConfig = true; ///< configured addresses and route distinguishers
   std::string vrf = "all";   ///< the VRF whose routes are wanted, or "all"
 };
 
@@ -35,6 +37,9 @@ struct Notes {
 struct State {
   state::DeviceState device;
   Notes notes;
+  /// While it is there, all that is read is of one time, as far as the source can tell of several;
+  /// its reader lets it go before it waits for anything.
+  std::shared_ptr<const void> oneTime = {};
 };
 
 } // namespace sources

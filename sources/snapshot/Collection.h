@@ -127,14 +127,29 @@ constexpr Field<Owner> recordMap(std::string_view name) {
           }};
 }
 
-/// The same for a shared table, in the table's own order.
+/// Calls `visit` with the records of a shared table in the order of their keys, whatever the
+/// table's own is.
+template <class View, class Visit>
+void forEachRecord(const View& view, Visit&& visit) {
+  if (view.implementation().inKeyOrder()) {
+    for (typename View::IteratorConst it(view); it; it.next()) visit(it.value());
+    return;
+  }
+  std::vector<typename View::ValueType> records;
+  for (typename View::IteratorConst it(view); it; it.next()) records.push_back(it.value());
+  std::sort(records.begin(), records.end(),
+            [](const auto& a, const auto& b) { return a.key < b.key; });
+  for (const auto& record : records) visit(record);
+}
+
+/// Writes an object with a line a record of a shared table.
 template <class View, class Write>
 void writeTable(Output& out, const View& view, Write&& write) {
   const auto scope = out.object(Output::Layout::lines);
-  for (typename View::IteratorConst it(view); it; it.next()) {
-    out.key(Text<typename View::KeyType>::write(it.value().key));
-    write(it.value());
-  }
+  forEachRecord(view, [&](const typename View::ValueType& record) {
+    out.key(Text<typename View::KeyType>::write(record.key));
+    write(record);
+  });
 }
 
 } // namespace sources::snapshot

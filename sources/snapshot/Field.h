@@ -11,6 +11,8 @@
 
 #include "Codec.h"
 
+#include "lumo/Assert.h"
+
 #include <cstddef>
 #include <span>
 #include <string>
@@ -78,7 +80,7 @@ std::size_t placeOf(const Rows& rows, std::string_view name) {
 template <class Fields, class Record>
 void readFields(Node& node, const Fields& fields, Record& record) {
   std::uint64_t seen = 0;
-  static_assert(std::extent_v<Fields> <= 64, "a bit for each field");
+  LUMO_ASSERT(std::size(fields) <= 64, "a bit for each field");
   node.members([&](std::string_view key, Node& value) {
     const std::size_t place = placeOf(fields, key);
     if (place == std::size(fields)) value.fail("an unknown key", namesOf(fields));

@@ -78,10 +78,10 @@ void readNeighbors(Node& node, state::DeviceBuilder& builder) {
 }
 
 void writeNeighbors(Output& out, const Vanta::VantaMap<ArpKey, ArpEntry>& table) {
-  for (std::decay_t<decltype(table)>::IteratorConst it(table); it; it.next()) {
-    const auto& [key, ethAddr] = it.value();
+  forEachRecord(table, [&](const ArpEntry& entry) {
+    const auto& [key, ethAddr] = entry;
     writeFields(out, neighborFields, Neighbor{key.vrfId, key.intfId, key.address, ethAddr});
-  }
+  });
 }
 
 void writeAllNeighbors(Output& out, const state::DeviceState& device) {

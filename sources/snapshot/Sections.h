@@ -11,6 +11,9 @@ namespace sources::snapshot {
 
 using Section = Field<state::DeviceBuilder, state::DeviceState>;
 
+/// The sections in the order in which they are written.
+std::span<const Section> sections();
+
 Section vrfsSection();
 Section forwardingSection();
 Section forwarding6Section();

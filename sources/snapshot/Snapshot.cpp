@@ -21,8 +21,24 @@ Section versionSection() {
   return section.asRequired();
 }
 
-/// The sections in the order in which they are written.
-const auto& sections() {
+/// `text` has the parser's padding behind it.
+state::DeviceState loadPadded(std::string_view text, const std::string& name) {
+  const std::size_t whole = text.size() + simdjson::SIMDJSON_PADDING;
+  Input input(name, simdjson::padded_string_view(text.data(), text.size(), whole));
+  state::DeviceBuilder builder;
+  input.readRoot([&](Node& root) { readFields(root, sections(), builder); });
+  return std::move(builder.state);
+}
+
+void write(Output::Sink sink, const state::DeviceState& device) {
+  Output out(std::move(sink));
+  writeFields(out, sections(), device, Output::Layout::lines);
+  out.finish();
+}
+
+} // namespace
+
+std::span<const Section> sections() {
   static const Section all[] = {
       versionSection(),
       vrfsSection(),
@@ -51,23 +67,6 @@ const auto& sections() {
   };
   return all;
 }
-
-/// `text` has the parser's padding behind it.
-state::DeviceState loadPadded(std::string_view text, const std::string& name) {
-  const std::size_t whole = text.size() + simdjson::SIMDJSON_PADDING;
-  Input input(name, simdjson::padded_string_view(text.data(), text.size(), whole));
-  state::DeviceBuilder builder;
-  input.readRoot([&](Node& root) { readFields(root, sections(), builder); });
-  return std::move(builder.state);
-}
-
-void write(Output::Sink sink, const state::DeviceState& device) {
-  Output out(std::move(sink));
-  writeFields(out, sections(), device, Output::Layout::lines);
-  out.finish();
-}
-
-} // namespace
 
 state::DeviceState load(const std::string& path) {
   return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING).text(), inputName(path));

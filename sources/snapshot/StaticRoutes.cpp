@@ -157,10 +157,7 @@ void readRoutes(Node& node, Routing::RouteList& list, CheckNames checkNames) {
 
 void writeRoutes(Output& out, const Routing::RouteList& list) {
   const auto scope = out.array(Output::Layout::lines);
-  for (const auto& [key, route] : sorted(list.route)) {
-    // The rows of both families write alike.
-    writeFields(out, routeFields<Kesh::Prefix>, configuredOf(**route));
-  }
+  for (const auto& [key, route] : sorted(list.route)) writeRoute(out, **route);
 }
 
 template <class PrefixType>
@@ -175,6 +172,11 @@ constexpr Field<Routing::ConfigGen> configFields[] = {
 };
 
 } // namespace
+
+// The rows of both families write alike.
+void writeRoute(Output& out, const Routing::Route& route) {
+  writeFields(out, routeFields<Kesh::Prefix>, configuredOf(route));
+}
 
 template <class PrefixType>
 void readConfig(Node& node, ConfigPtr& config) {

@@ -25,6 +25,9 @@ void readInputs(Node& node, state::RouteInputs& inputs);
 extern template void readInputs<Kesh::Prefix>(Node& node, state::RouteInputs& inputs);
 extern template void readInputs<Kesh::Ip6Prefix>(Node& node, state::RouteInputs& inputs);
 
+/// One route of either.
+void writeRoute(Output& out, const Routing::Route& route);
+
 void writeInputs(Output& out, const state::RouteInputs& inputs);
 
 } // namespace sources::snapshot

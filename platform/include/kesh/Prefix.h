@@ -71,6 +71,8 @@ class BasicPrefix {
   std::size_t hash() const {
     return address_.hash() ^ mixHash(static_cast<std::uint64_t>(length_));
   }
+  /// The last address as a number, an IPv6 one as its upper and lower half.
+  auto last() const;
 
   friend bool operator==(const BasicPrefix&, const BasicPrefix&) = default;
   friend bool operator<(const BasicPrefix& a, const BasicPrefix& b) {
@@ -79,7 +81,6 @@ class BasicPrefix {
   }
 
  private:
-  auto last() const;
   Address address_;
   std::int32_t length_ = 0;
 };

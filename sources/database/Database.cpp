@@ -1,0 +1,115 @@
+#include "sources/database/Database.h"
+
+#include "sources/database/Lock.h"
+#include "sources/database/Schema.h"
+#include "sources/database/Table.h"
+#include "sources/database/TextTables.h"
+#include "sources/database/Writer.h"
+#include "sources/snapshot/FileError.h"
+#include "sources/snapshot/Snapshot.h"
+
+#include <cstring>
+
+namespace sources::database {
+
+namespace {
+
+constexpr std::string_view firstBytes("SQLite format 3\0", 16);
+
+/// Whoever may read the file may read the state.
+void requireFile(const std::string& path) {
+  const auto file = snapshot::openFile(path, O_RDONLY);
+  if (!file.isOpen()) snapshot::failErrno(path, "cannot be read");
+}
+
+/// A file without a log and without a writer is read as it stands: its reader may have no right to
+/// make the log's files.
+Access accessTo(const std::string& path) {
+  const bool hasLog = access((path + "-wal").c_str(), F_OK) == 0;
+  return hasLog || liveWriter(path) ? Access::read : Access::unchanged;
+}
+
+/// Entities that own the tables of a database.
+class Tables {
+ public:
+  explicit Tables(std::shared_ptr<Session> session) : session_(std::move(session)) {}
+
+  template <class Status, class... Rows>
+  auto entity(Rows... rows) const {
+    return Lumo::newEntity<Status>(std::make_unique<Table<Rows>>(session_, std::move(rows))...);
+  }
+
+ private:
+  std::shared_ptr<Session> session_;
+};
+
+void putTables(const Tables& tables, state::VrfState& vrf) {
+  using Vanta::KernelUnprogrammedRoute::UnprogrammedRoute;
+  vrf.routingStatus = tables.entity<Vanta::Fib::RouteStatus>(RouteRows<Ip4>(vrf.id));
+  vrf.routing6Status = tables.entity<Vanta::Fib6::RouteStatus>(RouteRows<Ip6>(vrf.id));
+  vrf.kernelUnprogrammedRoute =
+      tables.entity<UnprogrammedRoute>(KernelErrorRows<Ip4>(vrf.id), KernelErrorRows<Ip6>(vrf.id));
+}
+
+void putTables(const Tables& tables, state::DeviceState& device) {
+  using Vanta::Fib::Fec;
+  using Fec6 = Vanta::Fib6::Fec;
+  for (auto& vrf : device.vrfs) putTables(tables, vrf);
+  device.forwardingStatus = tables.entity<Vanta::Fib::ForwardingStatus>(FecRows<Fec>("fec4"));
+  device.forwarding6Status = tables.entity<Vanta::Fib6::ForwardingStatus>(FecRows<Fec6>("fec6"));
+  device.policyForwardingStatus =
+      tables.entity<Vanta::Fib::ForwardingStatus>(FecRows<Fec>("policy_fec"));
+  device.unprogrammedRouteStatus = tables.entity<Vanta::Fib::UnprogrammedRouteStatus>(
+      UnprogrammedRows<Ip4>(), UnprogrammedCountRows<Ip4>());
+  device.unprogrammedRoute6Status = tables.entity<Vanta::Fib6::UnprogrammedRouteStatus>(
+      UnprogrammedRows<Ip6>(), UnprogrammedCountRows<Ip6>());
+  device.arpVanta = tables.entity<Arp::Table::Status>(NeighbourRows("neighbour4"),
+                                                      NeighbourRows("neighbour6"));
+  device.nhEntryStatus = tables.entity<NexthopGroup::EntryStatus>(NexthopGroupRows());
+}
+
+void putCounters(const Tables& tables, state::DeviceState& device) {
+  using Gaugex::CounterTable;
+  using CounterKeys = Routing::NexthopGroup::NexthopGroupEntryToCounterKeyTable;
+  device.counterKeyTable = tables.entity<CounterKeys>(CounterKeyRows());
+  device.counterTable = tables.entity<CounterTable>(CounterRows("counter"));
+  device.snapshotTable = tables.entity<CounterTable>(CounterRows("counter_snapshot"));
+  device.entityManager->entityIs(CounterKeys::path, device.counterKeyTable);
+  device.entityManager->entityIs(CounterTable::path, device.counterTable);
+  device.entityManager->entityIs(CounterTable::snapshotPath, device.snapshotTable);
+}
+
+} // namespace
+
+bool isDatabase(const std::string& path) {
+  const auto file = snapshot::openFile(path, O_RDONLY);
+  char bytes[firstBytes.size()];
+  return file.isOpen() && pread(file.number(), bytes, sizeof bytes, 0) == sizeof bytes &&
+         std::string_view(bytes, sizeof bytes) == firstBytes;
+}
+
+State load(const std::string& path, const Needs& needs) {
+  requireFile(path);
+  try {
+    const auto session = std::make_shared<Session>(path, accessTo(path));
+    auto hold = std::make_shared<Hold>(session);
+    requireSchema(session->connection());
+    const auto text = TextTables(session->connection()).snapshotText(needs);
+    State state{snapshot::loadText(text, path), {}, std::move(hold)};
+    putTables(Tables(session), state.device);
+    putCounters(Tables(session), state.device);
+    return state;
+  } catch (const WrongColumn& wrong) {
+    throw SourceError(path + ": damaged: " + wrong.what());
+  }
+}
+
+void save(const state::DeviceState& device, const std::string& source, const std::string& path) {
+  const WriterLock lock(path);
+  Facts facts;
+  facts.source = source;
+  facts.changed = timeNow();
+  Writer(path, Log::joined).replace(device, facts);
+}
+
+} // namespace sources::database

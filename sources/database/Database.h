@@ -1,0 +1,31 @@
+// State databases: a device's state in one file that a writer keeps and any number of processes
+// read at once.
+//
+//   const sources::State state = sources::database::load("/run/rova/state.db");
+//
+// docs/database.md describes the file.
+#pragma once
+
+#include "sources/State.h"
+
+#include <string>
+
+namespace sources::database {
+
+/// Where the agent of this machine keeps its state unless told otherwise.
+inline constexpr const char* defaultPath = "/run/rova/state.db";
+
+/// Whether the file's first bytes are those of a database; false for one that cannot be read.
+bool isDatabase(const std::string& path);
+
+/// The state in that file: entities by now, and views of its tables, which read it as it is when
+/// they are read. Raises `SourceError` for a file that is no state database or is damaged where its
+/// opening reads it. Damage elsewhere shows where a table is read, as a
+/// `Tembra::CorruptionDetectedException`.
+State load(const std::string& path, const Needs& needs = {});
+
+/// Makes a database hold that state alone, which came from `source`; makes the file where there is
+/// none. Raises `SourceError` when somebody writes it.
+void save(const state::DeviceState& device, const std::string& source, const std::string& path);
+
+} // namespace sources::database

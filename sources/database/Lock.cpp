@@ -1,0 +1,60 @@
+#include "sources/database/Lock.h"
+
+#include "sources/snapshot/FileError.h"
+
+#include <sys/stat.h>
+
+namespace sources::database {
+
+namespace {
+
+using snapshot::Descriptor;
+
+std::string lockPath(const std::string& path) { return path + "-lock"; }
+
+struct flock wholeFile(short type) {
+  struct flock lock {};
+  lock.l_type = type;
+  lock.l_whence = SEEK_SET;
+  return lock;
+}
+
+std::chrono::milliseconds ageOf(const timespec& time) {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  const auto seconds = std::chrono::seconds(now.tv_sec - time.tv_sec);
+  const auto rest = std::chrono::nanoseconds(now.tv_nsec - time.tv_nsec);
+  return std::chrono::duration_cast<std::chrono::milliseconds>(seconds + rest);
+}
+
+std::optional<LiveWriter> holderOf(const Descriptor& file) {
+  auto lock = wholeFile(F_WRLCK);
+  struct stat status {};
+  if (fcntl(file.number(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return {};
+  if (fstat(file.number(), &status) != 0) return {};
+  return LiveWriter{lock.l_pid > 0 ? lock.l_pid : 0, ageOf(status.st_mtim)};
+}
+
+} // namespace
+
+std::optional<LiveWriter> liveWriter(const std::string& path) {
+  const Descriptor file = snapshot::openFile(lockPath(path), O_RDONLY);
+  return file.isOpen() ? holderOf(file) : std::nullopt;
+}
+
+WriterLock::WriterLock(const std::string& path)
+    : file_(snapshot::openFile(lockPath(path), O_RDWR | O_CREAT, 0644)) {
+  if (!file_.isOpen()) snapshot::failErrno(lockPath(path), "cannot be written");
+  auto lock = wholeFile(F_WRLCK);
+  if (fcntl(file_.number(), F_SETLK, &lock) == 0) {
+    beat();
+    return;
+  }
+  const auto holder = holderOf(file_);
+  throw SourceError(path + ": process " + (holder ? std::to_string(holder->process) : "?") +
+                    " writes it; stop that one first");
+}
+
+void WriterLock::beat() { futimens(file_.number(), nullptr); }
+
+} // namespace sources::database

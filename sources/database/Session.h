@@ -1,0 +1,78 @@
+// A reader's connection with what its tables share: how long it looks at one state of the device,
+// and what it knows of rows that rows lead to.
+#pragma once
+
+#include "sources/database/Sqlite.h"
+
+#include "kesh/IntfId.h"
+#include "lumo/HashMap2018.h"
+#include "state/FecId.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace sources::database {
+
+/// An interface's identifier as a column has it: 64 bits, the highest of which may be set.
+inline std::int64_t signedInterface(const Kesh::IntfId& intfId) {
+  return static_cast<std::int64_t>(intfId.value());
+}
+
+/// While it is held, by `Hold`, all that is read is one state of the device, for at most a second:
+/// then it is the state of that time, since a reader that stays must not keep its writer from
+/// reusing the log. Otherwise each read sees the newest state.
+class Session {
+ public:
+  /// How long a held state stays the same.
+  static constexpr std::chrono::milliseconds longestHold{1000};
+
+  Session(const std::string& path, Access access) : connection_(path, access) {}
+
+  Connection& connection() { return connection_; }
+
+  void hold();
+  /// Does nothing when nothing is held.
+  void release() noexcept;
+  bool isHeld() const { return held_; }
+  /// Grows with each state that is held; what was read in one of another number may be outdated.
+  std::uint64_t epoch() const { return epoch_; }
+
+  /// Called ahead of each read, when no statement is under way.
+  void refresh();
+
+  /// Sees to it that this process knows the interface's name. Raises `WrongColumn` for one that the
+  /// database does not have.
+  void requireName(const Kesh::IntfId& intfId);
+  /// Raises `WrongColumn` for a FEC that the database does not have.
+  void requireFec(Vanta::Fib::FecId id);
+
+ private:
+  std::string nameOf(const Kesh::IntfId& intfId);
+  bool hasFec(Vanta::Fib::FecId id);
+  void forgetFecs() { knownFecs_ = {}; }
+
+  Connection connection_;
+  bool held_ = false;
+  std::chrono::steady_clock::time_point since_;
+  std::uint64_t epoch_ = 0;
+  std::optional<Statement> name_, fec4_, fec6_;
+  Lumo::HashMap2018<Kesh::IntfId, bool> knownNames_;
+  Lumo::HashMap2018<Vanta::Fib::FecId, bool> knownFecs_;
+};
+
+/// Holds a session's state for the life of the object.
+class Hold {
+ public:
+  explicit Hold(std::shared_ptr<Session> session) : session_(std::move(session)) {
+    session_->hold();
+  }
+  ~Hold() { session_->release(); }
+  Hold(const Hold&) = delete;
+  Hold& operator=(const Hold&) = delete;
+
+ private:
+  std::shared_ptr<Session> session_;
+};
+
+} // namespace sources::database

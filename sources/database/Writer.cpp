@@ -1,0 +1,166 @@
+#include "sources/database/Writer.h"
+
+#include "sources/database/Schema.h"
+#include "sources/database/TableWriter.h"
+#include "sources/database/TextTables.h"
+
+#include <cstdio>
+#include <sqlite3.h>
+
+namespace sources::database {
+
+namespace {
+
+/// A transaction that is undone unless it is committed.
+class Transaction {
+ public:
+  explicit Transaction(Connection& connection) : connection_(connection) {
+    connection_.execute("begin immediate");
+  }
+  ~Transaction() {
+    // What SQLite has undone by itself it refuses to undo.
+    if (!committed_) sqlite3_exec(connection_.handle(), "rollback", nullptr, nullptr, nullptr);
+  }
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+  void commit() {
+    connection_.execute("commit");
+    committed_ = true;
+  }
+
+ private:
+  Connection& connection_;
+  bool committed_ = false;
+};
+
+template <class View>
+bool has(const View& view, Vanta::Fib::FecId id) {
+  bool found = false;
+  view.safeLookup(id, found, 0);
+  return found;
+}
+
+bool hasFec(const state::DeviceState& device, Vanta::Fib::FecId id) {
+  if (Vanta::Fib::isV6FecId(id)) return has(device.forwarding6Status->fec, id);
+  return has(device.forwardingStatus->fec, id) || has(device.policyForwardingStatus->fec, id);
+}
+
+/// Refuses what the tables would not give back: see the checks of `RouteRows`.
+template <class Family>
+void requireReadable(const state::DeviceState& device, const state::VrfState& vrf) {
+  static const std::uint64_t known = knownRouteTypes<typename Family::RouteType>();
+  const auto refuse = [&](const auto& route, const std::string& found) {
+    throw SourceError("VRF " + vrf.name.stringValue().str() + ", route " +
+                      route.key.stringValue().str() + ": found " + found);
+  };
+  Vanta::Fib::FecId last;
+  const auto& routes = (vrf.*Family::routingStatus)->route;
+  using View = std::decay_t<decltype(routes)>;
+  for (typename View::IteratorConst it(routes); it; it.next()) {
+    const auto& route = it.value();
+    const auto type = static_cast<std::uint32_t>(route.routeType);
+    if (type > 63 || !(known >> type & 1)) {
+      refuse(route, "type " + std::to_string(type) + ", which has no word");
+    }
+    if (!Family::needsFec) continue;
+    if (route.fecId.isNull()) refuse(route, "no FEC, which a listing needs");
+    if (route.fecId != last && !hasFec(device, route.fecId)) {
+      refuse(route, "a FEC that is in no table, which a listing needs");
+    }
+    last = route.fecId;
+  }
+}
+
+/// Brings a whole state in.
+class Replacing {
+ public:
+  Replacing(const std::shared_ptr<Session>& session, const state::DeviceState& device)
+      : session_(session), device_(device), now_(timeNow()) {}
+
+  Changes run() {
+    for (const auto& vrf : device_.vrfs) {
+      replaceVrf<Ip4>(vrf);
+      replaceVrf<Ip6>(vrf);
+    }
+    TextTables texts(session_->connection());
+    // Routes lead to FECs: those that stand there already are read while these are there too.
+    texts.removeOtherVrfs(device_);
+    replace(FecRows<Vanta::Fib::Fec>("fec4"), device_.forwardingStatus->fec);
+    replace(FecRows<Vanta::Fib6::Fec>("fec6"), device_.forwarding6Status->fec);
+    replace(FecRows<Vanta::Fib::Fec>("policy_fec"), device_.policyForwardingStatus->fec);
+    replaceFamily<Ip4>("neighbour4");
+    replaceFamily<Ip6>("neighbour6");
+    replace(NexthopGroupRows(), device_.nhEntryStatus->nexthopGroupEntry);
+    replace(CounterKeyRows(), device_.counterKeyTable->counterKeyInfo);
+    replace(CounterRows("counter"), device_.counterTable->counter);
+    replace(CounterRows("counter_snapshot"), device_.snapshotTable->counter);
+    texts.replace(device_, interfaces_);
+    return changes_;
+  }
+
+ private:
+  template <class Rows, class View>
+  void replace(const Rows& rows, const View& view) {
+    replaceTable(session_, rows, view, now_, interfaces_, changes_);
+  }
+  template <class Family>
+  void replaceVrf(const state::VrfState& vrf) {
+    requireReadable<Family>(device_, vrf);
+    replace(RouteRows<Family>(vrf.id), (vrf.*Family::routingStatus)->route);
+    replace(KernelErrorRows<Family>(vrf.id), (*vrf.kernelUnprogrammedRoute).*Family::kernelErrors);
+  }
+  template <class Family>
+  void replaceFamily(const char* neighbours) {
+    const auto& unprogrammed = *(device_.*Family::unprogrammedRouteStatus);
+    replace(UnprogrammedRows<Family>(), unprogrammed.unprogrammedRoute);
+    replace(UnprogrammedCountRows<Family>(), unprogrammed.unprogrammedRouteCount);
+    replace(NeighbourRows(neighbours), (*device_.arpVanta).*Family::neighbors);
+  }
+
+  std::shared_ptr<Session> session_;
+  const state::DeviceState& device_;
+  std::int64_t now_;
+  InterfaceSet interfaces_;
+  Changes changes_;
+};
+
+/// Empties the path for a new file. Who reads the old one goes on reading it.
+void startAnew(const std::string& path) {
+  for (const char* const suffix : {"", "-wal", "-shm"}) std::remove((path + suffix).c_str());
+}
+
+bool isEmpty(Connection& connection) {
+  return connection.number("select count(*) from sqlite_schema") == 0 &&
+         connection.number("pragma application_id") == 0;
+}
+
+std::shared_ptr<Session> openToWrite(const std::string& path) {
+  auto session = std::make_shared<Session>(path, Access::write);
+  Connection& connection = session->connection();
+  connection.execute("pragma journal_mode = wal; pragma synchronous = normal");
+  if (isEmpty(connection)) makeSchema(connection);
+  return session;
+}
+
+} // namespace
+
+Writer::Writer(const std::string& path, Log log) : session_(openToWrite(path)) {
+  if (!hasSchema(connection())) {
+    requireOwn(connection());
+    session_.reset();
+    startAnew(path);
+    session_ = openToWrite(path);
+  }
+  int keep = log == Log::kept;
+  sqlite3_file_control(connection().handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+}
+
+Changes Writer::replace(const state::DeviceState& device, const Facts& facts) {
+  Transaction transaction(connection());
+  const Changes changes = Replacing(session_, device).run();
+  writeFacts(connection(), facts);
+  transaction.commit();
+  return changes;
+}
+
+} // namespace sources::database
