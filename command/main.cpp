@@ -2,6 +2,7 @@
 #include "command/CommandLine.h"
 #include "command/Signals.h"
 #include "command/grammar/UsageError.h"
+#include "lumo/ActivityLock.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Shown.h"
@@ -29,6 +30,8 @@ void closeStandardGaps() {
 int main(int count, char** arguments) {
   closeStandardGaps();
   installSignals();
+  // One thread, one command: a yield has nobody to sleep for.
+  Lumo::ActivityUnlockAnchor::lock().soleActivityIs(true);
   try {
     return runCommandLine(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
   } catch (const UsageError& error) {

@@ -16,8 +16,10 @@ constexpr timespec yieldTime{0, 1000000};
 void allowWatchdog(std::uint32_t& counter) {
   if (counter++ < stepsBetweenYields) return;
   counter = 0;
-  const Lumo::UnlockAnchor anchor(Lumo::ActivityUnlockAnchor::lock());
-  nanosleep(&yieldTime, nullptr);
+  Lumo::Lock& lock = Lumo::ActivityUnlockAnchor::lock();
+  const bool othersWait = !lock.soleActivity(); // read while the lock guards it
+  const Lumo::UnlockAnchor anchor(lock);
+  if (othersWait) nanosleep(&yieldTime, nullptr);
 }
 
 } // namespace Rova

@@ -69,18 +69,29 @@ void selectWholeTable(Sorter<Family>& sorter) {
   }
 }
 
+/// Hands each route inside the query's prefix to `take`. Of a table in key order it reads no more
+/// than those and the one behind them: damage elsewhere is not met.
+template <class Family, class Take>
+void walkInside(const Sorter<Family>& sorter, Take&& take) {
+  const RouteTable<Family>& routes = sorter.routingStatus()->route;
+  const auto& prefix = sorter.prefix();
+  const bool endsAtPrefix = routes.inKeyOrder();
+  typename RouteTable<Family>::IteratorConst it(routes, prefix.firstInside());
+  for (; it && !(endsAtPrefix && prefix < it.value().key); it.next()) {
+    if (prefix.contains(it.value().key)) take(it.value());
+  }
+}
+
 /// The filter runs ahead of the capture here, so that a route is judged without its FEC when no
 /// earlier route brought it.
 template <class Family>
 void selectLongerPrefixes(Sorter<Family>& sorter) {
   const Forwarding forwarding = sorter.forwarding();
-  for (auto it = routesOf(sorter); it; it.next()) {
-    const auto& route = it.value();
-    if (!sorter.prefix().contains(route.key)) continue;
-    if (filterRoute(sorter, route)) continue;
+  walkInside(sorter, [&](const typename Family::Route& route) {
+    if (filterRoute(sorter, route)) return;
     copyAdjacency(forwarding, route.fecId);
     sorter.sortedRouteIs(route.key, route);
-  }
+  });
 }
 
 /// Selects the route under `key`; false when there is none or it is left out.
@@ -114,6 +125,8 @@ bool isOtherInterface(const Route6Sorter& sorter, const Kesh::IntfId& intfId) {
   return InterfaceFilter{sorter.intf(), sorter.intfStatus().ptr()}.leavesOut(intfId);
 }
 
+/// Counts what lies outside the prefix too, so that it reads the whole of any table: how many those
+/// are, no table is asked.
 std::uint32_t countRefused(Route6Sorter& sorter) {
   std::uint32_t count = 0;
   const bool all = sorter.prefix().isNullPrefix();

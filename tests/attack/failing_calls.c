@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <sys/xattr.h>
+#include <time.h>
 #include <unistd.h>
 
 typedef int (*MainFunction)(int, char**, char**);
@@ -123,6 +124,7 @@ MAY_FAIL(ssize_t, fgetxattr, (int fd, const char* name, void* value, size_t size
          (fd, name, value, size))
 MAY_FAIL(int, fsetxattr, (int fd, const char* name, const void* value, size_t size, int flags),
          (fd, name, value, size, flags))
+MAY_FAIL(int, nanosleep, (const struct timespec* time, struct timespec* rest), (time, rest))
 MAY_FAIL(int, setns, (int fd, int kind), (fd, kind))
 MAY_FAIL(int, socket, (int domain, int type, int protocol), (domain, type, protocol))
 MAY_FAIL(int, bind, (int fd, __CONST_SOCKADDR_ARG address, socklen_t length), (fd, address, length))

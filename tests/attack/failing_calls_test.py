@@ -5,6 +5,7 @@ otherwise, and a file that it writes is the old one or the new one."""
 import contextlib
 import errno
 import functools
+import json
 import os
 import shutil
 import subprocess
@@ -149,6 +150,20 @@ class FailingCallsTest(unittest.TestCase):
         self.addCleanup(ip, "netns", "del", NAMESPACE)
         self.assertEqual(ip("-n", NAMESPACE, "-batch", "-", input=NETWORK).stderr, "")
         self.check(KERNEL)
+
+
+class SleepTest(unittest.TestCase):
+    def test_a_listing_of_many_routes_never_sleeps(self):
+        """Nobody else in the program waits for the turns that a long walk gives."""
+        routes = {f"10.{i // 256}.{i % 256}.0/24": {"type": "static", "fec": "0.1"}
+                  for i in range(5000)}
+        state = {"rovaSnapshot": 1, "vrfs": {"default": {"routingStatus": routes}}}
+        with tempfile.NamedTemporaryFile("w", suffix=".json") as file:
+            json.dump(state, file)
+            file.flush()
+            run = Run(f"--state {file.name} show ip route", "nanosleep")
+        self.assertEqual((run.status, run.fault, run.calls), (0, None, 0))
+        self.assertIn(b"10.19.135.0/24", run.out)
 
 
 def known(fault):

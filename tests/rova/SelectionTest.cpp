@@ -1,6 +1,7 @@
 // Which routes enter a listing.
 #include "support/Device.h"
 #include "support/Expect.h"
+#include "support/UnorderedTable.h"
 
 #include "rova/route/Selection.h"
 
@@ -24,6 +25,25 @@ struct SelectionTest : testing::Test {
   }
   auto open(const Query& query = {}) { return openSorter<Family>(device, query); }
   Lines listed(const Query& query = {}) { return selected(open(query)); }
+
+  /// Static routes as records, in the order given.
+  std::vector<typename Family::Route> records(std::initializer_list<const char*> prefixes) {
+    const auto fec = ethernetFec();
+    std::vector<typename Family::Route> records;
+    for (const char* const prefix : prefixes) {
+      auto& route = records.emplace_back();
+      route.key = prefixOf<Family>(prefix);
+      route.routeType = Texts<Family>::Type::staticRoute;
+      route.fecId = fec;
+    }
+    return records;
+  }
+  /// Puts another table in the place of the device's routes, and gives the view of it.
+  auto& routesAre(std::unique_ptr<typename Family::RouteStatus::Table> table) {
+    const auto status = Lumo::newEntity<typename Family::RouteStatus>(std::move(table));
+    device.state.vrfs.front().*Family::routingStatus = status;
+    return status->route;
+  }
 
   Device device;
 };
@@ -93,6 +113,44 @@ TYPED_TEST(SelectionTest, LongerPrefixesKeepTheFirstRouteOnADeadFec) {
   EXPECT_EQ(this->listed({.prefix = T::wide, .longerPrefixes = true}), Lines{T::host});
 }
 
+TYPED_TEST(SelectionTest, LongerPrefixesAreTheSameOfATableInAnyOrder) {
+  using T = Texts<TypeParam>;
+  using Unordered = UnorderedTable<typename TypeParam::Prefix, typename TypeParam::Route>;
+  const auto entered = {T::wide, T::other, T::host, T::everything, T::inside, T::otherHost};
+  const std::pair<const char*, Lines> cases[] = {
+      {T::host, {T::host}},
+      {T::inside, {T::host, T::inside}},
+      {T::wide, {T::host, T::inside, T::wide}},
+      {T::other, {T::otherHost, T::other}},
+      {T::everything, {T::host, T::inside, T::wide, T::otherHost, T::other, T::everything}},
+  };
+  const auto expectCases = [&](const char* table) {
+    for (const auto& [prefix, expected] : cases) {
+      EXPECT_EQ(this->listed({.prefix = prefix, .longerPrefixes = true}), expected)
+          << prefix << " of a table " << table;
+    }
+  };
+  this->staticRoutes(entered);
+  expectCases("in key order");
+  this->routesAre(std::make_unique<Unordered>(this->records(entered)));
+  expectCases("in no order");
+}
+
+// To find the host is two reads, for its place and the step to it; `inside` and `wide` are one
+// each, and `wide` shows that the prefix has ended.
+TYPED_TEST(SelectionTest, LongerPrefixesMeetNoDamageBehindTheFirstRouteThatIsOutside) {
+  using T = Texts<TypeParam>;
+  const Query query{.prefix = T::inside, .longerPrefixes = true};
+  this->staticRoutes({T::host, T::inside, T::wide, T::otherHost, T::other, T::everything});
+  auto& routes = this->device.template routes<TypeParam>();
+  for (std::uint64_t read = 1; read <= 4; ++read) {
+    routes.corruptAt(read);
+    EXPECT_THROW(this->open(query), Tembra::CorruptionDetectedException) << read;
+  }
+  routes.corruptAt(5);
+  EXPECT_EQ(this->listed(query), (Lines{T::host, T::inside}));
+}
+
 TYPED_TEST(SelectionTest, LongestPrefixMatchIsForSingleQueriesOnly) {
   using T = Texts<TypeParam>;
   this->staticRoutes({T::wide});
@@ -122,26 +180,13 @@ TYPED_TEST(SelectionTest, ATableThatTurnsCorruptRaisesAtEveryRead) {
 
 TYPED_TEST(SelectionTest, ATableThatDetachesEndsTheListingThere) {
   using T = Texts<TypeParam>;
-  using Status = typename TypeParam::RouteStatus;
   using Table = Vanta::MemoryTable<typename TypeParam::Prefix, typename TypeParam::Route>;
   auto table = std::make_unique<Table>("route");
-  for (const char* const text : {T::host, T::inside, T::wide}) {
-    typename TypeParam::Route route;
-    route.key = prefixOf<TypeParam>(text);
-    route.routeType = T::Type::staticRoute;
-    route.fecId = this->ethernetFec();
-    table->insert(route);
-  }
+  for (const auto& route : this->records({T::host, T::inside, T::wide})) table->insert(route);
   table->corruptAt(3);
-  const auto status = Lumo::newEntity<Status>(std::move(table));
-  status->route.corruptionHandlerIs([](auto&, const std::string&) {});
-  status->route.detachCallbackIs([](auto&) {});
-  auto& vrf = this->device.state.vrfs.front();
-  if constexpr (std::is_same_v<TypeParam, Rova::Ip4Family>) {
-    vrf.routingStatus = status;
-  } else {
-    vrf.routing6Status = status;
-  }
+  auto& routes = this->routesAre(std::move(table));
+  routes.corruptionHandlerIs([](auto&, const std::string&) {});
+  routes.detachCallbackIs([](auto&) {});
   EXPECT_EQ(this->listed(), (Lines{T::host, T::inside}));
   EXPECT_EQ(this->listed(), Lines()) << "a detached table reads as empty";
 }

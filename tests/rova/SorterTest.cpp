@@ -107,22 +107,4 @@ TYPED_TEST(SorterTest, YieldsOnThe2001stRouteOfTheWholeTable) {
       << "a query for longer prefixes does not yield";
 }
 
-TEST(AllowWatchdogTest, YieldsOnEvery2001stCall) {
-  const Lumo::ActivityLockHold hold;
-  std::uint32_t counter = 1999;
-  Rova::allowWatchdog(counter);
-  EXPECT_EQ(counter, 2000u);
-  {
-    const Unreleasable unreleasable;
-    EXPECT_THROW(Rova::allowWatchdog(counter), Lumo::InternalException);
-    EXPECT_EQ(counter, 0u);
-    for (int i = 0; i < 2000; ++i) Rova::allowWatchdog(counter);
-    EXPECT_EQ(counter, 2000u);
-    EXPECT_THROW(Rova::allowWatchdog(counter), Lumo::InternalException);
-  }
-  counter = 2000;
-  Rova::allowWatchdog(counter);
-  EXPECT_EQ(counter, 0u);
-}
-
 } // namespace

@@ -41,13 +41,17 @@ inline std::vector<Route> someRoutes() {
 inline const std::vector<std::string> sortedTexts = {"9.0.0.1/32", "10.1.1.0/24", "10.1.0.0/16",
                                                      "10.0.0.0/8", "11.0.0.0/8",  "0.0.0.0/0"};
 
-/// The keys that a walk over the view yields.
-inline std::vector<std::string> walked(const RouteView& view) {
+/// The keys that a walk yields from where it stands.
+inline std::vector<std::string> rest(RouteView::IteratorConst it) {
   std::vector<std::string> keys;
-  for (RouteView::IteratorConst it(view); it; it.next()) {
-    keys.push_back(it.value().key.stringValue().str());
-  }
+  for (; it; it.next()) keys.push_back(it.value().key.stringValue().str());
   return keys;
+}
+inline std::vector<std::string> walked(const RouteView& view) {
+  return rest(RouteView::IteratorConst(view));
+}
+inline std::vector<std::string> walkedFrom(const RouteView& view, const char* start) {
+  return rest(RouteView::IteratorConst(view, prefix(start)));
 }
 
 } // namespace tables

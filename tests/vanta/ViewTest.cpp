@@ -1,4 +1,5 @@
 // The read view over every implementation: walks, detachment, corruption.
+#include "support/UnorderedTable.h"
 #include "vanta/Implementations.h"
 #include "vanta/Records.h"
 
@@ -49,6 +50,32 @@ TYPED_TEST(ViewTest, WalksFromAnyKey) {
   EXPECT_FALSE(it.next(prefix("0.0.0.0/0"), record));
 }
 
+TYPED_TEST(ViewTest, AWalkBeginsAtTheFirstKeyThatIsNotBeforeItsStart) {
+  const RouteView view(this->table(), "routes");
+  const struct {
+    const char* start;
+    std::size_t first; ///< in `sortedTexts`
+  } cases[] = {{"0.0.0.0/32", 0},  {"9.0.0.1/32", 0},      {"9.0.0.2/32", 1},  {"10.1.1.0/32", 1},
+               {"10.1.0.0/16", 2}, {"10.1.255.255/32", 2}, {"10.2.0.0/16", 3}, {"11.0.0.0/8", 4},
+               {"12.0.0.0/8", 5},  {"0.0.0.0/0", 5}};
+  for (const auto& [start, first] : cases) {
+    const Lines expected(sortedTexts.begin() + static_cast<long>(first), sortedTexts.end());
+    EXPECT_EQ(walkedFrom(view, start), expected) << start;
+  }
+  const RouteView ended(TypeParam::template make<Prefix, Route>({route("10.0.0.0/8")}));
+  EXPECT_EQ(walkedFrom(ended, "11.0.0.0/8"), Lines());
+}
+
+TEST(UnorderedViewTest, IsWalkedAsAWholeWhateverTheStart) {
+  const RouteView view(std::make_unique<support::UnorderedTable<Prefix, Route>>(someRoutes()));
+  EXPECT_FALSE(view.inKeyOrder());
+  const Lines entered = walked(view);
+  EXPECT_EQ(entered.size(), someRoutes().size());
+  for (const char* const start : {"10.1.0.0/16", "10.2.0.0/16", "255.0.0.0/8"}) {
+    EXPECT_EQ(walkedFrom(view, start), entered) << start;
+  }
+}
+
 TYPED_TEST(ViewTest, DetachingEmptiesTheViewAndTellsEveryone) {
   for (const bool notifying : {false, true}) {
     Watched watched(this->table());
@@ -90,6 +117,25 @@ TYPED_TEST(ViewTest, CorruptionAtAnyReadOfAWalkEndsItWhenAHandlerIsSet) {
     EXPECT_EQ(watched.events, (Lines{"not ready", "detached"})) << read;
     EXPECT_EQ(watched.handled, 1) << read;
     EXPECT_EQ(walked(watched.view), Lines()) << "the table is not detached";
+  }
+}
+
+// "10.2.0.0/16" is no member: finding the place behind it takes two reads.
+TYPED_TEST(ViewTest, CorruptionAtAnyReadOfAWalkFromAKeyIsHandledAsInAnyWalk) {
+  const Lines yielded[] = {{},
+                           {},
+                           {"10.0.0.0/8"},
+                           {"10.0.0.0/8", "11.0.0.0/8"},
+                           {sortedTexts.begin() + 3, sortedTexts.end()}};
+  for (std::size_t read = 1; read <= std::size(yielded); ++read) {
+    Watched watched(this->table(read)), raising(this->table(read));
+    watched.noteCallbacks();
+    watched.handleCorruption();
+    EXPECT_EQ(walkedFrom(watched.view, "10.2.0.0/16"), yielded[read - 1]) << read;
+    EXPECT_EQ(watched.events, (Lines{"not ready", "detached"})) << read;
+    EXPECT_EQ(watched.handled, 1) << read;
+    EXPECT_EQ(walkedFrom(watched.view, "10.2.0.0/16"), Lines()) << "the table is not detached";
+    EXPECT_THROW(walkedFrom(raising.view, "10.2.0.0/16"), CorruptionDetectedException) << read;
   }
 }
 

@@ -66,6 +66,11 @@ class BasicPrefix {
   bool isNullPrefix() const { return length_ < 0; }
   /// Whether `other` is this prefix or lies inside it.
   bool contains(const BasicPrefix& other) const;
+  /// Where a walk over all that lies inside this prefix begins: at the host route of its first
+  /// address. It ends with this prefix, and what the order has between the two is inside: its last
+  /// address is an address of this prefix, and a wider prefix with such a last address ends where
+  /// this one does, so that its shorter length puts it behind.
+  BasicPrefix firstInside() const { return {address_, maxLength}; }
   std::size_t writeText(char* out) const;
   Lumo::String stringValue() const;
   std::size_t hash() const {

@@ -35,6 +35,12 @@ class LUMO_EXPORT Lock {
   bool releasable() const { return releasable_; }
   void releasableIs(bool releasable) { releasable_ = releasable; }
 
+  /// Whether the process has no other activity, so that nobody waits for a turn; false at first. A
+  /// host that knows so says it once, ahead of its work: whoever gives others a turn then gives the
+  /// lock up and takes it again as ever, with its hooks and errors, but does not wait in between.
+  bool soleActivity() const { return soleActivity_; }
+  void soleActivityIs(bool sole) { soleActivity_ = sole; }
+
   /// Takes the lock if it is free; 0 or an error number, EBUSY when it is not.
   int tryTake() { return pthread_mutex_trylock(&mutex_); }
 
@@ -44,6 +50,7 @@ class LUMO_EXPORT Lock {
  private:
   pthread_mutex_t mutex_;
   bool releasable_ = true;
+  bool soleActivity_ = false;
   ReleaseHooks releaseHooks_;
 };
 

@@ -146,6 +146,7 @@ class MemoryTable final : public VantaBase<Key, Value> {
   ReaderCounters readerCounters() const override { return {reads_, 0}; }
   RootPath rootPath() const override { return rootPath_; }
   int mountStatus() const override { return 1; }
+  bool inKeyOrder() const override { return true; }
 
  private:
   static constexpr bool variable = requires(const Value& value) { value.serializeLen(); };

@@ -82,6 +82,10 @@ class VANTA_EXPORT VantaBase {
   virtual std::uint64_t corvexId() const { return 0; }
   virtual VersionAnchor validateVersionAnchor() { refuseUnimplemented("validateVersionAnchor"); }
   virtual VersionAnchor getCacheVersionAnchor() { refuseUnimplemented("getCacheVersionAnchor"); }
+  /// Whether the members come in the order of their keys, by `operator<`; for prefixes that is the
+  /// order of listings. An implementation that promises it gives, as `next` of a key that it does
+  /// not have, the first member behind that key, so that a walk can begin anywhere.
+  virtual bool inKeyOrder() const { return false; }
 
  protected:
   [[noreturn]] static void refuseWrite(const char* operation) {

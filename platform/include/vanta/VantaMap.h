@@ -54,6 +54,9 @@ class VANTA_EXPORT VantaMap {
   const Value& defaultValue() const { return default_; }
   Base& implementation() const { return *implementation_; }
   std::size_t members() const { return implementation_->members(); }
+  /// Whether walks come in the order of their keys, and can begin at one. A detached view does not
+  /// say so: it reads as empty either way, and shows the same in its debug lines.
+  bool inKeyOrder() const { return implementation_->inKeyOrder(); }
 
   void collectionReadyCallbackIs(ReadyCallback callback) { ready_ = std::move(callback); }
   void detachCallbackIs(DetachCallback callback) { detached_ = std::move(callback); }
@@ -78,7 +81,12 @@ class VANTA_EXPORT VantaMap {
   class IteratorConst {
    public:
     explicit IteratorConst(const VantaMap& map) : map_(map) {
-      atEnd_ = !guarded([&] { return map_.implementation_->first(&value_, hint_); });
+      atEnd_ = !guarded([&] { return first(); });
+    }
+    /// Begins at the first member whose key is not before `start` where the table is in key order,
+    /// and leaves unread what comes ahead of it; any other table is walked as a whole.
+    IteratorConst(const VantaMap& map, const Key& start) : map_(map) {
+      atEnd_ = !guarded([&] { return map_.inKeyOrder() ? firstFrom(start) : first(); });
     }
     explicit operator bool() const { return !atEnd_; }
     const Value& value() const { return value_; }
@@ -92,6 +100,15 @@ class VANTA_EXPORT VantaMap {
     }
 
    private:
+    bool first() { return map_.implementation_->first(&value_, hint_); }
+    bool firstFrom(const Key& start) {
+      bool found = false;
+      const Value* const record = map_.implementation_->lookup(start, found, hint_);
+      if (!found) return map_.implementation_->next(start, &value_, hint_);
+      value_ = *record;
+      return true;
+    }
+
     template <class Read>
     bool guarded(Read&& read) {
       try {
