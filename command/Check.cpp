@@ -45,7 +45,9 @@ sources::State openForCheck(const Options& options, const std::string& vrf) {
   sources::Needs needs;
   needs.routes = needs.neighbours = needs.nexthopGroups = false;
   needs.vrf = vrf;
-  return openState(options, needs);
+  auto state = openState(options, needs);
+  state.release();
+  return state;
 }
 
 /// A kernel knows no route distinguishers. A check against nothing would accept anything.
@@ -90,7 +92,7 @@ ExitStatus checkAddress(const grammar::Parsed& parsed, const Options& options) {
   if (ip6) {
     for (const auto part : {"secondary", "replace"}) refuseForIp6(parsed, part);
   }
-  const auto [device, notes] = openForCheck(options, L3::defaultVrfName);
+  const auto [device, notes, moment] = openForCheck(options, L3::defaultVrfName);
   const auto result = ip6 ? check6(device, parsed, *ip6)
                           : check4(device, parsed, *parsed.find<Kesh::IpAddrWithMask>("address"));
   return printVerdict(result.acceptable() ? Refusal() : result.msg().str(), notes, options);
@@ -99,7 +101,7 @@ ExitStatus checkAddress(const grammar::Parsed& parsed, const Options& options) {
 ExitStatus checkNextHop(const grammar::Parsed& parsed, const Options& options) {
   const auto& hop = *parsed.find<Kesh::IpGenAddr>("address");
   const auto name = parsed.text("vrf", L3::defaultVrfName);
-  const auto [device, notes] = openForCheck(options, name);
+  const auto [device, notes, moment] = openForCheck(options, name);
   chosenVrf(device, name, options);
   return printVerdict(ownAddressRefusal(device, hop, name), notes, options);
 }
@@ -108,7 +110,9 @@ ExitStatus checkRouteDistinguisher(const grammar::Parsed& parsed, const Options&
   // A VRF may get its route distinguisher ahead of everything else: it need not exist.
   const Lumo::String name(parsed.text("vrf"));
   refuseKernel(options);
-  const auto [device, notes] = openState(options);
+  const auto state = openState(options);
+  const auto& [device, notes, moment] = state;
+  state.release();
   const Rova::RdAssignmentChecker checker(device.routeDistinguisherInputDir, name,
                                           *parsed.find<Kesh::RouteDistinguisher>("rd"));
   return printVerdict(checker.acceptable() ? Refusal() : checker.errorMessage().str(), notes,

@@ -69,6 +69,7 @@ ExitStatus showNexthopGroup(const grammar::Parsed& parsed, const Options& option
   const auto state = openState(options, needs);
   const auto& vrf = chosenVrf(state.device, vrfName, options).name;
   if (!group.empty()) requireGroup(state.device, group, options);
+  state.release();
   const RenderScope scope;
   renderWithNotes(state.notes, STDOUT_FILENO, options.format, [&](int fd) {
     if (parsed.has("summary")) {

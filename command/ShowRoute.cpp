@@ -82,7 +82,9 @@ sources::Needs needsOf(const QueryOf<Family>& query) {
   needs.ip4 = std::is_same_v<Family, Rova::Ip4Family>;
   needs.ip6 = !needs.ip4;
   needs.neighbours = query.host || query.summary;
-  needs.configured = needs.nexthopGroups = false;
+  // Whether an interface is there is asked of all that could name it.
+  needs.configured = needs.addressConfig = query.interface.has_value();
+  needs.nexthopGroups = false;
   needs.vrf = query.vrf;
   return needs;
 }
@@ -90,7 +92,8 @@ sources::Needs needsOf(const QueryOf<Family>& query) {
 template <class Family>
 ExitStatus showRoute(const grammar::Parsed& parsed, const Options& options) {
   const auto query = routeQuery<typename Family::Prefix>(parsed);
-  const auto [device, notes] = openState(options, needsOf<Family>(query));
+  const auto state = openState(options, needsOf<Family>(query));
+  const auto& [device, notes, moment] = state;
   const auto vrfs = chosenVrfs(device, query.vrf, options);
   if (query.interface) requireInterface(device, *query.interface, options);
   if (query.summary) {
@@ -104,7 +107,9 @@ ExitStatus showRoute(const grammar::Parsed& parsed, const Options& options) {
   printNotes(frame, notes);
   frame.startDict("vrfs");
   for (const auto* vrf : vrfs) {
+    state.hold();
     const auto sorter = openSorter<Family>(device, *vrf, query, options);
+    state.release();
     vrfName.setValue(vrf->name.stringValue());
     // A listing names its VRF itself, a host table does not.
     if (query.host && query.vrf == "all") {

@@ -60,18 +60,20 @@ Rova::StaticRoutesRibCommon makeDump(const state::DeviceState& device, const sta
 }
 
 /// Configured routes are among the routes of a kernel.
-sources::Needs routesOf(const std::string& vrf) {
+sources::State openRoutes(const Options& options, const std::string& vrf) {
   sources::Needs needs;
-  needs.neighbours = needs.nexthopGroups = false;
+  needs.neighbours = needs.nexthopGroups = needs.addressConfig = false;
   needs.vrf = vrf;
-  return needs;
+  auto state = openState(options, needs);
+  state.release(); // all that is printed was read
+  return state;
 }
 
 } // namespace
 
 ExitStatus showStaticConfig(const grammar::Parsed& parsed, const Options& options) {
   const auto name = parsed.text("vrf", L3::defaultVrfName);
-  const auto [device, notes] = openState(options, routesOf(name));
+  const auto [device, notes, moment] = openRoutes(options, name);
   Lines lines;
   for (const auto* vrf : chosenVrfs(device, name, options)) {
     for (auto& line : staticLines(*vrf, parsed.has("all"))) lines.push_back(std::move(line));
@@ -82,7 +84,7 @@ ExitStatus showStaticConfig(const grammar::Parsed& parsed, const Options& option
 
 ExitStatus showStatic(const grammar::Parsed& parsed, const Options& options) {
   const auto name = parsed.text("vrf", L3::defaultVrfName);
-  const auto [device, notes] = openState(options, routesOf(name));
+  const auto [device, notes, moment] = openRoutes(options, name);
   const auto& vrf = chosenVrf(device, name, options);
   // The document around the dump, which writes into it: it is flushed ahead of it.
   scrivo::Printer frame(STDOUT_FILENO, options.format);

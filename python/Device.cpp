@@ -36,8 +36,10 @@ std::unique_ptr<Device>& deviceOf(PyObject* object) {
 std::unique_ptr<Device> load(const std::string& source) {
   const Activity activity;
   const PythonUnlocked unlocked;
-  auto [state, notes] = sources::open(source);
-  return std::make_unique<Device>(Device{std::move(state), std::move(notes), source});
+  auto state = sources::open(source);
+  state.release(); // an object may live for days
+  return std::make_unique<Device>(
+      Device{std::move(state.device), std::move(state.notes), source});
 }
 
 const state::VrfState& vrfOf(const Device& device, const std::string& name) {

@@ -34,12 +34,28 @@ struct Notes {
   bool empty() const { return moved.empty() && hiddenRoutes == 0; }
 };
 
+/// The time that a state is of, where others change it meanwhile.
+class Moment {
+ public:
+  virtual ~Moment() = default;
+  /// From now on all that is read is of this time; a source may end that when it takes long.
+  virtual void hold() = 0;
+  /// From now on each read gives what is there by then.
+  virtual void release() noexcept = 0;
+};
+
 struct State {
   state::DeviceState device;
   Notes notes;
-  /// While it is there, all that is read is of one time, as far as the source can tell of several;
-  /// its reader lets it go before it waits for anything.
-  std::shared_ptr<const void> oneTime = {};
+  std::shared_ptr<Moment> moment = {}; ///< held at first; null for a state that nobody changes
+
+  void hold() const {
+    if (moment) moment->hold();
+  }
+  /// To be called before the reader waits for anything, such as who takes its output.
+  void release() const {
+    if (moment) moment->release();
+  }
 };
 
 } // namespace sources

@@ -92,10 +92,10 @@ State load(const std::string& path, const Needs& needs) {
   requireFile(path);
   try {
     const auto session = std::make_shared<Session>(path, accessTo(path));
-    auto hold = std::make_shared<Hold>(session);
+    session->hold();
     requireSchema(session->connection());
     const auto text = TextTables(session->connection()).snapshotText(needs);
-    State state{snapshot::loadText(text, path), {}, std::move(hold)};
+    State state{snapshot::loadText(text, path), {}, session};
     putTables(Tables(session), state.device);
     putCounters(Tables(session), state.device);
     return state;

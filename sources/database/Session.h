@@ -2,6 +2,7 @@
 // and what it knows of rows that rows lead to.
 #pragma once
 
+#include "sources/State.h"
 #include "sources/database/Sqlite.h"
 
 #include "kesh/IntfId.h"
@@ -9,7 +10,6 @@
 #include "state/FecId.h"
 
 #include <chrono>
-#include <memory>
 #include <optional>
 
 namespace sources::database {
@@ -19,10 +19,10 @@ inline std::int64_t signedInterface(const Kesh::IntfId& intfId) {
   return static_cast<std::int64_t>(intfId.value());
 }
 
-/// While it is held, by `Hold`, all that is read is one state of the device, for at most a second:
+/// While it is held all that is read is one state of the device, for at most a second:
 /// then it is the state of that time, since a reader that stays must not keep its writer from
 /// reusing the log. Otherwise each read sees the newest state.
-class Session {
+class Session : public Moment {
  public:
   /// How long a held state stays the same.
   static constexpr std::chrono::milliseconds longestHold{1000};
@@ -31,9 +31,8 @@ class Session {
 
   Connection& connection() { return connection_; }
 
-  void hold();
-  /// Does nothing when nothing is held.
-  void release() noexcept;
+  void hold() override;
+  void release() noexcept override;
   bool isHeld() const { return held_; }
   /// Grows with each state that is held; what was read in one of another number may be outdated.
   std::uint64_t epoch() const { return epoch_; }
@@ -59,20 +58,6 @@ class Session {
   std::optional<Statement> name_, fec4_, fec6_;
   Lumo::HashMap2018<Kesh::IntfId, bool> knownNames_;
   Lumo::HashMap2018<Vanta::Fib::FecId, bool> knownFecs_;
-};
-
-/// Holds a session's state for the life of the object.
-class Hold {
- public:
-  explicit Hold(std::shared_ptr<Session> session) : session_(std::move(session)) {
-    session_->hold();
-  }
-  ~Hold() { session_->release(); }
-  Hold(const Hold&) = delete;
-  Hold& operator=(const Hold&) = delete;
-
- private:
-  std::shared_ptr<Session> session_;
 };
 
 } // namespace sources::database
