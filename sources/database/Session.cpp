@@ -2,11 +2,22 @@
 
 namespace sources::database {
 
+namespace {
+
+/// The time to some milliseconds, as each look-up asks for it.
+std::chrono::nanoseconds coarseNow() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+  return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
+}
+
+} // namespace
+
 void Session::hold() {
   if (held_) return;
   connection_.execute("begin");
   held_ = true;
-  since_ = std::chrono::steady_clock::now();
+  since_ = coarseNow();
   ++epoch_;
   forgetFecs();
 }
@@ -21,11 +32,18 @@ void Session::release() noexcept {
   }
 }
 
-void Session::refresh() {
-  if (!held_) return forgetFecs();
-  if (std::chrono::steady_clock::now() - since_ < longestHold) return;
-  release();
-  hold();
+std::uint64_t Session::refresh() {
+  const auto age = coarseNow() - since_;
+  if (age < (held_ ? longestHold : longestUse)) return epoch_;
+  if (held_) {
+    release();
+    hold();
+  } else {
+    since_ = coarseNow();
+    ++epoch_;
+    forgetFecs();
+  }
+  return epoch_;
 }
 
 void Session::requireName(const Kesh::IntfId& intfId) {

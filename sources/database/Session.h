@@ -34,11 +34,13 @@ class Session : public Moment {
   void hold() override;
   void release() noexcept override;
   bool isHeld() const { return held_; }
-  /// Grows with each state that is held; what was read in one of another number may be outdated.
+  /// How long what was read may be used again where nothing is held.
+  static constexpr std::chrono::milliseconds longestUse{50};
+  /// Grows with each state; what was read in one of another number may be outdated.
   std::uint64_t epoch() const { return epoch_; }
 
-  /// Called ahead of each read, when no statement is under way.
-  void refresh();
+  /// Called ahead of each read, when no statement is under way; returns the epoch.
+  std::uint64_t refresh();
 
   /// Sees to it that this process knows the interface's name. Raises `WrongColumn` for one that the
   /// database does not have.
@@ -53,7 +55,7 @@ class Session : public Moment {
 
   Connection connection_;
   bool held_ = false;
-  std::chrono::steady_clock::time_point since_;
+  std::chrono::nanoseconds since_{};
   std::uint64_t epoch_ = 0;
   std::optional<Statement> name_, fec4_, fec6_;
   Lumo::HashMap2018<Kesh::IntfId, bool> knownNames_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sources/database/Texts.h"
+#include "sources/database/Window.h"
 #include "vanta/MemoryTable.h"
 
 namespace sources::database {
@@ -24,8 +25,13 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
 
   const Value* lookup(const Key& key, bool& found, IterHint hint) const override {
     ++counters_.lookups;
-    session_->refresh();
+    const auto epoch = session_->refresh();
     if (readsAll()) return all_->lookup(key, found, hint);
+    if (const auto known = window_.find(key, epoch)) {
+      found = *known != nullptr;
+      return found ? *known : &absent_;
+    }
+    if constexpr (Rows::inKeyOrder && Rows::walkedBehind == 0) readNear(key, epoch);
     found = guarded([&] { return shownKey(key); }, [&] {
       Statement& statement = prepared(equal_, Where::equal);
       const Run run(statement);
@@ -162,6 +168,20 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
     });
   }
 
+  /// Reads what is behind a key into the window, when it seems that it will be asked for.
+  void readNear(const Key& key, std::uint64_t epoch) const {
+    const std::size_t count = window_.wanted(key);
+    if (count == 0) return;
+    auto& records = window_.restart(key);
+    const auto place = [&] { return "behind " + shownKey(key); };
+    window_.finish(!guarded(place, [&] {
+      return readBehind(&key, [&](const Value& value) {
+        records.push_back(value);
+        return records.size() < count;
+      });
+    }), epoch);
+  }
+
   bool give(std::size_t place, Value* value, IterHint& hint) const {
     if (place >= ahead_.size()) return false;
     if (value) *value = ahead_[place];
@@ -197,6 +217,7 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
 
   void forget() const {
     ahead_ = {};
+    window_ = {};
     all_.reset();
   }
 
@@ -209,6 +230,7 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
   mutable Key last_{};
   mutable std::vector<Value> ahead_; ///< the records that the walk has next
   mutable bool atEnd_ = false;       ///< nothing is behind those
+  mutable Window<Rows> window_;
   mutable std::unique_ptr<Vanta::MemoryTable<Key, Value>> all_;
   mutable std::uint64_t epoch_ = 0;
   mutable std::size_t lookups_ = 0;
