@@ -4,6 +4,7 @@
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Shown.h"
+#include "sources/database/Database.h"
 #include "sources/snapshot/Snapshot.h"
 
 #include <cstdio>
@@ -40,6 +41,10 @@ std::function<void()> tellWaiting(const std::string& path) {
 ChangedSnapshot::ChangedSnapshot(const Options& options) : options_(options) {
   if (options.dryRun) return;
   const auto& path = options.into.empty() ? options.state : options.into;
+  if (sources::database::isDatabase(path)) {
+    throw sources::SourceError(path + ": is a state database, which its agent alone changes; --into "
+                                      "names the file of a snapshot");
+  }
   file_.emplace(path, tellWaiting(path));
 }
 

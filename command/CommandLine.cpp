@@ -8,6 +8,7 @@
 #include "lumo/ActivityLock.h"
 #include "lumo/System.h"
 #include "rova/Version.h"
+#include "sources/Source.h"
 
 namespace command {
 
@@ -15,7 +16,14 @@ namespace {
 
 Options optionsOf(const grammar::Arguments& arguments, double startTime) {
   Options options;
-  if (const auto* const state = arguments.find("--state")) options.state = *state;
+  if (const auto* const state = arguments.find("--state")) {
+    options.state = *state;
+    options.stateReason = "named by --state";
+  } else {
+    auto choice = sources::defaultSource();
+    options.state = std::move(choice.source);
+    options.stateReason = std::move(choice.reason);
+  }
   if (const auto* const format = arguments.find("--format")) {
     options.format = *format == "json" ? json : text;
   }

@@ -6,8 +6,10 @@
 #include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
 #include "command/ShowRoute.h"
+#include "command/ShowState.h"
 #include "command/ShowStatic.h"
 #include "command/ShowTypes.h"
+#include "command/SnapshotLoad.h"
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
 
@@ -29,8 +31,9 @@ constexpr Option options[] = {
     {.name = "--state",
      .kind = Kind::source,
      .scope = Scope::all,
-     .help = "where the state comes from: kernel (this machine, the default), kernel:NAME (a "
-             "network namespace), or the file of a snapshot, - for standard input"},
+     .help = "where the state comes from: kernel (this machine), kernel:NAME (a network "
+             "namespace), or a file, a state database or a snapshot, - for standard input; without "
+             "it the state database of this machine while its agent lives, else the kernel"},
     {.name = "--format",
      .kind = Kind::format,
      .scope = Scope::all,
@@ -42,7 +45,7 @@ constexpr Option options[] = {
     {.name = "--into",
      .kind = Kind::file,
      .help = "the file that the changed snapshot goes to, and for static load the snapshot itself "
-             "where --state names none"},
+             "where --state names none; for snapshot load the state database"},
     {.name = "--dry-run", .help = "show the lines, and write nothing"},
     {.name = "--help",
      .shortName = "-h",
@@ -53,6 +56,7 @@ constexpr Option options[] = {
 
 constexpr std::string_view listingOptions[] = {"--timing", "--older-nexthop-groups"};
 constexpr std::string_view counterOptions[] = {"--counters"};
+constexpr std::string_view loadOptions[] = {"--into"};
 constexpr std::string_view changeOptions[] = {"--into", "--dry-run"};
 
 /// The families differ in what an address is, and in the protocols that they have.
@@ -174,6 +178,14 @@ constexpr Part snapshotSaveParts[] = {
      .help = "the file; - for standard output"},
 };
 
+constexpr Part snapshotLoadParts[] = {
+    {.name = "file",
+     .keyword = Keyword::none,
+     .kind = Kind::inputFile,
+     .required = true,
+     .help = "the snapshot; - for standard input"},
+};
+
 constexpr Part typesParts[] = {
     {.name = "type",
      .keyword = Keyword::none,
@@ -235,6 +247,14 @@ constexpr Command commands[] = {
      .options = changeOptions,
      .help = "Enter the configuration lines of a file into a snapshot; shows those that are new.",
      .run = loadStatic},
+    {.path = "show state",
+     .help = "Where the state comes from, who keeps it, and how current it is.",
+     .run = showState},
+    {.path = "snapshot load",
+     .parts = snapshotLoadParts,
+     .options = loadOptions,
+     .help = "Make a state database hold the state of a snapshot.",
+     .run = loadSnapshot},
     {.path = "snapshot save",
      .parts = snapshotSaveParts,
      .help = "Write the state that is shown to a file.",

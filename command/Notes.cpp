@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -53,13 +54,36 @@ std::string membersOf(Print&& print) {
   return file.text();
 }
 
+void printSilence(scrivo::Printer& printer, const sources::Notes::Silence& silence) {
+  scrivo::StringAttrInfo agent(printer, "agent"), currentAt(printer, "currentAt");
+  scrivo::Uint64AttrInfo age(printer, "age");
+  agent.setValue(silence.agent);
+  currentAt.setValue(timeText(silence.currentAt));
+  age.setValue(static_cast<std::uint64_t>(std::max<std::int64_t>(silence.age, 0)));
+  printer.addAttributes("", 3, agent.getArg(), currentAt.getArg(), age.getArg());
+}
+
 } // namespace
+
+std::string timeText(std::int64_t milliseconds) {
+  const std::time_t seconds = milliseconds / 1000;
+  std::tm parts{};
+  gmtime_r(&seconds, &parts);
+  char text[sizeof "+YYYYYYYYYY-MM-DDThh:mm:ssZ"];
+  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+  return text;
+}
 
 std::vector<std::string> linesOf(const sources::Notes& notes, const std::string& source) {
   std::vector<std::string> lines;
   if (!notes.moved.empty()) {
     lines.push_back(source + ": moved while it was read: " + joined(notes.moved) +
                     "; some entries may be missing or outdated");
+  }
+  if (notes.silence) {
+    lines.push_back(source + ": its agent is " + notes.silence->agent + "; the state is that of " +
+                    timeText(notes.silence->currentAt) + ", " +
+                    std::to_string(notes.silence->age) + " s ago");
   }
   if (notes.hiddenRoutes == 1) lines.push_back("1 route of other metrics or TOS is not shown");
   if (notes.hiddenRoutes > 1) {
@@ -82,6 +106,7 @@ void printNotes(scrivo::Printer& printer, const sources::Notes& notes) {
     }
     printer.endList();
   }
+  if (notes.silence) printSilence(printer, *notes.silence);
   if (notes.hiddenRoutes != 0) {
     hidden.setValue(static_cast<std::uint32_t>(notes.hiddenRoutes));
     printer.addAttributes("", 1, hidden.getArg());

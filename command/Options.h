@@ -13,6 +13,7 @@ enum OutputFormat : unsigned { text = 1, json = 2 };
 
 struct Options {
   std::string state = "kernel";
+  std::string stateReason; ///< why it is that one
   OutputFormat format = text;
   bool timing = false;
   bool olderNexthopGroups = false;

@@ -1,8 +1,12 @@
 #include "sources/Source.h"
 
 #include "sources/database/Database.h"
+#include "sources/database/Lock.h"
 #include "sources/kernel/Kernel.h"
 #include "sources/snapshot/Snapshot.h"
+
+#include <cstdlib>
+#include <unistd.h>
 
 namespace sources {
 
@@ -18,7 +22,35 @@ std::string namespaceOf(const std::string& source) {
                     "kernel for this machine's own");
 }
 
+/// Why a database is not the state of what this process sees; empty when it is.
+std::string foreign(const database::Facts& facts) {
+  if (facts.source != own) return "is not the state of this machine";
+  if (facts.boot != database::bootId()) return "is of another boot";
+  if (facts.network != database::networkNamespace()) return "is of another network namespace";
+  return {};
+}
+
+/// Why the database at the path is not the one to read; empty when it is.
+std::string unfit(const std::string& path) {
+  if (access(path.c_str(), F_OK) != 0) return "there is no state database at " + path;
+  if (!database::liveWriter(path)) return "no agent keeps " + path;
+  try {
+    const auto why = foreign(database::factsOf(path));
+    return why.empty() ? why : path + " " + why;
+  } catch (const SourceError& error) {
+    return error.what();
+  }
+}
+
 } // namespace
+
+Choice defaultSource() {
+  const char* const named = std::getenv("ROVA_STATE_DB");
+  const std::string path = named ? named : database::defaultPath;
+  const auto why = unfit(path);
+  if (!why.empty()) return {std::string(own), why};
+  return {path, "its agent lives, and it is of this boot and network namespace"};
+}
 
 bool isKernel(const std::string& source) { return source == own || source.starts_with(named); }
 

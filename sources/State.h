@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,15 @@ struct Notes {
   /// Routes that a table by prefix has no place for: they lose against another of their prefix.
   std::uint64_t hiddenRoutes = 0;
 
-  bool empty() const { return moved.empty() && hiddenRoutes == 0; }
+  /// Who kept the state current and does no more; nothing while all is well.
+  struct Silence {
+    const char* agent;      ///< "gone", or "silent" for one that still runs
+    std::int64_t currentAt; ///< until when the state was kept current, in ms since 1970
+    std::int64_t age;       ///< how long that is ago, in seconds
+  };
+  std::optional<Silence> silence = {};
+
+  bool empty() const { return moved.empty() && hiddenRoutes == 0 && !silence; }
 };
 
 /// The time that a state is of, where others change it meanwhile.

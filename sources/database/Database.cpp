@@ -79,6 +79,32 @@ void putCounters(const Tables& tables, state::DeviceState& device) {
   device.entityManager->entityIs(CounterTable::snapshotPath, device.snapshotTable);
 }
 
+/// Calls `read` with a session that holds the file's state.
+template <class Read>
+auto withSession(const std::string& path, Read&& read) {
+  requireFile(path);
+  try {
+    const auto session = std::make_shared<Session>(path, accessTo(path));
+    session->hold();
+    requireSchema(session->connection());
+    return read(session);
+  } catch (const WrongColumn& wrong) {
+    throw SourceError(path + ": damaged: " + wrong.what());
+  }
+}
+
+/// How long an agent may keep silent before its readers are told: three of its heartbeats.
+constexpr std::chrono::seconds longestSilence{3};
+
+/// A file that no agent ever kept is as current as it is meant to be.
+std::optional<Notes::Silence> silenceOf(const std::string& path, const Facts& facts) {
+  if (facts.agent == 0) return {};
+  const auto writer = liveWriter(path);
+  if (writer && writer->silence < longestSilence) return {};
+  const auto lastSign = std::max({facts.changed, facts.stopped, lastBeat(path)});
+  return Notes::Silence{writer ? "silent" : "gone", lastSign, (timeNow() - lastSign) / 1000};
+}
+
 } // namespace
 
 bool isDatabase(const std::string& path) {
@@ -88,20 +114,36 @@ bool isDatabase(const std::string& path) {
          std::string_view(bytes, sizeof bytes) == firstBytes;
 }
 
+Facts factsOf(const std::string& path) {
+  return withSession(path, [](const auto& session) { return readFacts(session->connection()); });
+}
+
+std::vector<TableSize> tableSizes(const std::string& path) {
+  return withSession(path, [](const auto& session) {
+    std::vector<TableSize> sizes;
+    Statement select(session->connection(), "select name, sum(pgsize) from dbstat where name in "
+                                            "(select name from sqlite_schema where type = 'table') "
+                                            "group by name");
+    while (select.step()) {
+      TableSize size{std::string(select.text("name")), 0, 0};
+      size.bytes = select.integer("bytes");
+      size.rows = session->connection().number("select count(*) from \"" + size.table + "\"");
+      sizes.push_back(std::move(size));
+    }
+    return sizes;
+  });
+}
+
 State load(const std::string& path, const Needs& needs) {
-  requireFile(path);
-  try {
-    const auto session = std::make_shared<Session>(path, accessTo(path));
-    session->hold();
-    requireSchema(session->connection());
-    const auto text = TextTables(session->connection()).snapshotText(needs);
+  return withSession(path, [&](const auto& session) {
+    Connection& connection = session->connection();
+    const auto text = TextTables(connection).snapshotText(needs);
     State state{snapshot::loadText(text, path), {}, session};
+    state.notes.silence = silenceOf(path, readFacts(connection));
     putTables(Tables(session), state.device);
     putCounters(Tables(session), state.device);
     return state;
-  } catch (const WrongColumn& wrong) {
-    throw SourceError(path + ": damaged: " + wrong.what());
-  }
+  });
 }
 
 void save(const state::DeviceState& device, const std::string& source, const std::string& path) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "sources/State.h"
+#include "sources/database/Facts.h"
 
 #include <string>
 
@@ -17,6 +18,18 @@ inline constexpr const char* defaultPath = "/run/rova/state.db";
 
 /// Whether the file's first bytes are those of a database; false for one that cannot be read.
 bool isDatabase(const std::string& path);
+
+/// What that file says of itself. Raises `SourceError`.
+Facts factsOf(const std::string& path);
+
+/// How many rows a table has, and the bytes of the file that they take.
+struct TableSize {
+  std::string table;
+  std::int64_t rows;
+  std::int64_t bytes;
+};
+/// All tables of that file by name. Raises `SourceError`.
+std::vector<TableSize> tableSizes(const std::string& path);
 
 /// The state in that file: entities by now, and views of its tables, which read it as it is when
 /// they are read. Raises `SourceError` for a file that is no state database or is damaged where its

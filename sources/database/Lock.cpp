@@ -42,6 +42,12 @@ std::optional<LiveWriter> liveWriter(const std::string& path) {
   return file.isOpen() ? holderOf(file) : std::nullopt;
 }
 
+std::int64_t lastBeat(const std::string& path) {
+  struct stat status {};
+  if (stat(lockPath(path).c_str(), &status) != 0) return 0;
+  return status.st_mtim.tv_sec * 1000 + status.st_mtim.tv_nsec / 1'000'000;
+}
+
 WriterLock::WriterLock(const std::string& path)
     : file_(snapshot::openFile(lockPath(path), O_RDWR | O_CREAT, 0644)) {
   if (!file_.isOpen()) snapshot::failErrno(lockPath(path), "cannot be written");

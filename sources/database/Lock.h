@@ -21,6 +21,9 @@ struct LiveWriter {
 /// The writer of the database at `path`; nothing when there is none.
 std::optional<LiveWriter> liveWriter(const std::string& path);
 
+/// When a writer told for the last time that it lives, in milliseconds since 1970; 0 for never.
+std::int64_t lastBeat(const std::string& path);
+
 /// Keeps other writers out for the life of the object. The system ends it with the process, however
 /// that ends.
 class WriterLock {
