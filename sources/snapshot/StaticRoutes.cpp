@@ -4,7 +4,7 @@
 #include "ConfiguredNames.h"
 #include "Names.h"
 
-#include <algorithm>
+#include <functional>
 #include <tuple>
 
 namespace sources::snapshot {
@@ -129,8 +129,7 @@ std::vector<ConfiguredVia> viasOf(const Routing::Route& route) {
     const bool* const bfd = route.bfdTracked.find(via);
     vias.push_back({via, name ? *name : Lumo::String(), bfd && *bfd});
   });
-  std::sort(vias.begin(), vias.end());
-  return vias;
+  return Lumo::inOrder(std::move(vias), std::less<ConfiguredVia>());
 }
 
 ConfiguredRoute configuredOf(const Routing::Route& route) {
