@@ -1,9 +1,9 @@
 // A table of the kernel's that is not its routes, kept up to date: see Wholeness.h for the rules.
 #pragma once
 
+#include "lumo/Order.h"
 #include "sources/kernel/Wholeness.h"
 
-#include <algorithm>
 #include <map>
 #include <set>
 #include <vector>
@@ -69,7 +69,8 @@ class ObjectTable : public Wholeness {
   std::vector<Object> take() {
     std::vector<Entry*> order;
     for (auto& [key, entry] : entries_) order.push_back(&entry);
-    std::ranges::stable_sort(order, {}, &Entry::place);
+    order = Lumo::inOrder(std::move(order),
+                          [](const Entry* a, const Entry* b) { return a->place < b->place; });
     std::vector<Object> objects;
     objects.reserve(order.size());
     for (Entry* const entry : order) objects.push_back(std::move(entry->object));

@@ -5,9 +5,12 @@
 #include "Field.h"
 
 #include "lumo/HashMap2018.h"
+#include "lumo/Order.h"
 #include "lumo/RbTreeMap.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace sources::snapshot {
@@ -26,9 +29,9 @@ class Unique {
   template <class Show>
   void check(Node& node, Show&& show) {
     if (ascending_) return;
-    std::sort(keys_.begin(), keys_.end());
-    const auto twice = std::adjacent_find(keys_.begin(), keys_.end());
-    if (twice != keys_.end()) node.fail(show(*twice) + " twice", "each key once");
+    const auto ordered = Lumo::inOrder(std::move(keys_), std::less<Key>());
+    const auto twice = std::adjacent_find(ordered.begin(), ordered.end());
+    if (twice != ordered.end()) node.fail(show(*twice) + " twice", "each key once");
   }
 
  private:
@@ -62,9 +65,8 @@ std::vector<std::pair<Key, const Value*>> sorted(const Lumo::HashMap2018<Key, Va
   std::vector<std::pair<Key, const Value*>> members;
   members.reserve(map.size());
   map.forEach([&](const Key& key, const Value& value) { members.emplace_back(key, &value); });
-  std::sort(members.begin(), members.end(),
-            [](const auto& a, const auto& b) { return a.first < b.first; });
-  return members;
+  return Lumo::inOrder(std::move(members),
+                       [](const auto& a, const auto& b) { return a.first < b.first; });
 }
 
 template <class Key, class Value>

@@ -18,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace sources::snapshot {
 
@@ -58,14 +59,13 @@ constexpr Field<Record> property(std::string_view name) {
 }
 
 /// "one of "a", "b"", for messages.
+std::string oneOf(std::span<const std::string_view> names);
+
 template <class Rows>
 std::string namesOf(const Rows& rows) {
-  std::string text = "one of ";
-  for (const auto& row : rows) {
-    if (&row != &rows[0]) text += ", ";
-    appendQuoted(text, row.name);
-  }
-  return text;
+  std::vector<std::string_view> names;
+  for (const auto& row : rows) names.push_back(row.name);
+  return oneOf(names);
 }
 
 /// The place of the row with that name; the number of rows when there is none.

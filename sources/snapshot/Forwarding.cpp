@@ -37,7 +37,7 @@ constexpr Field<Via> actionField() {
 }
 
 template <class Via>
-constexpr Field<Via> viaFields[] = {
+constexpr Field<Via> fecViaFields[] = {
     field<Via, &Via::hop>("hop"), field<Via, &Via::intfId>("interface"), labelField<Via>(),
     actionField<Via>(),           field<Via, &Via::weight>("weight"),
 };
@@ -48,7 +48,7 @@ void readVias(Node& node, Fec& fec) {
   node.elements([&](Node& element) {
     if (fec.viaCount == Fec::maxVias) element.fail("one via more", "at most 512 vias");
     Via via;
-    readFields(element, viaFields<Via>, via);
+    readFields(element, fecViaFields<Via>, via);
     fec.viaAppend(via);
   });
 }
@@ -58,7 +58,7 @@ void writeVias(Output& out, const Fec& fec) {
   const auto scope = out.array(Output::Layout::row);
   const auto count = std::min(fec.viaCount, Fec::maxVias);
   for (std::uint32_t i = 0; i < count; ++i) {
-    writeFields(out, viaFields<typename Fec::ViaType>, fec.via(Vanta::Fib::ViaIndex(i)));
+    writeFields(out, fecViaFields<typename Fec::ViaType>, fec.via(Vanta::Fib::ViaIndex(i)));
   }
 }
 

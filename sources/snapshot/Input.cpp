@@ -4,9 +4,12 @@
 #include "Utf8.h"
 
 #include <algorithm>
+#include <simdjson.h>
 #include <vector>
 
 namespace sources::snapshot {
+
+namespace json = simdjson::ondemand;
 
 namespace {
 
@@ -94,12 +97,44 @@ std::optional<Opened> openAtEnd(std::string_view text) {
 
 } // namespace
 
-Input::Input(std::string name, simdjson::padded_string_view text)
-    : name_(std::move(name)), text_(text) {
-  if (const auto error = parser_.iterate(text).get(document_)) failText(error);
+struct Input::Parser {
+  json::parser parser;
+  json::document document;
+  simdjson::error_code error = simdjson::SUCCESS; ///< why the text cannot be JSON
+};
+
+struct Node::Value {
+  json::value json;
+};
+
+const std::size_t Input::padding = simdjson::SIMDJSON_PADDING;
+
+Input::Input(std::string name, std::string_view text)
+    : name_(std::move(name)), text_(text), parser_(std::make_unique<Parser>()) {
+  const simdjson::padded_string_view padded(text.data(), text.size(), text.size() + padding);
+  parser_->error = parser_->parser.iterate(padded).get(parser_->document);
+  if (parser_->error) failText();
 }
 
-void Input::failText(simdjson::error_code error) const {
+Input::~Input() = default;
+
+template <class Result>
+auto Input::checked(Result&& result) {
+  if (result.error()) failJson();
+  return std::forward<Result>(result).value_unsafe();
+}
+
+void Input::readRoot(Lumo::FunctionRef<void(Node& node)> read) {
+  auto root = parser_->document.get_value();
+  if (root.error() == simdjson::SCALAR_DOCUMENT_AS_VALUE) fail("a lone value", "an object");
+  Node::Value value{checked(std::move(root))};
+  Node node(*this, value);
+  read(node);
+  checkEnd();
+}
+
+void Input::failText() const {
+  const simdjson::error_code error = parser_->error;
   if (error == simdjson::EMPTY) failAt(0, "found nothing, expected a snapshot");
   if (error == simdjson::CAPACITY) failAt(0, "found more than 4 GB of text, expected less");
   if (error == simdjson::MEMALLOC) throw std::bad_alloc();
@@ -119,7 +154,7 @@ void Input::failIfCut() const {
 void Input::failJson() {
   failIfCut();
   const char* place = text_.data() + text_.size();
-  if (document_.current_location().get(place)) place = text_.data() + text_.size();
+  if (parser_->document.current_location().get(place)) place = text_.data() + text_.size();
   failAt(
       std::min(static_cast<std::size_t>(place - text_.data()), text_.size()),
       "found broken JSON at or before this place, expected values with commas, colons, quotes and "
@@ -166,8 +201,8 @@ std::optional<std::string_view> Input::unescaped(std::string_view inside) {
   return appendUnescaped(text, inside) ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
-std::string_view Input::keyOf(simdjson::ondemand::field& field) {
-  const auto begin = static_cast<std::size_t>(field.key().raw() - text_.data());
+std::string_view Input::keyAt(const char* start) {
+  const auto begin = static_cast<std::size_t>(start - text_.data());
   // Nearly every key ends at the first quote: one behind a backslash is part of it.
   std::size_t end = std::min(text_.find('"', begin), text_.size());
   if (text_.substr(begin, end - begin).find('\\') != text_.npos) skipString(text_, end = begin);
@@ -179,16 +214,22 @@ std::string_view Input::keyOf(simdjson::ondemand::field& field) {
 // Behind its last value a text has no place to be at any more.
 void Input::checkEnd() {
   const char* place = nullptr;
-  if (document_.current_location().get(place)) return;
+  if (parser_->document.current_location().get(place)) return;
   failAt(static_cast<std::size_t>(place - text_.data()),
          "found more text behind the snapshot, expected its end");
 }
 
 std::string_view Node::found() {
-  const std::string_view token = trimmed(value_.raw_json_token());
+  const std::string_view token = trimmed(value_.json.raw_json_token());
   if (token.starts_with('{')) return "an object";
   if (token.starts_with('[')) return "an array";
   return token;
+}
+
+template <class Result>
+auto Node::expect(Result&& result, std::string_view expected) {
+  if (result.error() == simdjson::INCORRECT_TYPE) refuse(expected);
+  return input_.checked(std::forward<Result>(result));
 }
 
 std::string_view Node::text() {
@@ -197,13 +238,13 @@ std::string_view Node::text() {
   const bool isWhole = token.size() >= 2 && token.ends_with('"');
   const auto text = input_.unescaped(token.substr(1, isWhole ? token.size() - 2 : token.npos));
   if (!isWhole || !text) refuse(escapesExpected);
-  input_.checked(value_.get_raw_json_string());
+  input_.checked(value_.json.get_raw_json_string());
   return *text;
 }
 
 std::uint64_t Node::number(std::uint64_t max, std::uint64_t min) {
   std::uint64_t value = 0;
-  if (value_.get_uint64().get(value) || value < min || value > max) {
+  if (value_.json.get_uint64().get(value) || value < min || value > max) {
     refuse("a number from " + std::to_string(min) + " to " + std::to_string(max));
   }
   return value;
@@ -211,7 +252,7 @@ std::uint64_t Node::number(std::uint64_t max, std::uint64_t min) {
 
 std::int64_t Node::integer(std::int64_t min, std::int64_t max) {
   std::int64_t value = 0;
-  if (value_.get_int64().get(value) || value < min || value > max) {
+  if (value_.json.get_int64().get(value) || value < min || value > max) {
     refuse("a number from " + std::to_string(min) + " to " + std::to_string(max));
   }
   return value;
@@ -219,8 +260,50 @@ std::int64_t Node::integer(std::int64_t min, std::int64_t max) {
 
 bool Node::boolean() {
   bool value = false;
-  if (value_.get_bool().get(value)) refuse("true or false");
+  if (value_.json.get_bool().get(value)) refuse("true or false");
   return value;
+}
+
+bool Node::null() { return value_.json.is_null().value_unsafe(); }
+
+void Node::members(Lumo::FunctionRef<void(std::string_view key, Node& node)> visit) {
+  auto object = expect(value_.json.get_object(), "an object");
+  for (auto result : object) {
+    auto field = input_.checked(std::move(result));
+    const std::string_view key = input_.keyAt(field.key().raw());
+    const Input::Inside inside(input_, {key});
+    Value value{field.value()};
+    Node node(input_, value);
+    visit(key, node);
+  }
+}
+
+void Node::elements(Lumo::FunctionRef<void(Node& node)> visit) {
+  auto array = expect(value_.json.get_array(), "an array");
+  std::size_t index = 0;
+  for (auto result : array) {
+    const Input::Inside inside(input_, {{}, index++});
+    Value value{input_.checked(std::move(result))};
+    Node node(input_, value);
+    visit(node);
+  }
+}
+
+void Node::peek(std::string_view key, Lumo::FunctionRef<void(Node& node)> visit) {
+  auto object = expect(value_.json.get_object(), "an object");
+  auto result = object.find_field_unordered(key);
+  if (result.error() == simdjson::NO_SUCH_FIELD) failMissing(key);
+  {
+    const Input::Inside inside(input_, {key});
+    Value value{input_.checked(std::move(result))};
+    Node node(input_, value);
+    visit(node);
+  }
+  input_.checked(object.reset());
+}
+
+void Node::failMissing(std::string_view key) {
+  fail("no \"" + std::string(key) + "\"", "that key");
 }
 
 } // namespace sources::snapshot

@@ -32,13 +32,13 @@ void writeIntfConfig(Output& out, const state::DeviceState& device) {
   });
 }
 
-constexpr Field<Ip::IpIntfStatus> ipFields[] = {
+constexpr Field<Ip::IpIntfStatus> ipStatusFields[] = {
     field<Ip::IpIntfStatus, &Ip::IpIntfStatus::vrf>("vrf"),
     field<Ip::IpIntfStatus, &Ip::IpIntfStatus::primary>("primary"),
     field<Ip::IpIntfStatus, &Ip::IpIntfStatus::activeSecondary>("activeSecondary"),
 };
 
-constexpr Field<Ip6::Ip6IntfStatus> ip6Fields[] = {
+constexpr Field<Ip6::Ip6IntfStatus> ip6StatusFields[] = {
     field<Ip6::Ip6IntfStatus, &Ip6::Ip6IntfStatus::vrf>("vrf"),
     field<Ip6::Ip6IntfStatus, &Ip6::Ip6IntfStatus::addr>("addr"),
 };
@@ -99,13 +99,13 @@ Section intfConfigSection() {
 }
 
 Section ipSection() {
-  return recordSection<&state::DeviceState::ipStatus, &Ip::Status::ipIntfStatus, ipFields>(
+  return recordSection<&state::DeviceState::ipStatus, &Ip::Status::ipIntfStatus, ipStatusFields>(
       "ipStatus");
 }
 
 Section ip6Section() {
-  return recordSection<&state::DeviceState::ip6Status, &Ip6::Status::ip6IntfStatus, ip6Fields>(
-      "ip6Status");
+  return recordSection<&state::DeviceState::ip6Status, &Ip6::Status::ip6IntfStatus,
+                       ip6StatusFields>("ip6Status");
 }
 
 Section arpSection() {

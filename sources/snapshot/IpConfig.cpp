@@ -49,7 +49,7 @@ constexpr Field<Config> addressesField(std::string_view name) {
 using IpConfig = Ip::IpIntfConfig;
 using Ip6Config = Ip6::IntfConfig;
 
-constexpr Field<IpConfig> ipFields[] = {
+constexpr Field<IpConfig> ipConfigFields[] = {
     vrfField<IpConfig>(),
     field<IpConfig, &IpConfig::addrWithMask>("addrWithMask"),
     addressesField<IpConfig, &IpConfig::secondaryWithMask>("secondaryWithMask"),
@@ -57,7 +57,7 @@ constexpr Field<IpConfig> ipFields[] = {
     addressesField<IpConfig, &IpConfig::virtualSecondaryWithMask>("virtualSecondaryWithMask"),
 };
 
-constexpr Field<Ip6Config> ip6Fields[] = {
+constexpr Field<Ip6Config> ip6ConfigFields[] = {
     vrfField<Ip6Config>(),
     addressesField<Ip6Config, &Ip6Config::addr>("addr"),
 };
@@ -65,7 +65,7 @@ constexpr Field<Ip6Config> ip6Fields[] = {
 using Ip::RouteDistinguisherInput;
 using Distinguishers = decltype(RouteDistinguisherInput::routeDistinguisher);
 
-void readInputs(Node& node, state::DeviceBuilder& builder) {
+void readDistinguishers(Node& node, state::DeviceBuilder& builder) {
   readMap<Lumo::String>(node, [&](const Lumo::String& agent, Node& value) {
     requireShown(value, "the agent", agent.str());
     const auto input = Lumo::newEntity<RouteDistinguisherInput>();
@@ -74,7 +74,7 @@ void readInputs(Node& node, state::DeviceBuilder& builder) {
   });
 }
 
-void writeInputs(Output& out, const state::DeviceState& device) {
+void writeDistinguishers(Output& out, const state::DeviceState& device) {
   const auto scope = out.object(Output::Layout::lines);
   for (const auto& [agent, entity] : sorted(device.routeDistinguisherInputDir->entities())) {
     const auto input = Lumo::dynamicPtrCast<RouteDistinguisherInput>(*entity);
@@ -87,20 +87,21 @@ void writeInputs(Output& out, const state::DeviceState& device) {
 } // namespace
 
 Section ipConfigSection() {
-  return recordSection<&state::DeviceState::ipConfig, &Ip::Config::ipIntfConfig, ipFields>(
+  return recordSection<&state::DeviceState::ipConfig, &Ip::Config::ipIntfConfig, ipConfigFields>(
       "ipConfig");
 }
 
 Section ip6ConfigSection() {
-  return recordSection<&state::DeviceState::ip6Config, &Ip6::Config::intf, ip6Fields>("ip6Config");
+  return recordSection<&state::DeviceState::ip6Config, &Ip6::Config::intf, ip6ConfigFields>(
+      "ip6Config");
 }
 
 Section routeDistinguisherSection() {
-  return {"routeDistinguisherInputDir", readInputs,
+  return {"routeDistinguisherInputDir", readDistinguishers,
           [](const state::DeviceState& device) {
             return !device.routeDistinguisherInputDir->entities().empty();
           },
-          writeInputs};
+          writeDistinguishers};
 }
 
 } // namespace sources::snapshot

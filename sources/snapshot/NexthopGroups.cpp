@@ -58,7 +58,7 @@ constexpr Field<ConfigEntry> sizeField() {
   return limited;
 }
 
-constexpr Field<ConfigEntry> configFields[] = {
+constexpr Field<ConfigEntry> groupFields[] = {
     field<ConfigEntry, &ConfigEntry::type>("type"),
     sizeField(),
     field<ConfigEntry, &ConfigEntry::ttl>("ttl"),
@@ -72,18 +72,18 @@ constexpr Field<ConfigEntry> configFields[] = {
     field<ConfigEntry, &ConfigEntry::greKeyType>("greKeyType"),
 };
 
-void readConfigs(Node& node, state::DeviceBuilder& builder) {
+void readGroups(Node& node, state::DeviceBuilder& builder) {
   readMap<Lumo::String>(node, [&](const Lumo::String& name, Node& value) {
     requireShown(value, "the nexthop group", name.str());
     const auto entry = Lumo::newEntity<ConfigEntry>(name);
-    readFields(value, configFields, *entry);
+    readFields(value, groupFields, *entry);
     builder.state.nhgConfig->nexthopGroup.insertOrAssign(name, entry);
   });
 }
 
-void writeConfigs(Output& out, const state::DeviceState& device) {
+void writeGroups(Output& out, const state::DeviceState& device) {
   writeMap(out, device.nhgConfig->nexthopGroup,
-           [&](const auto& entry) { writeFields(out, configFields, *entry); });
+           [&](const auto& entry) { writeFields(out, groupFields, *entry); });
 }
 
 void readIdentifiers(Node& node, state::DeviceBuilder& builder) {
@@ -101,7 +101,7 @@ void writeIdentifiers(Output& out, const state::DeviceState& device) {
              [&](const auto& entry) { out.number(std::uint64_t{entry.nhgId}); });
 }
 
-constexpr Field<NexthopGroupVia> viaFields[] = {
+constexpr Field<NexthopGroupVia> hardwareViaFields[] = {
     field<NexthopGroupVia, &NexthopGroupVia::route>("route"),
     field<NexthopGroupVia, &NexthopGroupVia::hop>("hop"),
     field<NexthopGroupVia, &NexthopGroupVia::l3Intf>("l3Intf"),
@@ -115,7 +115,7 @@ constexpr Field<NexthopGroupVia> viaFields[] = {
 } // namespace
 
 template <>
-struct Codec<NexthopGroupVia> : RecordCodec<NexthopGroupVia, viaFields> {};
+struct Codec<NexthopGroupVia> : RecordCodec<NexthopGroupVia, hardwareViaFields> {};
 
 namespace {
 
@@ -141,9 +141,9 @@ struct Codec<NexthopGroupVrfStatus> {
 };
 
 Section nhgConfigSection() {
-  return {"nhgConfig", readConfigs,
+  return {"nhgConfig", readGroups,
           [](const state::DeviceState& device) { return !device.nhgConfig->nexthopGroup.empty(); },
-          writeConfigs};
+          writeGroups};
 }
 
 Section nhEntrySection() {

@@ -21,10 +21,9 @@ Section versionSection() {
   return section.asRequired();
 }
 
-/// `text` has the parser's padding behind it.
+/// `text` has the reader's padding behind it.
 state::DeviceState loadPadded(std::string_view text, const std::string& name) {
-  const std::size_t whole = text.size() + simdjson::SIMDJSON_PADDING;
-  Input input(name, simdjson::padded_string_view(text.data(), text.size(), whole));
+  Input input(name, text);
   state::DeviceBuilder builder;
   input.readRoot([&](Node& root) { readFields(root, sections(), builder); });
   return std::move(builder.state);
@@ -69,11 +68,11 @@ std::span<const Section> sections() {
 }
 
 state::DeviceState load(const std::string& path) {
-  return loadPadded(readFile(path, simdjson::SIMDJSON_PADDING).text(), inputName(path));
+  return loadPadded(readFile(path, Input::padding).text(), inputName(path));
 }
 
 state::DeviceState loadText(std::string_view text, const std::string& name) {
-  const std::string padded = std::string(text) + std::string(simdjson::SIMDJSON_PADDING, '\0');
+  const std::string padded = std::string(text) + std::string(Input::padding, '\0');
   return loadPadded(std::string_view(padded).substr(0, text.size()), name);
 }
 

@@ -4,7 +4,7 @@
 #include "ConfiguredNames.h"
 #include "Names.h"
 
-#include <algorithm>
+#include <functional>
 #include <tuple>
 
 namespace sources::snapshot {
@@ -29,7 +29,7 @@ struct ConfiguredVia : Routing::Via {
   }
 };
 
-constexpr Field<ConfiguredVia> viaFields[] = {
+constexpr Field<ConfiguredVia> configuredViaFields[] = {
     field<ConfiguredVia, &ConfiguredVia::hop>("hop"),
     field<ConfiguredVia, &ConfiguredVia::intfId>("interface"),
     field<ConfiguredVia, &ConfiguredVia::mplsLabel>("label"),
@@ -46,13 +46,15 @@ template <>
 struct Codec<ConfiguredVia> {
   static ConfiguredVia read(Node& node) {
     ConfiguredVia via;
-    readFields(node, viaFields, via);
+    readFields(node, configuredViaFields, via);
     if (via.hop.af() != AddressFamily::unset && via.vtepAddr.af() != AddressFamily::unset) {
       node.fail("a hop and a VTEP on one via", "one of them");
     }
     return via;
   }
-  static void write(Output& out, const ConfiguredVia& via) { writeFields(out, viaFields, via); }
+  static void write(Output& out, const ConfiguredVia& via) {
+    writeFields(out, configuredViaFields, via);
+  }
 };
 
 namespace {
@@ -81,7 +83,7 @@ constexpr Field<ConfiguredRoute> prefixField() {
 }
 
 template <class PrefixType>
-constexpr Field<ConfiguredRoute> routeFields[] = {
+constexpr Field<ConfiguredRoute> configuredRouteFields[] = {
     prefixField<PrefixType>(),
     field<ConfiguredRoute, &ConfiguredRoute::preference>("preference"),
     field<ConfiguredRoute, &ConfiguredRoute::type>("type"),
@@ -127,8 +129,7 @@ std::vector<ConfiguredVia> viasOf(const Routing::Route& route) {
     const bool* const bfd = route.bfdTracked.find(via);
     vias.push_back({via, name ? *name : Lumo::String(), bfd && *bfd});
   });
-  std::sort(vias.begin(), vias.end());
-  return vias;
+  return Lumo::inOrder(std::move(vias), std::less<ConfiguredVia>());
 }
 
 ConfiguredRoute configuredOf(const Routing::Route& route) {
@@ -143,7 +144,7 @@ template <class PrefixType>
 void readRoutes(Node& node, Routing::RouteList& list, CheckNames checkNames) {
   node.elements([&](Node& element) {
     ConfiguredRoute configured;
-    readFields(element, routeFields<PrefixType>, configured);
+    readFields(element, configuredRouteFields<PrefixType>, configured);
     const auto route = makeRoute(element, configured);
     checkNames(element, *route);
     if (list.route.find(route->key)) {
@@ -175,7 +176,7 @@ constexpr Field<Routing::ConfigGen> configFields[] = {
 
 // The rows of both families write alike.
 void writeRoute(Output& out, const Routing::Route& route) {
-  writeFields(out, routeFields<Kesh::Prefix>, configuredOf(route));
+  writeFields(out, configuredRouteFields<Kesh::Prefix>, configuredOf(route));
 }
 
 template <class PrefixType>

@@ -12,15 +12,17 @@ namespace sources::snapshot {
 
 namespace {
 
-using namespace Tunnel;
+namespace TunnelTable = Tunnel::TunnelTable;
+using Tunnel::GreTunnelInfo;
+using Tunnel::IpsecGreTunnelInfo;
+using Tunnel::IpsecVtiTunnelInfo;
 using Tunnel::TunnelFib::TunnelFibEntry;
-using TunnelTable::EncapId;
 using TunnelTable::EvpnVxlanTunnelEntry;
 using TunnelTable::TunnelId;
 using TunnelTable::TunnelVia;
 using TheTunnelFib = Tunnel::TunnelFib::TunnelFib;
 
-constexpr Field<TunnelVia> viaFields[] = {
+constexpr Field<TunnelVia> tunnelViaFields[] = {
     field<TunnelVia, &TunnelVia::nexthop>("nexthop"),
     field<TunnelVia, &TunnelVia::intfId>("interface"),
     field<TunnelVia, &TunnelVia::encapId>("encap"),
@@ -29,7 +31,7 @@ constexpr Field<TunnelVia> viaFields[] = {
 } // namespace
 
 template <>
-struct Codec<TunnelVia> : RecordCodec<TunnelVia, viaFields> {};
+struct Codec<TunnelVia> : RecordCodec<TunnelVia, tunnelViaFields> {};
 
 namespace {
 

@@ -40,10 +40,10 @@ struct VrfWriter {
 
 using VrfField = Field<VrfReader, VrfWriter>;
 
-struct Ip4 : state::Ip4Tables {
+struct Ip4Vrf : state::Ip4Tables {
   static constexpr auto missing = &Missing::routes;
 };
-struct Ip6 : state::Ip6Tables {
+struct Ip6Vrf : state::Ip6Tables {
   static constexpr auto missing = &Missing::routes6;
 };
 
@@ -189,16 +189,16 @@ constexpr VrfField idField = {
 
 constexpr VrfField vrfFields[] = {
     idField,
-    configField<Ip4>("routingConfig"),
-    configField<Ip6>("routing6Config"),
-    inputsField<Ip4>("routeInput"),
-    inputsField<Ip6>("route6Input"),
-    routesField<Ip4>("routingStatus"),
-    routesField<Ip6>("routing6Status"),
-    missingField<Ip4>("unprogrammedRouteStatus"),
-    missingField<Ip6>("unprogrammedRoute6Status"),
-    kernelField<Ip4>("kernelUnprogrammedRoute"),
-    kernelField<Ip6>("kernelUnprogrammedRoute6"),
+    configField<Ip4Vrf>("routingConfig"),
+    configField<Ip6Vrf>("routing6Config"),
+    inputsField<Ip4Vrf>("routeInput"),
+    inputsField<Ip6Vrf>("route6Input"),
+    routesField<Ip4Vrf>("routingStatus"),
+    routesField<Ip6Vrf>("routing6Status"),
+    missingField<Ip4Vrf>("unprogrammedRouteStatus"),
+    missingField<Ip6Vrf>("unprogrammedRoute6Status"),
+    kernelField<Ip4Vrf>("kernelUnprogrammedRoute"),
+    kernelField<Ip6Vrf>("kernelUnprogrammedRoute6"),
 };
 
 VrfId readId(Node& node, const L3::VrfName& name) {

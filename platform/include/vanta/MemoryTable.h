@@ -2,6 +2,7 @@
 // records in key order and gives out copies, as the shared tables do.
 #pragma once
 
+#include "lumo/Order.h"
 #include "vanta/VantaBase.h"
 
 #include <algorithm>
@@ -26,8 +27,8 @@ class FixedRecords {
 
   /// Puts the records in order; of several under one key the one appended last stays.
   void sort() {
-    std::stable_sort(records_.begin(), records_.end(),
-                     [](const Value& a, const Value& b) { return keyOf(a) < keyOf(b); });
+    records_ = Lumo::inOrder(std::move(records_),
+                             [](const Value& a, const Value& b) { return keyOf(a) < keyOf(b); });
     const auto kept =
         std::unique(records_.rbegin(), records_.rend(),
                     [](const auto& a, const auto& b) { return keyOf(a) == keyOf(b); });
@@ -56,8 +57,8 @@ class SerializedRecords {
   void reserve(std::size_t count) { places_.reserve(count); }
 
   void sort() {
-    std::stable_sort(places_.begin(), places_.end(),
-                     [](const Place& a, const Place& b) { return a.key < b.key; });
+    places_ = Lumo::inOrder(std::move(places_),
+                            [](const Place& a, const Place& b) { return a.key < b.key; });
     const auto kept = std::unique(places_.rbegin(), places_.rend(),
                                   [](const auto& a, const auto& b) { return a.key == b.key; });
     places_.erase(places_.begin(), kept.base());
