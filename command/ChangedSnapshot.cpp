@@ -31,6 +31,12 @@ void requireTarget(std::string_view command, const Options& options) {
                    "it goes to");
 }
 
+void refuseDatabase(const std::string& path) {
+  if (!sources::database::isDatabase(path)) return;
+  throw sources::SourceError(path + ": is a state database, which its agent alone changes; --into "
+                                    "names the file of a snapshot");
+}
+
 std::function<void()> tellWaiting(const std::string& path) {
   return [path] {
     std::fprintf(stderr, "rova: %s: waiting for another process that changes it\n",
@@ -41,10 +47,7 @@ std::function<void()> tellWaiting(const std::string& path) {
 ChangedSnapshot::ChangedSnapshot(const Options& options) : options_(options) {
   if (options.dryRun) return;
   const auto& path = options.into.empty() ? options.state : options.into;
-  if (sources::database::isDatabase(path)) {
-    throw sources::SourceError(path + ": is a state database, which its agent alone changes; --into "
-                                      "names the file of a snapshot");
-  }
+  refuseDatabase(path);
   file_.emplace(path, tellWaiting(path));
 }
 

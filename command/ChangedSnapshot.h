@@ -13,6 +13,9 @@ namespace command {
 /// Raises UsageError for a snapshot from standard input that goes into no file.
 void requireTarget(std::string_view command, const Options& options);
 
+/// Raises SourceError for the file of a state database: a snapshot must not take its place.
+void refuseDatabase(const std::string& path);
+
 /// What tells on standard error that another process has the file.
 std::function<void()> tellWaiting(const std::string& path);
 

@@ -37,14 +37,15 @@ constexpr Number numberFacts[] = {
 
 Facts readFacts(Connection& connection) {
   Facts facts;
-  Statement select(connection, "select value from meta where key = ?");
-  for (const auto& [key, member] : textFacts) {
-    const Run run(select);
-    if (select.bindText(key).step()) facts.*member = select.text(key);
-  }
-  for (const auto& [key, member] : numberFacts) {
-    const Run run(select);
-    if (select.bindText(key).step()) facts.*member = select.integer(key);
+  Statement select(connection, "select key, value from meta");
+  while (select.step()) {
+    const auto found = select.text("key");
+    for (const auto& [key, member] : textFacts) {
+      if (found == key) facts.*member = select.text(key);
+    }
+    for (const auto& [key, member] : numberFacts) {
+      if (found == key) facts.*member = select.integer(key);
+    }
   }
   return facts;
 }

@@ -158,14 +158,19 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
     std::optional<Key> after;
     if (key) after = *key; // it may be one of those that are read over
     const auto place = [&] { return after ? "behind " + shownKey(*after) : std::string(); };
-    guarded(place, [&] {
-      ahead_.clear();
-      atEnd_ = !readBehind(after ? &*after : nullptr, [&](const Value& value) {
+    const auto read = [&] {
+      return !readBehind(after ? &*after : nullptr, [&](const Value& value) {
         ahead_.push_back(value);
         return ahead_.size() < count;
       });
-      return 0;
-    });
+    };
+    ahead_.clear();
+    atEnd_ = false;
+    try {
+      atEnd_ = guarded(place, read);
+    } catch (const Tembra::CorruptionDetectedException&) {
+      if (ahead_.empty()) throw; // else the walk meets it where it stands
+    }
   }
 
   /// Reads what is behind a key into the window, when it seems that it will be asked for.

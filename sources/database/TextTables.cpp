@@ -12,7 +12,7 @@ namespace {
 
 /// The sections of a snapshot that are no shared tables, and who needs them.
 struct Section {
-  const char* name;
+  std::string_view name;
   bool Needs::*needed = nullptr; ///< null for everybody
 };
 constexpr Section sections[] = {
@@ -231,7 +231,7 @@ void writeSections(Connection& connection, const state::DeviceState& device) {
   }
   for (const Section& section : sections) {
     auto text = snapshot::sectionText(device, section.name);
-    if (!text.empty()) now[section.name] = std::move(text);
+    if (!text.empty()) now[std::string(section.name)] = std::move(text);
   }
   Statement insert(connection, "insert or replace into section values (?, ?)");
   Statement remove(connection, "delete from section where name = ?");
@@ -316,13 +316,13 @@ class SnapshotText {
   }
 
   void addSections() {
-    Statement select(connection_, "select json from section where name = ?");
-    for (const Section& section : sections) {
-      if (section.needed && !(needs_.*section.needed)) continue;
-      const Run run(select);
-      select.bindText(section.name);
-      if (!select.step()) continue;
-      out_ += std::string(",\"") + section.name + "\":";
+    Statement select(connection_, "select name, json from section");
+    while (select.step()) {
+      const auto found = select.text("name");
+      const auto section = std::ranges::find(sections, found, &Section::name);
+      if (section == std::end(sections)) select.wrong("name", "a section");
+      if (section->needed && !(needs_.*section->needed)) continue;
+      out_ += ",\"" + std::string(found) + "\":";
       out_ += select.text("json");
     }
   }

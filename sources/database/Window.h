@@ -52,7 +52,8 @@ class Window {
   }
 
  private:
-  static constexpr std::size_t enoughInOrder = 4;
+  /// More than the look-ups of one longest match, which come in order and far from each other.
+  static constexpr std::size_t enoughInOrder = 130;
 
   std::vector<Value> records_;
   Key behind_{};
