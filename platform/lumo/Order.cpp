@@ -21,10 +21,7 @@ std::vector<std::size_t> orderedPlaces(
   std::vector<std::size_t> places(count);
   std::iota(places.begin(), places.end(), std::size_t{0});
   if (areOrdered(count, isBefore)) return places;
-  // The place decides between equals, with no second call that would find them equal.
-  std::sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
-    return a < b ? !isBefore(b, a) : isBefore(a, b);
-  });
+  std::stable_sort(places.begin(), places.end(), isBefore);
   return places;
 }
 
