@@ -82,7 +82,7 @@ TEST(Grammar, KnowsWhatMayComeNext) {
       {"check address 10.0.0.1/24 replace", "interface secondary" + everywhere},
       {"check rd 65000:1 vrf red", "|" + everywhere + " ."},
       {"static load new.txt", "| --state --format --into --dry-run --help ."},
-      {"help show", "ip ipv6 nexthop-group running-config static |" + everywhere + " ."},
+      {"help show", "ip ipv6 nexthop-group running-config static state |" + everywhere + " ."},
       {"help check rd", "|" + everywhere + " ."},
       {"types |", "text json"},
       {"types | json", "--state --help ."},

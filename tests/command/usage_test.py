@@ -11,7 +11,7 @@ PROTOCOLS6 = PROTOCOLS.replace(" ospf ", " ").replace(" vcs", "")
 # A message and the command lines that it answers. A ^ stands ahead of the place that the caret of
 # the message points to; the caret counts characters, not bytes.
 WRONG_WORDS = [
-    ("the command is not complete: expected ip, ipv6, nexthop-group, running-config or static",
+    ("the command is not complete: expected ip, ipv6, nexthop-group, running-config, static or state",
      ["show ^"]),
     ("the command is not complete: expected route", ["show ip ^"]),
     ('"s" is short for several words: show, static or snapshot', ["^s ip route"]),
@@ -97,7 +97,7 @@ WRONG_WORDS = [
     ('"again" is not understood: nothing is expected behind "-"', ["snapshot save - ^again"]),
     ('"foo" is not understood: expected show, check, clear, static, snapshot, types or help',
      ["^foo", "help ^foo"]),
-    ('"foo" is not understood: expected ip, ipv6, nexthop-group, running-config or static',
+    ('"foo" is not understood: expected ip, ipv6, nexthop-group, running-config, static or state',
      ["help show ^foo"]),
     ('"vrf" is not understood: nothing is expected behind "route"', ["help show ip route ^vrf"]),
 ]
@@ -121,7 +121,7 @@ WRONG_OPTIONS = [
     (["--timing", "help"],
      "--timing is of no use to help: it goes with show ip route and show ipv6 route"),
     (["check", "next-hop", "10.0.0.1", "--into", "x"],
-     "--into is of no use to check next-hop: it goes with clear static interface and static load"),
+     "--into is of no use to check next-hop: it goes with clear static interface, static load and snapshot load"),
     (["types", "--version"], "--version is of no use to types: it goes without a command"),
 ]
 

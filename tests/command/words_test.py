@@ -21,7 +21,7 @@ SAME = [
     ("sh ipv6 ro vr red sum | json", "--format json show ipv6 route summary vrf red"),
     ("sn s -", "snapshot save -"),
     ("sh ru st v all a | json", "show running-config static vrf all all | json"),
-    ("sh st v red dy", "show static dynamic vrf red"),
+    ("sh stati v red dy", "show static dynamic vrf red"),
     ("ch a 10.0.0.1/24 sec int Ethernet1 r",
      "check address 10.0.0.1/24 interface Ethernet1 secondary replace"),
     ("sh ip ro | json", "--format json show ip route"),
