@@ -51,8 +51,8 @@ struct Ip6 : state::Ip6 {
 struct PlainRows {
   static constexpr bool inKeyOrder = true;
   static constexpr bool manyRows = false;
-  /// How many look-ups under one hold make it worth to read all; 0 for never.
-  static constexpr std::size_t walkedBehind = 0;
+  /// Whether many look-ups under one hold make it worth to read all.
+  static constexpr bool readsAllForMany = false;
   std::string table;
   std::optional<std::int64_t> vrf = {}; ///< of whose VRF the rows are, for tables of all VRFs
 
@@ -136,7 +136,7 @@ struct FecRows : PlainRows {
   using Value = Fec;
   using Via = typename Fec::ViaType;
   static constexpr bool manyRows = true;
-  static constexpr std::size_t walkedBehind = 64;
+  static constexpr bool readsAllForMany = true;
 
   explicit FecRows(std::string name) { table = std::move(name); }
   static Names keys() { return {"id"}; }

@@ -173,9 +173,10 @@ void Statement::wrong(const char* column, const std::string& expected) const {
 }
 
 std::int64_t Statement::integer(const char* column) {
-  const int at = column_++;
-  if (sqlite3_column_type(handle_, at) != SQLITE_INTEGER) wrong(column, "a number");
-  return sqlite3_column_int64(handle_, at);
+  // One call that locks for both what it is and how much.
+  sqlite3_value* const value = sqlite3_column_value(handle_, column_++);
+  if (sqlite3_value_type(value) != SQLITE_INTEGER) wrong(column, "a number");
+  return sqlite3_value_int64(value);
 }
 
 std::uint64_t Statement::number(const char* column, std::uint64_t max) {

@@ -31,7 +31,7 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
       found = *known != nullptr;
       return found ? *known : &absent_;
     }
-    if constexpr (Rows::inKeyOrder && Rows::walkedBehind == 0) readNear(key, epoch);
+    if constexpr (Rows::inKeyOrder && !Rows::readsAllForMany) readNear(key, epoch);
     found = guarded([&] { return shownKey(key); }, [&] {
       Statement& statement = prepared(equal_, Where::equal);
       const Run run(statement);
@@ -84,6 +84,9 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
   /// as long as it is no more than a processor's nearest memory holds.
   static constexpr std::size_t firstRecords = 4;
   static constexpr std::size_t mostRecords = sizeof(Value) > 1024 ? 8 : 256;
+
+  /// So many look-ups cost less than counting the members to know how many are many.
+  static constexpr std::size_t fewLookups = 256;
 
   Texts<Rows> texts() const { return Texts<Rows>(rows_); }
   Statement& prepared(std::optional<Statement>& statement, Where where) const {
@@ -197,17 +200,21 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
   /// Whether look-ups go to a copy of the whole table, which a walk reads at once when there are
   /// many of them while one state is held.
   bool readsAll() const {
-    if constexpr (Rows::walkedBehind == 0) {
+    if constexpr (!Rows::readsAllForMany) {
       return false;
     } else {
       if (!session_->isHeld()) return false;
       if (epoch_ != session_->epoch()) {
         epoch_ = session_->epoch();
         lookups_ = 0;
+        many_ = fewLookups;
         all_.reset();
       }
       if (all_) return true;
-      if (++lookups_ <= Rows::walkedBehind) return false;
+      if (++lookups_ <= many_) return false;
+      // A step of a walk costs about a quarter of a look-up.
+      if (many_ == fewLookups) many_ = std::max(many_ + 1, members() / 4);
+      if (lookups_ <= many_) return false;
       auto all = std::make_unique<Vanta::MemoryTable<Key, Value>>(rows_.table);
       guarded(anywhere, [&] {
         return readBehind(nullptr, [&](const Value& value) {
@@ -238,7 +245,7 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
   mutable Window<Rows> window_;
   mutable std::unique_ptr<Vanta::MemoryTable<Key, Value>> all_;
   mutable std::uint64_t epoch_ = 0;
-  mutable std::size_t lookups_ = 0;
+  mutable std::size_t lookups_ = 0, many_ = 0;
   mutable Vanta::ReaderCounters counters_;
 };
 
