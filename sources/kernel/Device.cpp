@@ -8,13 +8,18 @@
 namespace sources::kernel {
 
 state::DeviceState makeDevice(const KernelState& kernel) {
+  NumbersByContent numbers;
+  return makeDevice(kernel, numbers);
+}
+
+state::DeviceState makeDevice(const KernelState& kernel, FecNumbers& numbers) {
   state::DeviceBuilder builder;
   const Vrfs vrfs(kernel, builder);
   const Interfaces interfaces(kernel.links);
   fillInterfaces(kernel, interfaces, vrfs, builder);
   fillLinkTunnels(kernel.links, builder);
   fillNexthopGroups(kernel, interfaces, vrfs, builder);
-  fillRoutes(kernel, interfaces, vrfs, builder);
+  fillRoutes(kernel, interfaces, vrfs, numbers, builder);
   return std::move(builder.state);
 }
 

@@ -64,7 +64,7 @@ class Filler {
       if (!row) return;
       ViaList& list = lists_.at(row->hopList);
       if (list.vias.size() > Vanta::Fib::Fec::maxVias) tooManyVias(*row, list.vias.size());
-      list.used = true;
+      ++list.routes;
     });
   }
 
@@ -151,7 +151,7 @@ class Filler {
 } // namespace
 
 void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
-                state::DeviceBuilder& builder) {
+                FecNumbers& numbers, state::DeviceBuilder& builder) {
   ViaLists lists(kernel, interfaces);
   Filler<Ip4> filler(lists, vrfs, builder);
   Filler<Ip6> filler6(lists, vrfs, builder);
@@ -160,7 +160,7 @@ void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const V
   filler.markUsed(routes);
   filler6.markUsed(routes6);
   enterHopTunnels(lists.used(), kernel, interfaces, builder);
-  lists.enterFecs(builder);
+  lists.enterFecs(numbers, builder);
   filler.fill(routes, kernel.configured);
   filler6.fill(routes6, kernel.configured);
 }

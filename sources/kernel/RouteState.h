@@ -9,6 +9,6 @@ namespace sources::kernel {
 /// routes and the marks of routes that the hardware lacks. Raises `SourceError` for a route with
 /// more vias than a FEC holds.
 void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
-                state::DeviceBuilder& builder);
+                FecNumbers& numbers, state::DeviceBuilder& builder);
 
 } // namespace sources::kernel

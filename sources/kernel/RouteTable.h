@@ -45,6 +45,8 @@ class RouteTable : public Wholeness {
 
   /// The rows by now, in the order of `isBefore`.
   std::vector<Row> take();
+  /// Undoes `take`.
+  void putBack(std::vector<Row> rows) { rows_ = std::move(rows); }
 
  private:
   struct RowChange {

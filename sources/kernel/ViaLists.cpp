@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace sources::kernel {
 
@@ -21,6 +22,7 @@ class Resolver {
     ViaList out;
     const Nexthop* const object = find(list.nexthopId);
     if (object) {
+      out.nexthopId = object->id;
       resolveObject(*object, out);
     } else {
       // Without the object, which may be gone meanwhile, the kernel's own expansion of it serves.
@@ -119,6 +121,17 @@ void setTarget(const Via& via, FecVia& out) {
   out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
 }
 
+void insert(const Vanta::Fib::Fec& fec, state::DeviceBuilder& builder) { builder.fecs->insert(fec); }
+void insert(const Vanta::Fib6::Fec& fec, state::DeviceBuilder& builder) {
+  builder.fecs6->insert(fec);
+}
+
+bool lessContent(const ViaList* a, const ViaList* b) {
+  return a->ip6 == b->ip6 ? a->vias < b->vias : a->ip6 < b->ip6;
+}
+
+} // namespace
+
 template <class Fec>
 Fec fecOf(const ViaList& list) {
   Fec fec(list.fecId);
@@ -130,20 +143,8 @@ Fec fecOf(const ViaList& list) {
   }
   return fec;
 }
-
-void enterFec(const ViaList& list, state::DeviceBuilder& builder) {
-  if (list.ip6) {
-    builder.fecs6->insert(fecOf<Vanta::Fib6::Fec>(list));
-  } else {
-    builder.fecs->insert(fecOf<Vanta::Fib::Fec>(list));
-  }
-}
-
-bool lessContent(const ViaList* a, const ViaList* b) {
-  return a->ip6 == b->ip6 ? a->vias < b->vias : a->ip6 < b->ip6;
-}
-
-} // namespace
+template Vanta::Fib::Fec fecOf(const ViaList&);
+template Vanta::Fib6::Fec fecOf(const ViaList&);
 
 bool ViaList::isDead() const { return !vias.empty() && std::ranges::all_of(vias, &Via::dead); }
 
@@ -161,13 +162,13 @@ ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {
 std::vector<ViaList*> ViaLists::used() {
   std::vector<ViaList*> out;
   for (ViaList& list : lists_) {
-    if (list.used) out.push_back(&list);
+    if (list.routes != 0) out.push_back(&list);
   }
   return out;
 }
 
-void ViaLists::enterFecs(state::DeviceBuilder& builder) {
-  std::vector<ViaList*> sorted = used();
+void NumbersByContent::number(std::span<ViaList* const> lists) {
+  std::vector<ViaList*> sorted(lists.begin(), lists.end());
   std::ranges::sort(sorted, lessContent);
   std::uint64_t numbers[2] = {0, 0}; // the last one of IPv4 and of IPv6 hops
   const ViaList* last = nullptr;
@@ -178,8 +179,18 @@ void ViaLists::enterFecs(state::DeviceBuilder& builder) {
     }
     const auto type = list->ip6 ? Vanta::Fib::AdjType::fib6 : Vanta::Fib::AdjType::fib;
     list->fecId = Vanta::Fib::FecId(type, ++numbers[list->ip6]);
-    enterFec(*list, builder);
     last = list;
+  }
+}
+
+void ViaLists::enterFecs(FecNumbers& numbers, state::DeviceBuilder& builder) {
+  std::vector<ViaList*> lists = used();
+  numbers.number(lists);
+  std::ranges::sort(lists, {}, &ViaList::fecId);
+  Vanta::Fib::FecId last;
+  for (const ViaList* const list : lists) {
+    if (std::exchange(last, list->fecId) == list->fecId) continue;
+    withFec(*list, [&](const auto& fec) { insert(fec, builder); });
   }
 }
 
