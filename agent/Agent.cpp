@@ -1,7 +1,7 @@
 #include "agent/Agent.h"
 
 #include "agent/LogLine.h"
-#include "sources/kernel/Device.h"
+#include "agent/WriteChanges.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -104,9 +104,10 @@ void Agent::load(const std::string& reason) {
   facts_.reason = reason;
   if (!writeAll()) return;
   manager_.ready();
+  const auto routes = follower_.routes<sources::kernel::Ip4>().size() + follower_.routes<sources::kernel::Ip6>().size();
   LogLine(reason == atStart ? "loaded" : "resynchronised")
       .with("reason", reason)
-      .with("routes", static_cast<std::int64_t>(routes_))
+      .with("routes", static_cast<std::int64_t>(routes))
       .with("changed", static_cast<std::int64_t>(rows_))
       .with("ms", since(begin));
 }
@@ -140,6 +141,8 @@ void Agent::listen() {
   const Heard heard = follower_.listen();
   if (!isAnything(heard)) return;
   heard_.add(heard);
+  if (heard.lost) doubt_ = "messages were lost";
+  if (heard.others && doubt_.empty()) doubt_ = "routes changed without a word";
   if (!batchEnds_) batchEnds_ = steady_clock::now() + gathering;
 }
 
@@ -154,8 +157,7 @@ std::optional<std::string> Agent::reasonToRead(Time now) const {
   if (now < rereadAt_ || follower_.moved().empty()) return {};
   // What tells that something is missing has told more than that.
   if (batchEnds_ && now < *batchEnds_) return {};
-  if (heard_.lost) return "messages were lost";
-  return heard_.others ? "routes changed without a word" : "a dump was interrupted";
+  return doubt_.empty() ? "a dump was interrupted" : doubt_;
 }
 
 Time Agent::nextEvent() const {
@@ -185,37 +187,48 @@ void Agent::heedSignals() {
   }
 }
 
-void Agent::writeBatch() { writeAll(); }
+void Agent::writeBatch() {
+  const bool changesOnly = !behind_ && !heard_.others && !heard_.lost;
+  if (!changesOnly || !writeChanges()) writeAll();
+}
 
-void Agent::settleFacts() {
+bool Agent::writeChanges() {
+  const auto changes = device_.change(follower_);
+  if (!changes) return false;
+  settle();
+  behind_ = !store_.attempt([&](Writer& writer) {
+    Batch batch(writer);
+    agent::writeChanges(*changes, batch);
+    batch.commit(facts_);
+  });
+  return true;
+}
+
+/// What was heard is about to be written.
+void Agent::settle() {
   const auto moved = follower_.moved();
   if (isAnything(heard_)) facts_.changed = timeNow();
   if (moved.empty()) {
     rereads_.reset();
+    doubt_.clear();
     if (facts_.wholeSince == 0) facts_.wholeSince = timeNow();
   } else {
     if (facts_.wholeSince != 0) LogLine("moving").with("tables", joined(moved));
     facts_.wholeSince = 0;
   }
+  heard_ = {};
+  batchEnds_.reset();
 }
 
 bool Agent::writeAll() {
-  settleFacts();
-  heard_ = {};
-  batchEnds_.reset();
-  behind_ = true;
-  std::optional<state::DeviceState> device;
+  settle();
   behind_ = !store_.attempt([&](Writer& writer) {
     if (!std::exchange(knowsFecs_, true)) {
-      writer.visitFecs([&](const auto& fec) { numbers_.keep(fec); },
-                       [&](const auto& fec) { numbers_.keep(fec); });
+      writer.visitFecs([&](const auto& fec) { device_.numbers().keep(fec); },
+                       [&](const auto& fec) { device_.numbers().keep(fec); });
     }
-    follower_.show([&](sources::kernel::KernelState& kernel) {
-      routes_ = kernel.routes.size() + kernel.routes6.size();
-      kernel.forwarding = sources::kernel::readForwarding();
-      device = makeDevice(kernel, numbers_);
-    });
-    const Changes changes = writer.replace(*device, facts_);
+    const auto device = device_.make(follower_, sources::kernel::readForwarding());
+    const Changes changes = writer.replace(device, facts_);
     rows_ = changes.entered + changes.removed;
   });
   return !behind_;

@@ -8,8 +8,7 @@
 #include "agent/Store.h"
 #include "sources/database/Facts.h"
 #include "sources/database/Lock.h"
-#include "sources/kernel/Follower.h"
-#include "sources/kernel/KeptFecNumbers.h"
+#include "sources/kernel/LiveDevice.h"
 
 namespace agent {
 
@@ -59,8 +58,9 @@ class Agent {
   void load(const std::string& reason);
   void resynchronise(const std::string& reason);
   void writeBatch();
+  bool writeChanges();
   bool writeAll();
-  void settleFacts();
+  void settle();
   bool isDue(Time now) const;
   std::optional<std::string> reasonToRead(Time now) const;
 
@@ -77,18 +77,18 @@ class Agent {
   sources::kernel::KernelFeed kernel_;
   LivingFeed feed_;
   sources::kernel::Follower follower_;
-  sources::kernel::KeptFecNumbers numbers_;
+  sources::kernel::LiveDevice device_;
   sources::database::Facts facts_;
 
   sources::kernel::Heard heard_;   ///< and not yet written
   std::optional<Time> batchEnds_;  ///< nothing while nothing was heard
   bool behind_ = true;             ///< the database may lack what was heard before
   std::string asked_;              ///< why all is to be read anew; empty for no reason
+  std::string doubt_;              ///< why tables are not known to be whole
   Backoff rereads_;
   Time rereadAt_{}, beatAt_{}, pulseAt_{};
   int ended_ = 0; ///< the signal that ends it
   bool knowsFecs_ = false;
-  std::size_t routes_ = 0;  ///< that were written last
   std::uint64_t rows_ = 0;  ///< that the last writing of all changed
 };
 

@@ -3,6 +3,7 @@
 #include "sources/database/Schema.h"
 #include "sources/database/TableWriter.h"
 #include "sources/database/TextTables.h"
+#include "sources/database/Transaction.h"
 
 #include <cstdio>
 #include <sqlite3.h>
@@ -10,29 +11,6 @@
 namespace sources::database {
 
 namespace {
-
-/// A transaction that is undone unless it is committed.
-class Transaction {
- public:
-  explicit Transaction(Connection& connection) : connection_(connection) {
-    connection_.execute("begin immediate");
-    connection_.measure();
-  }
-  ~Transaction() {
-    // What SQLite has undone by itself it refuses to undo.
-    if (!committed_) sqlite3_exec(connection_.handle(), "rollback", nullptr, nullptr, nullptr);
-  }
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
-  void commit() {
-    connection_.execute("commit");
-    committed_ = true;
-  }
-
- private:
-  Connection& connection_;
-  bool committed_ = false;
-};
 
 template <class View>
 bool has(const View& view, Vanta::Fib::FecId id) {

@@ -107,14 +107,19 @@ Heard Follower::listen() {
   return std::exchange(heard_, {});
 }
 
-KernelState Follower::take() {
+KernelState Follower::objects() const {
   KernelState state;
-  state.routes = routes_.take();
-  state.routes6 = routes6_.take();
   state.links = links_.all();
   state.addresses = addresses_.all();
   state.neighbours = neighbours_.all();
   state.nexthops = nexthops_.all();
+  return state;
+}
+
+KernelState Follower::take() {
+  KernelState state = objects();
+  state.routes = routes_.take();
+  state.routes6 = routes6_.take();
   state.encapsulations = std::move(encapsulations_);
   state.hopLists = std::move(hopLists_);
   return state;

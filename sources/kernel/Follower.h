@@ -57,6 +57,25 @@ class Follower {
   /// Whether what is shown depends on more than was asked for: tunnels are numbered among those of
   /// all routes.
   bool needsEverything() const;
+  // For who looks at what changed of the routes alone.
+  template <class Family>
+  RouteTable<Family>& routes() {
+    if constexpr (std::is_same_v<Family, Ip4>) {
+      return routes_;
+    } else {
+      return routes6_;
+    }
+  }
+  const HopLists& hopLists() const { return hopLists_; }
+  using NeighbourKey = decltype(std::declval<Neighbour>().key());
+  /// Those that were notified to be different, or gone, since this was asked before.
+  std::set<NeighbourKey> touchedNeighbours() { return std::exchange(touchedNeighbours_, {}); }
+  const Neighbour* neighbour(const NeighbourKey& key) const { return neighbours_.find(key); }
+  /// What the kernel has beside routes.
+  KernelState objects() const;
+  /// Whether any hop ever pushed more than a label.
+  bool hasEncapsulations() const { return encapsulations_.byNumber().size() > 1; }
+
   /// What the kernel has by the last notification. Ends the following.
   KernelState take();
   /// Shows the same, and goes on following. The state is lent: it is the follower's own again when
@@ -119,6 +138,7 @@ class Follower {
   RouteMessage route_;             ///< reused from message to message
   bool countsPackets_ = false;
   Heard heard_; ///< since it was asked for
+  std::set<NeighbourKey> touchedNeighbours_;
 };
 
 } // namespace sources::kernel

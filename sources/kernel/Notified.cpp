@@ -129,10 +129,11 @@ void Follower::hearAddress(const nlmsghdr& header, Bytes payload) {
 void Follower::hearNeighbour(const nlmsghdr& header, Bytes payload) {
   auto neighbour = decodeNeighbour(payload);
   const bool isThere = header.nlmsg_type == RTM_NEWNEIGH && neighbour;
+  const auto key = decodeNeighbourKey(payload).key();
   // Most of what is told of neighbours is that they still are there.
-  const bool differs = isThere ? neighbours_.changed(std::move(*neighbour))
-                               : neighbours_.gone(decodeNeighbourKey(payload).key());
-  if (differs) heard_.neighbours = true;
+  if (!(isThere ? neighbours_.changed(std::move(*neighbour)) : neighbours_.gone(key))) return;
+  heard_.neighbours = true;
+  touchedNeighbours_.insert(key);
 }
 
 void Follower::hearNexthop(const nlmsghdr& header, Bytes payload) {

@@ -13,20 +13,21 @@ using Objects = std::unordered_map<std::uint32_t, const Nexthop*>;
 
 class Resolver {
  public:
-  Resolver(const KernelState& kernel, const Interfaces& interfaces)
-      : kernel_(kernel), interfaces_(interfaces) {
-    for (const Nexthop& nexthop : kernel.nexthops) objects_[nexthop.id] = &nexthop;
+  Resolver(const HopLists& hopLists, const std::vector<Nexthop>& nexthops,
+           const Interfaces& interfaces)
+      : hopLists_(hopLists), interfaces_(interfaces) {
+    for (const Nexthop& nexthop : nexthops) objects_[nexthop.id] = &nexthop;
   }
 
   ViaList resolve(const HopList& list) const {
     ViaList out;
-    const Nexthop* const object = find(list.nexthopId);
+    const Nexthop* const object = list.drops ? nullptr : find(list.nexthopId);
     if (object) {
       out.nexthopId = object->id;
       resolveObject(*object, out);
     } else {
       // Without the object, which may be gone meanwhile, the kernel's own expansion of it serves.
-      for (const Hop& hop : kernel_.hopLists.hops(list)) out.vias.push_back(viaOf(hop));
+      for (const Hop& hop : hopLists_.hops(list)) out.vias.push_back(viaOf(hop));
     }
     partDead(out);
     out.vias = merged(std::move(out.vias));
@@ -98,7 +99,7 @@ class Resolver {
            });
   }
 
-  const KernelState& kernel_;
+  const HopLists& hopLists_;
   const Interfaces& interfaces_;
   Objects objects_;
 };
@@ -154,9 +155,16 @@ FirstHop ViaList::firstHop() const {
 }
 
 ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {
-  const Resolver resolver(kernel, interfaces);
   lists_.reserve(kernel.hopLists.lists().size());
-  for (const HopList& list : kernel.hopLists.lists()) lists_.push_back(resolver.resolve(list));
+  extend(kernel.hopLists, kernel.nexthops, interfaces);
+}
+
+void ViaLists::extend(const HopLists& hopLists, const std::vector<Nexthop>& nexthops,
+                      const Interfaces& interfaces) {
+  const std::span<const HopList> all(hopLists.lists());
+  if (all.size() == lists_.size()) return;
+  const Resolver resolver(hopLists, nexthops, interfaces);
+  for (const HopList& list : all.subspan(lists_.size())) lists_.push_back(resolver.resolve(list));
 }
 
 std::vector<ViaList*> ViaLists::used() {

@@ -83,7 +83,15 @@ class NumbersByContent final : public FecNumbers {
 class ViaLists {
  public:
   ViaLists(const KernelState& kernel, const Interfaces& interfaces);
+  /// Adds those of hop lists that came since.
+  void extend(const HopLists& hopLists, const std::vector<Nexthop>& nexthops,
+              const Interfaces& interfaces);
 
+  /// Calls `visit` with each.
+  template <class Visit>
+  void forEach(Visit&& visit) {
+    for (ViaList& list : lists_) visit(list);
+  }
   ViaList& at(std::uint32_t hopList) { return lists_[hopList]; }
   /// Those of the listed routes.
   std::vector<ViaList*> used();
