@@ -63,4 +63,14 @@ WriterLock::WriterLock(const std::string& path)
 
 void WriterLock::beat() { futimens(file_.number(), nullptr); }
 
+bool WriterLock::isOwn() const {
+  char mark = 0;
+  return pread(file_.number(), &mark, 1, 0) == 1;
+}
+
+void WriterLock::marksOwn() {
+  // Without the mark a damaged file is refused by the next writer instead of being started anew.
+  if (!isOwn()) [[maybe_unused]] const auto written = pwrite(file_.number(), "w", 1, 0);
+}
+
 } // namespace sources::database

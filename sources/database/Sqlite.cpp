@@ -9,7 +9,6 @@ namespace {
 
 /// How many steps of SQLite's machine stand behind one call of the guard.
 constexpr int stepsPerCall = 1000;
-constexpr int waitForWriter = 10'000; // ms, as long as a checkpoint may take
 
 /// A path as the URI that says how the file is opened: what means something there is escaped.
 std::string uriOf(const std::string& path, const char* parameters) {
@@ -81,14 +80,19 @@ void Connection::guard() {
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   execute("pragma cell_size_check = on; pragma mmap_size = 0");
+  measure();
+  sqlite3_progress_handler(handle_, stepsPerCall, spend, this);
+}
+
+void Connection::measure() {
   // A row takes some 20 steps and no fewer than 8 bytes.
   const auto bytes = number("pragma page_count") * number("pragma page_size");
   budget_ = std::max<std::int64_t>(bytes, 1 << 20) * 20 / 8 / stepsPerCall;
-  sqlite3_progress_handler(handle_, stepsPerCall, spend, this);
 }
 
 int Connection::spend(void* connection) {
   auto& self = *static_cast<Connection*>(connection);
+  if (self.pulse_) self.pulse_();
   return ++self.spent_ > self.budget_;
 }
 

@@ -5,6 +5,7 @@
 #include "sources/SourceError.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -47,6 +48,8 @@ enum class Access {
 /// size could need.
 class Connection {
  public:
+  static constexpr int waitForWriter = 10'000; ///< ms, as long as a checkpoint may take
+
   /// Raises `SqliteError`.
   Connection(const std::string& path, Access access);
   ~Connection();
@@ -61,6 +64,11 @@ class Connection {
   sqlite3* handle() const { return handle_; }
   const std::string& path() const { return path_; }
   void refillBudget() { spent_ = 0; }
+  /// Grants statements what a file of the size by now could need.
+  void measure();
+  /// Calls `pulse` every few thousand steps of a statement; it raises nothing, and does not use the
+  /// connection.
+  void onSteps(std::function<void()> pulse) { pulse_ = std::move(pulse); }
 
  private:
   static int spend(void* connection);
@@ -70,6 +78,7 @@ class Connection {
   sqlite3* handle_ = nullptr;
   std::int64_t budget_ = 0; ///< in thousands of steps
   std::int64_t spent_ = 0;
+  std::function<void()> pulse_;
 };
 
 /// A prepared statement.

@@ -154,19 +154,29 @@ void writeLists(Connection& connection, const std::map<ListKey, RoutingOn>& list
       [&](const ListKey& key) { bindKey(remove, key).run(); });
 }
 
+constexpr const char* insertRoute =
+    "insert or replace into static_route values (?, ?, ?, ?, ?, ?, ?)";
+constexpr const char* removeRoute = "delete from static_route where vrf = ? and family = ? and "
+                                    "agent = ? and prefix = ? and preference = ?";
+
+Statement& bindKey(Statement& statement, const RouteKey& key) {
+  return bindKey(statement, key.list).bindText(key.prefix).bind(key.preference);
+}
+
+RouteKey keyOf(std::int64_t vrf, std::int64_t family, const Routing::RouteKey& key) {
+  return {{vrf, family, {}}, key.prefix.stringValue().str(), key.preference.value()};
+}
+
+void enterRow(Statement& insert, const RouteKey& key, const StaticRoute& route) {
+  bindKey(insert, key).bindText(route.json).bind(std::int64_t{route.listed}).run();
+}
+
 void writeRoutes(Connection& connection, const std::map<RouteKey, StaticRoute>& routes) {
-  Statement insert(connection, "insert or replace into static_route values (?, ?, ?, ?, ?, ?, ?)");
-  Statement remove(connection, "delete from static_route where vrf = ? and family = ? and agent = "
-                               "? and prefix = ? and preference = ?");
-  const auto bind = [](Statement& statement, const RouteKey& key) -> Statement& {
-    return bindKey(statement, key.list).bindText(key.prefix).bind(key.preference);
-  };
+  Statement insert(connection, insertRoute), remove(connection, removeRoute);
   replaceRows(
       readRoutes(connection), routes,
-      [&](const RouteKey& key, const StaticRoute& route) {
-        bind(insert, key).bindText(route.json).bind(std::int64_t{route.listed}).run();
-      },
-      [&](const RouteKey& key) { bind(remove, key).run(); });
+      [&](const RouteKey& key, const StaticRoute& route) { enterRow(insert, key, route); },
+      [&](const RouteKey& key) { bindKey(remove, key).run(); });
 }
 
 // VRFs, by their place among the others.
@@ -335,6 +345,33 @@ class SnapshotText {
 };
 
 } // namespace
+
+// The list of a VRF that has no routes needs no row while routing is on.
+StaticRouteWriter::StaticRouteWriter(Connection& connection)
+    : list_(connection, "insert or ignore into route_list values (?, ?, ?, 1)"),
+      insert_(connection, insertRoute),
+      remove_(connection, removeRoute) {}
+
+void StaticRouteWriter::enter(std::int64_t vrf, std::int64_t family, const Routing::Route& route) {
+  bindKey(list_, ListKey{vrf, family, {}}).run();
+  enterRow(insert_, keyOf(vrf, family, route.key), {snapshot::routeText(route), isListed(route)});
+}
+
+void StaticRouteWriter::remove(std::int64_t vrf, std::int64_t family, const Routing::RouteKey& key) {
+  bindKey(remove_, keyOf(vrf, family, key)).run();
+}
+
+void replaceSection(Connection& connection, const state::DeviceState& device, const char* name) {
+  const auto text = snapshot::sectionText(device, name);
+  Statement same(connection, "select 1 from section where name = ? and json = ?");
+  const Run run(same);
+  if (same.bindText(name).bindText(text).step()) return;
+  Statement insert(connection, text.empty() ? "delete from section where name = ?"
+                                            : "insert or replace into section values (?, ?)");
+  insert.bindText(name);
+  if (!text.empty()) insert.bindText(text);
+  insert.run();
+}
 
 void TextTables::removeOtherVrfs(const state::DeviceState& device) {
   std::set<std::int64_t> ids;

@@ -7,6 +7,22 @@
 
 namespace sources::database {
 
+/// Writes rows of configured static routes: those of a VRF and family (4 or 6), and of the agent that
+/// hands them to routing, or none.
+class StaticRouteWriter {
+ public:
+  explicit StaticRouteWriter(Connection& connection);
+
+  void enter(std::int64_t vrf, std::int64_t family, const Routing::Route& route);
+  void remove(std::int64_t vrf, std::int64_t family, const Routing::RouteKey& key);
+
+ private:
+  Statement list_, insert_, remove_;
+};
+
+/// Makes the text of a section that of the device.
+void replaceSection(Connection& connection, const state::DeviceState& device, const char* name);
+
 class TextTables {
  public:
   explicit TextTables(Connection& connection) : connection_(connection) {}

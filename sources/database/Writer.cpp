@@ -3,6 +3,7 @@
 #include "sources/database/Schema.h"
 #include "sources/database/TableWriter.h"
 #include "sources/database/TextTables.h"
+#include "sources/database/Transaction.h"
 
 #include <cstdio>
 #include <sqlite3.h>
@@ -10,28 +11,6 @@
 namespace sources::database {
 
 namespace {
-
-/// A transaction that is undone unless it is committed.
-class Transaction {
- public:
-  explicit Transaction(Connection& connection) : connection_(connection) {
-    connection_.execute("begin immediate");
-  }
-  ~Transaction() {
-    // What SQLite has undone by itself it refuses to undo.
-    if (!committed_) sqlite3_exec(connection_.handle(), "rollback", nullptr, nullptr, nullptr);
-  }
-  Transaction(const Transaction&) = delete;
-  Transaction& operator=(const Transaction&) = delete;
-  void commit() {
-    connection_.execute("commit");
-    committed_ = true;
-  }
-
- private:
-  Connection& connection_;
-  bool committed_ = false;
-};
 
 template <class View>
 bool has(const View& view, Vanta::Fib::FecId id) {
@@ -124,11 +103,6 @@ class Replacing {
   Changes changes_;
 };
 
-/// Empties the path for a new file. Who reads the old one goes on reading it.
-void startAnew(const std::string& path) {
-  for (const char* const suffix : {"", "-wal", "-shm"}) std::remove((path + suffix).c_str());
-}
-
 bool isEmpty(Connection& connection) {
   return connection.number("select count(*) from sqlite_schema") == 0 &&
          connection.number("pragma application_id") == 0;
@@ -142,17 +116,89 @@ std::shared_ptr<Session> openToWrite(const std::string& path) {
   return session;
 }
 
+constexpr int pageSize = 4096; // SQLite's own choice
+constexpr int mostLogPages = 16 * 1024 * 1024 / pageSize;
+/// A reader holds a state for `Session::longestHold`, and a step of its walk takes a while too.
+constexpr int waitForReaders = 1500; // ms
+
+/// How long a call waits for others, for the life of the object.
+class BusyTimeout {
+ public:
+  BusyTimeout(sqlite3* handle, int milliseconds) : handle_(handle) {
+    sqlite3_busy_timeout(handle_, milliseconds);
+  }
+  ~BusyTimeout() { sqlite3_busy_timeout(handle_, Connection::waitForWriter); }
+  BusyTimeout(const BusyTimeout&) = delete;
+  BusyTimeout& operator=(const BusyTimeout&) = delete;
+
+ private:
+  sqlite3* handle_;
+};
+
+int notePages(void* pages, sqlite3*, const char*, int count) {
+  *static_cast<int*>(pages) = count;
+  return SQLITE_OK;
+}
+
+template <class Rows>
+void visitRows(const std::shared_ptr<Session>& session, const Rows& rows,
+               const std::function<void(const typename Rows::Value&)>& visit) {
+  const Table<Rows> table(session, rows);
+  const auto value = std::make_unique<typename Rows::Value>();
+  Vanta::IterHint hint = 0;
+  for (bool has = table.first(value.get(), hint); has;) {
+    visit(*value);
+    const auto key = value->key;
+    has = table.next(key, value.get(), hint);
+  }
+}
+
 } // namespace
+
+void removeFiles(const std::string& path) {
+  for (const char* const suffix : {"", "-wal", "-shm"}) std::remove((path + suffix).c_str());
+}
 
 Writer::Writer(const std::string& path, Log log) : session_(openToWrite(path)) {
   if (!hasSchema(connection())) {
     requireOwn(connection());
     session_.reset();
-    startAnew(path);
+    removeFiles(path);
     session_ = openToWrite(path);
   }
   int keep = log == Log::kept;
   sqlite3_file_control(connection().handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+}
+
+void Writer::tell(const Facts& facts) {
+  Transaction transaction(connection());
+  writeFacts(connection(), facts);
+  transaction.commit();
+}
+
+void Writer::checkpointByHand() {
+  logPages_ = std::make_unique<int>(0);
+  sqlite3_wal_hook(connection().handle(), notePages, logPages_.get());
+  // What the log took up at its largest goes back to the system as soon as it begins anew.
+  connection().execute("pragma journal_size_limit = 16777216");
+}
+
+bool Writer::checkpoint() {
+  if (!logPages_ || *logPages_ < mostLogPages) return true;
+  sqlite3* const handle = connection().handle();
+  const BusyTimeout wait(handle, waitForReaders);
+  const int result =
+      sqlite3_wal_checkpoint_v2(handle, nullptr, SQLITE_CHECKPOINT_RESTART, nullptr, nullptr);
+  if ((result & 0xff) == SQLITE_BUSY) return false;
+  if (result != SQLITE_OK) connection().fail();
+  *logPages_ = 0;
+  return true;
+}
+
+void Writer::visitFecs(const std::function<void(const Vanta::Fib::Fec&)>& visit,
+                       const std::function<void(const Vanta::Fib6::Fec&)>& visit6) {
+  visitRows(session_, FecRows<Vanta::Fib::Fec>("fec4"), visit);
+  visitRows(session_, FecRows<Vanta::Fib6::Fec>("fec6"), visit6);
 }
 
 Changes Writer::replace(const state::DeviceState& device, const Facts& facts) {

@@ -5,6 +5,9 @@
 #include "sources/database/Session.h"
 #include "state/DeviceState.h"
 
+#include <functional>
+#include <memory>
+
 namespace sources::database {
 
 /// How many rows a change of the state changed.
@@ -32,10 +35,29 @@ class Writer {
   /// reading the state raises; then nothing is changed.
   Changes replace(const state::DeviceState& device, const Facts& facts);
 
+  /// Changes the facts alone.
+  void tell(const Facts& facts);
+
+  /// Leaves it to the caller when the log's content moves into the file: see `checkpoint`.
+  void checkpointByHand();
+  /// Moves the log's content into the file, so that the log begins anew, once it has outgrown 16 MiB.
+  /// Waits for readers of older states for at most 1.5 s; false when they did not end. Raises
+  /// `SqliteError`.
+  bool checkpoint();
+
+  /// Calls `visit` with the FECs that stand there.
+  void visitFecs(const std::function<void(const Vanta::Fib::Fec&)>& visit,
+                 const std::function<void(const Vanta::Fib6::Fec&)>& visit6);
+
   Connection& connection() { return session_->connection(); }
 
  private:
+  std::unique_ptr<int> logPages_; ///< in the log by the last commit; null unless somebody asks
   std::shared_ptr<Session> session_;
 };
+
+/// Removes the database's files, so that the next writer makes new ones. Who reads the old ones goes on
+/// reading them.
+void removeFiles(const std::string& path);
 
 } // namespace sources::database

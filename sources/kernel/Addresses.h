@@ -16,6 +16,7 @@ struct Address {
   Kesh::IpGenAddr peer = {};   ///< of a point-to-point link; elsewhere the address itself
 
   auto key() const { return std::tuple(interface, address, length, peer); }
+  friend bool operator==(const Address&, const Address&) = default;
   bool isSecondary() const;
   /// Whether IPv6 found another owner of the address, so that the interface does not have it.
   bool isDuplicate() const;

@@ -8,14 +8,26 @@
 namespace sources::kernel {
 
 state::DeviceState makeDevice(const KernelState& kernel) {
+  NumbersByContent numbers;
+  return makeDevice(kernel, numbers).device;
+}
+
+state::DeviceState makeNexthopGroups(const KernelState& kernel) {
   state::DeviceBuilder builder;
   const Vrfs vrfs(kernel, builder);
-  const Interfaces interfaces(kernel.links);
+  fillNexthopGroups(kernel, Interfaces(kernel.links), vrfs, builder);
+  return std::move(builder.state);
+}
+
+MadeDevice makeDevice(const KernelState& kernel, FecNumbers& numbers) {
+  state::DeviceBuilder builder;
+  const Vrfs vrfs(kernel, builder);
+  Interfaces interfaces(kernel.links);
   fillInterfaces(kernel, interfaces, vrfs, builder);
   fillLinkTunnels(kernel.links, builder);
   fillNexthopGroups(kernel, interfaces, vrfs, builder);
-  fillRoutes(kernel, interfaces, vrfs, builder);
-  return std::move(builder.state);
+  ViaLists lists = fillRoutes(kernel, interfaces, vrfs, numbers, builder);
+  return {std::move(builder.state), std::move(interfaces), std::move(lists)};
 }
 
 } // namespace sources::kernel

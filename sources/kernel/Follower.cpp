@@ -71,7 +71,10 @@ void Follower::followNeeded() {
 }
 
 void Follower::read(std::chrono::milliseconds patience) {
-  for (const Followed& one : followed_) one.dump();
+  deadline_.reset();
+  for (const Followed& one : followed_) {
+    if (!one.table.isWhole()) one.dump();
+  }
   deadline_ = clock_() + patience;
   while (clock_() < *deadline_ && !moved().empty()) {
     for (const Followed& one : followed_) {
@@ -95,17 +98,52 @@ bool Follower::needsEverything() const {
   return needs_.routes && hasTunnels && !hasAll;
 }
 
-KernelState Follower::take() {
+void Follower::doubt() {
+  for (const Followed& one : followed_) one.table.disturbed();
+}
+
+Heard Follower::listen() {
+  drain();
+  return std::exchange(heard_, {});
+}
+
+KernelState Follower::objects() const {
   KernelState state;
+  state.links = links_.all();
+  state.addresses = addresses_.all();
+  state.neighbours = neighbours_.all();
+  state.nexthops = nexthops_.all();
+  return state;
+}
+
+KernelState Follower::take() {
+  KernelState state = objects();
   state.routes = routes_.take();
   state.routes6 = routes6_.take();
-  state.links = links_.take();
-  state.addresses = addresses_.take();
-  state.neighbours = neighbours_.take();
-  state.nexthops = nexthops_.take();
   state.encapsulations = std::move(encapsulations_);
   state.hopLists = std::move(hopLists_);
   return state;
+}
+
+/// What is big is taken out for the time, and put back however that ends.
+struct Follower::Loan {
+  explicit Loan(Follower& lender) : owner(lender), state(lender.take()) {}
+  ~Loan() {
+    owner.routes_.putBack(std::move(state.routes));
+    owner.routes6_.putBack(std::move(state.routes6));
+    owner.encapsulations_ = std::move(state.encapsulations);
+    owner.hopLists_ = std::move(state.hopLists);
+  }
+  Loan(const Loan&) = delete;
+  Loan& operator=(const Loan&) = delete;
+
+  Follower& owner;
+  KernelState state;
+};
+
+void Follower::show(const std::function<void(KernelState&)>& visit) {
+  Loan loan(*this);
+  visit(loan.state);
 }
 
 DumpEnd Follower::dump(const Request& request, const TakeMessage& take) {

@@ -18,6 +18,23 @@
 
 namespace sources::kernel {
 
+/// What the kernel told of.
+struct Heard {
+  std::size_t changes = 0;
+  bool lost = false;       ///< some of it was dropped: there was too much at once
+  bool routes = false;     ///< routes, each by a word of its own
+  bool neighbours = false;
+  bool others = false;     ///< anything else, with routes that may have gone with it
+
+  void add(const Heard& more) {
+    changes += more.changes;
+    lost |= more.lost;
+    routes |= more.routes;
+    neighbours |= more.neighbours;
+    others |= more.others;
+  }
+};
+
 class Follower {
  public:
   using Clock = std::function<std::chrono::steady_clock::time_point()>;
@@ -25,17 +42,45 @@ class Follower {
   /// Follows the tables that are needed, of the kernel behind the feed, which outlives it.
   Follower(Feed& feed, const Needs& needs, Clock clock = std::chrono::steady_clock::now);
 
-  /// Dumps each table, and then again those that moved, until all are whole or `patience` is over
-  /// since the end of the first dump. Raises `SourceError` when the kernel refuses.
+  /// Dumps each table that is not known to be whole, as none is at first, and then again those that
+  /// moved, until all are whole or `patience` is over since the end of the first dump. Raises
+  /// `SourceError` when the kernel refuses.
   void read(std::chrono::milliseconds patience);
+  /// Has no table known to be whole.
+  void doubt();
+  /// Takes in what was notified up to now, without waiting. Tells what was heard since the last
+  /// time.
+  Heard listen();
 
   /// The names of the tables that are not known to be whole.
   std::vector<std::string> moved() const;
   /// Whether what is shown depends on more than was asked for: tunnels are numbered among those of
   /// all routes.
   bool needsEverything() const;
+  // For who looks at what changed of the routes alone.
+  template <class Family>
+  RouteTable<Family>& routes() {
+    if constexpr (std::is_same_v<Family, Ip4>) {
+      return routes_;
+    } else {
+      return routes6_;
+    }
+  }
+  const HopLists& hopLists() const { return hopLists_; }
+  using NeighbourKey = decltype(std::declval<Neighbour>().key());
+  /// Those that were notified to be different, or gone, since this was asked before.
+  std::set<NeighbourKey> touchedNeighbours() { return std::exchange(touchedNeighbours_, {}); }
+  const Neighbour* neighbour(const NeighbourKey& key) const { return neighbours_.find(key); }
+  /// What the kernel has beside routes.
+  KernelState objects() const;
+  /// Whether any hop ever pushed more than a label.
+  bool hasEncapsulations() const { return encapsulations_.byNumber().size() > 1; }
+
   /// What the kernel has by the last notification. Ends the following.
   KernelState take();
+  /// Shows the same, and goes on following. The state is lent: it is the follower's own again when
+  /// `visit` returns or raises, and nothing may be asked of the follower meanwhile.
+  void show(const std::function<void(KernelState&)>& visit);
 
  private:
   /// A table with the way to dump it.
@@ -46,6 +91,7 @@ class Follower {
     std::function<void()> dump;
   };
 
+  struct Loan;
   void followNeeded();
   template <class Object>
   void dumpObjects(ObjectTable<Object>& table, const Request& request,
@@ -91,6 +137,8 @@ class Follower {
   std::set<std::uint32_t> tables_; ///< whose routes are wanted; empty for all
   RouteMessage route_;             ///< reused from message to message
   bool countsPackets_ = false;
+  Heard heard_; ///< since it was asked for
+  std::set<NeighbourKey> touchedNeighbours_;
 };
 
 } // namespace sources::kernel

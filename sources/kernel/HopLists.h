@@ -16,6 +16,7 @@ struct HopListHead {
   Kesh::AddressFamily family; ///< of the route
   std::uint32_t nexthopId;    ///< of a nexthop object; 0 for none
   Kesh::IpGenAddr source;     ///< own address that packets leave with; unset for no wish
+  bool drops = false;         ///< whatever the object says
   friend bool operator==(const HopListHead&, const HopListHead&) = default;
 };
 

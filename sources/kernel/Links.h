@@ -10,6 +10,7 @@ namespace sources::kernel {
 struct TunnelDevice {
   Tunnel::TunnelTable::EncapKind kind{};
   Tunnel::GreTunnelInfo ends; ///< the key of GRE alone
+  friend bool operator==(const TunnelDevice&, const TunnelDevice&) = default;
 };
 
 struct Link {
@@ -24,6 +25,8 @@ struct Link {
   std::optional<TunnelDevice> tunnel = {}; ///< of a GRE or VTI device with a fixed remote end
   bool up = true;                          ///< it is not switched off (IFF_UP)
   bool carrier = true;                     ///< and its link works (IFF_RUNNING, IFF_LOWER_UP)
+
+  friend bool operator==(const Link&, const Link&) = default;
 };
 
 /// From the payload of an RTM_NEWLINK message; nothing for a damaged one, one without a name, or a

@@ -13,6 +13,7 @@ struct Neighbour {
   bool unresolved = false; ///< its link address was not asked for (NUD_NOARP)
 
   auto key() const { return std::pair(interface, address); }
+  friend bool operator==(const Neighbour&, const Neighbour&) = default;
 };
 
 /// From the payload of an RTM_NEWNEIGH message; nothing for a damaged one, and for a neighbour

@@ -37,10 +37,8 @@ bool isAbsentTable(const Request& request, int error) {
   return request.type == RTM_GETROUTE && request.attribute == RTA_TABLE && error == ENOENT;
 }
 
-/// Makes room for the notifications of some seconds: those that find none are lost. Only root may
-/// go beyond the system's limit.
-void makeRoom(int descriptor) {
-  const int bytes = 32 * 1024 * 1024;
+/// Only root may go beyond the system's limit.
+void makeRoom(int descriptor, int bytes) {
   if (setsockopt(descriptor, SOL_SOCKET, SO_RCVBUFFORCE, &bytes, sizeof bytes) == 0) return;
   setsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
 }
@@ -110,7 +108,7 @@ std::pair<Bytes, int> Socket::receiveNow() {
   }
 }
 
-KernelFeed::KernelFeed() { makeRoom(notifications_.descriptor()); }
+KernelFeed::KernelFeed(int room) { makeRoom(notifications_.descriptor(), room); }
 
 void KernelFeed::follow(unsigned group) {
   // A kernel that does not know the group has no such objects.

@@ -25,6 +25,8 @@ struct Nexthop {
   Kesh::AddressFamily family = Kesh::AddressFamily::unset; ///< of a single next hop
   bool linkDown = false;       ///< its interface has no carrier (RTNH_F_LINKDOWN)
   bool forwardsFrames = false; ///< of a bridge's forwarding table: no route leads there (NHA_FDB)
+
+  friend bool operator==(const Nexthop&, const Nexthop&) = default;
 };
 
 /// The request for statistics of groups, an attribute of the dump and its value; since Linux 6.9.

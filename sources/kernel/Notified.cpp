@@ -29,10 +29,12 @@ void Follower::drain() {
   const bool heardAll =
       feed_.drain([this](const nlmsghdr& header, Bytes payload) { hear(header, payload); });
   if (heardAll) return;
-  for (const Followed& one : followed_) one.table.disturbed();
+  heard_.lost = true;
+  doubt();
 }
 
 void Follower::hear(const nlmsghdr& header, Bytes payload) {
+  ++heard_.changes;
   switch (header.nlmsg_type) {
   case RTM_NEWLINK:
   case RTM_DELLINK:
@@ -49,6 +51,8 @@ void Follower::hear(const nlmsghdr& header, Bytes payload) {
   case RTM_NEWROUTE:
   case RTM_DELROUTE:
     return hearRoute(header, payload);
+  case RTM_NEWNETCONF: // whether an interface, or the whole, forwards packets
+    heard_.others = true;
   }
 }
 
@@ -57,10 +61,12 @@ void Follower::hearLink(const nlmsghdr& header, Bytes payload) {
   if (!link) return;
   if (header.nlmsg_type == RTM_DELLINK) {
     interfaceLost(link->index, true);
-    return links_.gone(link->index);
+    links_.gone(link->index);
+    heard_.others = true;
+    return;
   }
   if (const Link* const before = links_.find(link->index)) interfaceTurned(*before, *link);
-  links_.changed(std::move(*link));
+  if (links_.changed(std::move(*link))) heard_.others = true;
 }
 
 void Follower::interfaceTurned(const Link& before, const Link& now) {
@@ -105,7 +111,11 @@ void Follower::nexthopLost(std::uint32_t id) {
 void Follower::hearAddress(const nlmsghdr& header, Bytes payload) {
   auto address = decodeAddress(payload);
   if (!address) return;
-  if (header.nlmsg_type == RTM_NEWADDR) return addresses_.changed(std::move(*address));
+  if (header.nlmsg_type == RTM_NEWADDR) {
+    if (addresses_.changed(std::move(*address))) heard_.others = true;
+    return;
+  }
+  heard_.others = true;
   addresses_.gone(address->key());
   bool elsewhere = false;
   addresses_.forEach(
@@ -118,16 +128,18 @@ void Follower::hearAddress(const nlmsghdr& header, Bytes payload) {
 
 void Follower::hearNeighbour(const nlmsghdr& header, Bytes payload) {
   auto neighbour = decodeNeighbour(payload);
-  if (header.nlmsg_type == RTM_NEWNEIGH && neighbour) {
-    neighbours_.changed(std::move(*neighbour));
-  } else {
-    neighbours_.gone(decodeNeighbourKey(payload).key());
-  }
+  const bool isThere = header.nlmsg_type == RTM_NEWNEIGH && neighbour;
+  const auto key = decodeNeighbourKey(payload).key();
+  // Most of what is told of neighbours is that they still are there.
+  if (!(isThere ? neighbours_.changed(std::move(*neighbour)) : neighbours_.gone(key))) return;
+  heard_.neighbours = true;
+  touchedNeighbours_.insert(key);
 }
 
 void Follower::hearNexthop(const nlmsghdr& header, Bytes payload) {
   auto nexthop = decodeNexthop(payload, encapsulations_);
   if (!nexthop) return;
+  heard_.others = true;
   if (header.nlmsg_type == RTM_DELNEXTHOP) return nexthopLost(nexthop->id);
   if (countsPackets_) inheritPackets(nexthops_.find(nexthop->id), *nexthop);
   nexthops_.changed(std::move(*nexthop));
@@ -135,6 +147,7 @@ void Follower::hearNexthop(const nlmsghdr& header, Bytes payload) {
 
 void Follower::hearRoute(const nlmsghdr& header, Bytes payload) {
   if (!decodeRoute(payload, encapsulations_, route_) || !isWanted(route_)) return;
+  heard_.routes = true;
   const Change change = changeOf(header);
   if (route_.family == AF_INET) {
     routes_.changed(rowOf<Ip4>(route_, hopLists_), change);

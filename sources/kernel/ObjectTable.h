@@ -40,18 +40,21 @@ class ObjectTable : public Wholeness {
     dumpEnds(how);
   }
 
-  /// The object was notified to be there, new or changed.
-  void changed(Object object) {
+  /// The object was notified to be there, new or changed; false when it is as it was.
+  bool changed(Object object) {
     const Key key = object.key();
     tell(key);
     const auto [at, isNew] = entries_.try_emplace(key);
+    const bool differs = isNew || !(at->second.object == object);
     const std::size_t place = isNew ? behindAll : at->second.place;
     at->second = {std::move(object), dump_, place};
+    return differs;
   }
 
-  void gone(const Key& key) {
+  /// False when it was not there.
+  bool gone(const Key& key) {
     tell(key);
-    entries_.erase(key);
+    return entries_.erase(key) > 0;
   }
 
   const Object* find(const Key& key) const {
@@ -65,16 +68,18 @@ class ObjectTable : public Wholeness {
     for (auto& [key, entry] : entries_) visit(entry.object);
   }
 
+  bool empty() const { return entries_.empty(); }
+
   /// The objects, in the order of the kernel's last dump; those that came later behind it.
-  std::vector<Object> take() {
-    std::vector<Entry*> order;
-    for (auto& [key, entry] : entries_) order.push_back(&entry);
-    order = Lumo::inOrder(std::move(order),
-                          [](const Entry* a, const Entry* b) { return a->place < b->place; });
+  std::vector<Object> all() const {
+    std::vector<const Entry*> order;
+    for (const auto& [key, entry] : entries_) order.push_back(&entry);
+    order = Lumo::inOrder(std::move(order), [](const Entry* a, const Entry* b) {
+      return a->place < b->place;
+    });
     std::vector<Object> objects;
     objects.reserve(order.size());
-    for (Entry* const entry : order) objects.push_back(std::move(entry->object));
-    entries_.clear();
+    for (const Entry* const entry : order) objects.push_back(entry->object);
     return objects;
   }
 

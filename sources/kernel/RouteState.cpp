@@ -1,9 +1,8 @@
-// Of the kernel's routes for one prefix in one VRF, the first in the order of the rows is the one
-// that forwards, of those that have a living next hop.
 #include "sources/kernel/RouteState.h"
 
 #include "sources/SourceError.h"
 #include "sources/kernel/HopTunnels.h"
+#include "sources/kernel/ListedRoute.h"
 
 #include <algorithm>
 #include <span>
@@ -55,16 +54,16 @@ class Filler {
   using Row = RouteRow<Family>;
 
   Filler(ViaLists& lists, const Vrfs& vrfs, state::DeviceBuilder& builder)
-      : lists_(lists), vrfs_(vrfs), builder_(builder) {}
+      : reader_(lists), vrfs_(vrfs), builder_(builder) {}
 
   /// Marks the via lists of the routes that will be listed.
   void markUsed(std::span<const Row> rows) {
     forEachPrefix(rows, [&](std::span<const Row> same) {
-      const Row* const row = forwarding(same);
+      const Row* const row = reader_.forwarding(same);
       if (!row) return;
-      ViaList& list = lists_.at(row->hopList);
+      ViaList& list = reader_.listOf(*row);
       if (list.vias.size() > Vanta::Fib::Fec::maxVias) tooManyVias(*row, list.vias.size());
-      list.used = true;
+      ++list.routes;
     });
   }
 
@@ -75,9 +74,9 @@ class Filler {
       const Hardware hardware(ofVrf);
       forEachPrefix(ofVrf, [&](std::span<const Row> same) {
         if (configured) configure(same);
-        const Row* const row = forwarding(same);
+        const Row* const row = reader_.forwarding(same);
         if (!row) return;
-        table->insert(routeOf(*row));
+        table->insert(reader_.routeOf(*row));
         if (hardware.lacks(*row)) builder_.hardwareUnprogrammed(row->prefix, vrfId(*row));
       });
     });
@@ -91,67 +90,24 @@ class Filler {
                       " can be shown; take some of them away");
   }
 
-  /// The one that forwards; null where all look at the type of service.
-  const Row* forwarding(std::span<const Row> same) const {
-    const Row* first = nullptr;
-    for (const Row& row : same) {
-      if (row.tos != 0) continue;
-      if (!lists_.at(row.hopList).isDead()) return &row;
-      if (!first) first = &row;
-    }
-    return first;
-  }
-
-  bool drops(const Row& row) const { return isDrop(row.type) || lists_.at(row.hopList).drops; }
-
-  const RouteKind& kindOf(const Row& row) const {
-    if (drops(row)) return dropRoute;
-    if (row.type != RTN_UNICAST) return kindOfType(row.type);
-    return kindOfUnicast(row.protocol, lists_.at(row.hopList).firstHop());
-  }
-
-  typename Family::Route routeOf(const Row& row) const {
-    const RouteKind& kind = kindOf(row);
-    typename Family::Route route;
-    route.key = row.prefix;
-    route.metric = row.metric;
-    route.preferenceIs(kind.preference);
-    route.routeType = kind.*Family::type;
-    route.fecId = lists_.at(row.hopList).fecId;
-    return route;
-  }
-
   Vrf::VrfIdMap::VrfId vrfId(const Row& row) const { return vrfs_.vrf(row.table).id; }
 
-  /// Enters the first of the routes that an administrator added, whether or not it forwards.
   void configure(std::span<const Row> same) {
-    const auto row = std::ranges::find_if(same, [&](const Row& one) {
-      return one.tos == 0 && (one.protocol == RTPROT_STATIC || one.protocol == RTPROT_BOOT) &&
-             (one.type == RTN_UNICAST || isDrop(one.type));
-    });
-    if (row == same.end()) return;
-    const Routing::RouteKey key{row->prefix, 1};
-    auto route = Lumo::newEntity<Routing::Route>(key);
-    if (drops(*row)) route->routeType = Routing::RouteType::drop;
-    const ViaList& list = lists_.at(row->hopList);
-    for (const auto* const vias : {&list.vias, &list.dead}) {
-      for (const Via& via : *vias) {
-        const auto hop = via.hasGateway() ? via.hop : Kesh::IpGenAddr();
-        route->via.insertOrAssign({hop, via.intfId, Kesh::MplsLabel(via.label), 0, {}, {}}, true);
-      }
-    }
-    (vrfs_.vrf(row->table).*Family::routingConfig)->route.insertOrAssign(key, std::move(route));
+    auto route = reader_.configured(same);
+    if (!route) return;
+    const Routing::RouteKey key = route->key;
+    (vrfs_.vrf(same[0].table).*Family::routingConfig)->route.insertOrAssign(key, std::move(route));
   }
 
-  ViaLists& lists_;
+  const RowReader<Family> reader_;
   const Vrfs& vrfs_;
   state::DeviceBuilder& builder_;
 };
 
 } // namespace
 
-void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
-                state::DeviceBuilder& builder) {
+ViaLists fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const Vrfs& vrfs,
+                    FecNumbers& numbers, state::DeviceBuilder& builder) {
   ViaLists lists(kernel, interfaces);
   Filler<Ip4> filler(lists, vrfs, builder);
   Filler<Ip6> filler6(lists, vrfs, builder);
@@ -160,9 +116,10 @@ void fillRoutes(const KernelState& kernel, const Interfaces& interfaces, const V
   filler.markUsed(routes);
   filler6.markUsed(routes6);
   enterHopTunnels(lists.used(), kernel, interfaces, builder);
-  lists.enterFecs(builder);
+  lists.enterFecs(numbers, builder);
   filler.fill(routes, kernel.configured);
   filler6.fill(routes6, kernel.configured);
+  return lists;
 }
 
 } // namespace sources::kernel

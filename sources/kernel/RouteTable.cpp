@@ -12,6 +12,22 @@ struct Order {
   bool operator()(const Row& a, const Row& b) const { return isBefore(a, b); }
 };
 
+/// By VRF and prefix alone.
+template <class Row>
+bool isBeforePrefix(const Row& a, const Row& b) {
+  if (vrfTable(a.table) != vrfTable(b.table)) return vrfTable(a.table) < vrfTable(b.table);
+  return a.prefix < b.prefix;
+}
+
+/// The first key that a row of the prefix can have.
+template <class Row>
+Row firstOf(Row key) {
+  if (vrfTable(key.table) == RT_TABLE_MAIN) key.table = RT_TABLE_LOCAL;
+  key.tos = 0;
+  key.metric = 0;
+  return key;
+}
+
 /// Whether two hops lead the same way, whatever the kernel says of their state and weight.
 bool isSameWay(const Hop& a, const Hop& b) {
   return a.gateway == b.gateway && a.interface == b.interface && a.label == b.label &&
@@ -33,6 +49,24 @@ class RouteTable<Family>::Update {
     ++now_;
     std::visit([&](const auto& one) { apply(one); }, event);
   }
+
+  std::size_t size() const { return touched_.size(); }
+
+  /// Calls `visit` with the rows of the keys that were touched from `first` on, key by key, until it
+  /// returns false.
+  template <class Visit>
+  void forEachFrom(const Row& first, Visit&& visit) const {
+    for (auto at = touched_.lower_bound(first); at != touched_.end(); ++at) {
+      if (!visit(at->first, at->second)) return;
+    }
+  }
+  template <class Visit>
+  void forEachAll(Visit&& visit) const {
+    for (const auto& [key, equals] : touched_) {
+      for (const TimedRow& one : equals) visit(one.row);
+    }
+  }
+  bool touches(const Row& row) const { return touched_.contains(row); }
 
   std::vector<Row> merged() const {
     std::vector<Row> out;
@@ -220,12 +254,73 @@ void RouteTable<Family>::lost(const Loss& loss) {
 }
 
 template <class Family>
-void RouteTable<Family>::settle() {
+RouteTable<Family>::RouteTable(HopLists& lists) : lists_(lists) {}
+
+template <class Family>
+RouteTable<Family>::~RouteTable() = default;
+
+template <class Family>
+void RouteTable<Family>::bringIn() {
+  // Beyond that, looking in two places costs more than a walk over all rows now and then.
+  constexpr std::size_t fewest = 4096, share = 16;
   if (journal_.empty()) return;
-  Update update(rows_, lists_);
-  for (const Event& event : journal_) update.add(event);
-  rows_ = update.merged();
+  if (!update_) update_ = std::make_unique<Update>(rows_, lists_);
+  for (const Event& event : journal_) update_->add(event);
   journal_.clear();
+  if (update_->size() > fewest + rows_.size() / share) settle();
+}
+
+template <class Family>
+void RouteTable<Family>::settle() {
+  bringIn();
+  if (!update_) return;
+  rows_ = update_->merged();
+  update_.reset();
+}
+
+template <class Family>
+std::vector<RouteRow<Family>> RouteTable<Family>::touched() const {
+  std::vector<Row> rows;
+  for (const Event& event : journal_) {
+    if (const auto* const change = std::get_if<RowChange>(&event)) rows.push_back(change->row);
+  }
+  std::ranges::sort(rows, isBeforePrefix<Row>);
+  const auto same = [](const Row& a, const Row& b) { return !isBeforePrefix(a, b); };
+  rows.erase(std::unique(rows.begin(), rows.end(), same), rows.end());
+  return rows;
+}
+
+template <class Family>
+std::vector<RouteRow<Family>> RouteTable<Family>::rowsAt(const Row& key) const {
+  std::vector<Row> found;
+  const auto [first, last] =
+      std::equal_range(rows_.begin(), rows_.end(), key, isBeforePrefix<Row>);
+  if (!update_) return {first, last};
+  std::copy_if(first, last, std::back_inserter(found),
+               [&](const Row& row) { return !update_->touches(row); });
+  update_->forEachFrom(firstOf(key), [&](const Row& at, const auto& equals) {
+    if (isBeforePrefix(key, at)) return false;
+    for (const auto& one : equals) found.push_back(one.row);
+    return true;
+  });
+  std::ranges::stable_sort(found, isBefore<Row>);
+  return found;
+}
+
+template <class Family>
+bool RouteTable<Family>::hasRows(std::uint32_t table) const {
+  const auto isElsewhere = [&](const Row& row) { return vrfTable(row.table) != vrfTable(table); };
+  const auto before = [&](const Row& row, std::uint32_t other) {
+    return vrfTable(row.table) < vrfTable(other);
+  };
+  for (auto at = std::lower_bound(rows_.begin(), rows_.end(), table, before);
+       at != rows_.end() && !isElsewhere(*at); ++at) {
+    if (!update_ || !update_->touches(*at)) return true;
+  }
+  bool found = false;
+  if (!update_) return found;
+  update_->forEachAll([&](const Row& row) { found = found || !isElsewhere(row); });
+  return found;
 }
 
 template <class Family>

@@ -2,12 +2,14 @@
 //
 // Rows of a dump are appended to a list, and what is notified to a journal; both are brought
 // together when somebody wants the table or another dump begins. So a million routes that stay cost
-// no more than reading them, and changes cost by their own number.
+// no more than reading them, and changes cost by their own number. Who wants what changed has the
+// journal brought into an update beside the list, which joins the list when it has grown.
 #pragma once
 
 #include "sources/kernel/RouteRows.h"
 #include "sources/kernel/Wholeness.h"
 
+#include <memory>
 #include <variant>
 
 namespace sources::kernel {
@@ -34,7 +36,8 @@ class RouteTable : public Wholeness {
   using Row = RouteRow<Family>;
 
   /// For rows with hops in those lists, which live as long as the table.
-  explicit RouteTable(HopLists& lists) : lists_(lists) {}
+  explicit RouteTable(HopLists& lists);
+  ~RouteTable();
 
   void begin();
   void dumped(const Row& row) { incoming_.push_back(row); }
@@ -45,6 +48,22 @@ class RouteTable : public Wholeness {
 
   /// The rows by now, in the order of `isBefore`.
   std::vector<Row> take();
+  /// Undoes `take`.
+  void putBack(std::vector<Row> rows) { rows_ = std::move(rows); }
+
+  /// How many rows there are, but for what was notified since they were taken or put back.
+  std::size_t size() const { return rows_.size(); }
+
+  // What changed, at the cost of that alone; between dumps.
+
+  /// A row of each prefix that was notified since it was brought in, whatever the row is.
+  std::vector<Row> touched() const;
+  /// Brings in what was notified.
+  void bringIn();
+  /// The rows of the prefix of `key` in its VRF by what was brought in, in their order.
+  std::vector<Row> rowsAt(const Row& key) const;
+  /// Whether the VRF of that table has any.
+  bool hasRows(std::uint32_t table) const;
 
  private:
   struct RowChange {
@@ -61,6 +80,7 @@ class RouteTable : public Wholeness {
   std::vector<Row> rows_;      ///< in order, as of the time before the journal
   std::vector<Row> incoming_;  ///< of the dump in progress
   std::vector<Event> journal_; ///< in the order of events
+  std::unique_ptr<Update> update_; ///< what was brought in; null for nothing. It looks at `rows_`
 };
 
 } // namespace sources::kernel

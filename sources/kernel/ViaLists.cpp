@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace sources::kernel {
 
@@ -12,19 +13,21 @@ using Objects = std::unordered_map<std::uint32_t, const Nexthop*>;
 
 class Resolver {
  public:
-  Resolver(const KernelState& kernel, const Interfaces& interfaces)
-      : kernel_(kernel), interfaces_(interfaces) {
-    for (const Nexthop& nexthop : kernel.nexthops) objects_[nexthop.id] = &nexthop;
+  Resolver(const HopLists& hopLists, const std::vector<Nexthop>& nexthops,
+           const Interfaces& interfaces)
+      : hopLists_(hopLists), interfaces_(interfaces) {
+    for (const Nexthop& nexthop : nexthops) objects_[nexthop.id] = &nexthop;
   }
 
   ViaList resolve(const HopList& list) const {
     ViaList out;
-    const Nexthop* const object = find(list.nexthopId);
+    const Nexthop* const object = list.drops ? nullptr : find(list.nexthopId);
     if (object) {
+      out.nexthopId = object->id;
       resolveObject(*object, out);
     } else {
       // Without the object, which may be gone meanwhile, the kernel's own expansion of it serves.
-      for (const Hop& hop : kernel_.hopLists.hops(list)) out.vias.push_back(viaOf(hop));
+      for (const Hop& hop : hopLists_.hops(list)) out.vias.push_back(viaOf(hop));
     }
     partDead(out);
     out.vias = merged(std::move(out.vias));
@@ -96,7 +99,7 @@ class Resolver {
            });
   }
 
-  const KernelState& kernel_;
+  const HopLists& hopLists_;
   const Interfaces& interfaces_;
   Objects objects_;
 };
@@ -119,6 +122,17 @@ void setTarget(const Via& via, FecVia& out) {
   out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
 }
 
+void insert(const Vanta::Fib::Fec& fec, state::DeviceBuilder& builder) { builder.fecs->insert(fec); }
+void insert(const Vanta::Fib6::Fec& fec, state::DeviceBuilder& builder) {
+  builder.fecs6->insert(fec);
+}
+
+bool lessContent(const ViaList* a, const ViaList* b) {
+  return a->ip6 == b->ip6 ? a->vias < b->vias : a->ip6 < b->ip6;
+}
+
+} // namespace
+
 template <class Fec>
 Fec fecOf(const ViaList& list) {
   Fec fec(list.fecId);
@@ -130,20 +144,8 @@ Fec fecOf(const ViaList& list) {
   }
   return fec;
 }
-
-void enterFec(const ViaList& list, state::DeviceBuilder& builder) {
-  if (list.ip6) {
-    builder.fecs6->insert(fecOf<Vanta::Fib6::Fec>(list));
-  } else {
-    builder.fecs->insert(fecOf<Vanta::Fib::Fec>(list));
-  }
-}
-
-bool lessContent(const ViaList* a, const ViaList* b) {
-  return a->ip6 == b->ip6 ? a->vias < b->vias : a->ip6 < b->ip6;
-}
-
-} // namespace
+template Vanta::Fib::Fec fecOf(const ViaList&);
+template Vanta::Fib6::Fec fecOf(const ViaList&);
 
 bool ViaList::isDead() const { return !vias.empty() && std::ranges::all_of(vias, &Via::dead); }
 
@@ -153,21 +155,28 @@ FirstHop ViaList::firstHop() const {
 }
 
 ViaLists::ViaLists(const KernelState& kernel, const Interfaces& interfaces) {
-  const Resolver resolver(kernel, interfaces);
   lists_.reserve(kernel.hopLists.lists().size());
-  for (const HopList& list : kernel.hopLists.lists()) lists_.push_back(resolver.resolve(list));
+  extend(kernel.hopLists, kernel.nexthops, interfaces);
+}
+
+void ViaLists::extend(const HopLists& hopLists, const std::vector<Nexthop>& nexthops,
+                      const Interfaces& interfaces) {
+  const std::span<const HopList> all(hopLists.lists());
+  if (all.size() == lists_.size()) return;
+  const Resolver resolver(hopLists, nexthops, interfaces);
+  for (const HopList& list : all.subspan(lists_.size())) lists_.push_back(resolver.resolve(list));
 }
 
 std::vector<ViaList*> ViaLists::used() {
   std::vector<ViaList*> out;
   for (ViaList& list : lists_) {
-    if (list.used) out.push_back(&list);
+    if (list.routes != 0) out.push_back(&list);
   }
   return out;
 }
 
-void ViaLists::enterFecs(state::DeviceBuilder& builder) {
-  std::vector<ViaList*> sorted = used();
+void NumbersByContent::number(std::span<ViaList* const> lists) {
+  std::vector<ViaList*> sorted(lists.begin(), lists.end());
   std::ranges::sort(sorted, lessContent);
   std::uint64_t numbers[2] = {0, 0}; // the last one of IPv4 and of IPv6 hops
   const ViaList* last = nullptr;
@@ -178,8 +187,18 @@ void ViaLists::enterFecs(state::DeviceBuilder& builder) {
     }
     const auto type = list->ip6 ? Vanta::Fib::AdjType::fib6 : Vanta::Fib::AdjType::fib;
     list->fecId = Vanta::Fib::FecId(type, ++numbers[list->ip6]);
-    enterFec(*list, builder);
     last = list;
+  }
+}
+
+void ViaLists::enterFecs(FecNumbers& numbers, state::DeviceBuilder& builder) {
+  std::vector<ViaList*> lists = used();
+  numbers.number(lists);
+  std::ranges::sort(lists, {}, &ViaList::fecId);
+  Vanta::Fib::FecId last;
+  for (const ViaList* const list : lists) {
+    if (std::exchange(last, list->fecId) == list->fecId) continue;
+    withFec(*list, [&](const auto& fec) { insert(fec, builder); });
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include "sources/kernel/Vrfs.h"
 
+#include <span>
+
 namespace sources::kernel {
 
 /// A via before it is known whether its FEC holds IPv4 or IPv6 hops.
@@ -39,7 +41,8 @@ struct ViaList {
   std::vector<Via> dead; ///< the other dead ones
   bool ip6 = false;      ///< its FEC holds IPv6 hops
   bool drops = false;    ///< a blackhole nexthop object
-  bool used = false;     ///< a listed route has it
+  std::uint32_t nexthopId = 0; ///< of the nexthop object that tells the vias; 0 for none
+  std::size_t routes = 0;      ///< the listed ones that have it
   Vanta::Fib::FecId fecId;
 
   FirstHop firstHop() const;
@@ -47,17 +50,53 @@ struct ViaList {
   bool isDead() const;
 };
 
+/// The FEC of a list whose identifier is set, as the table of IPv4 or IPv6 hops has it.
+template <class Fec>
+Fec fecOf(const ViaList& list);
+
+/// Calls `visit` with that FEC.
+template <class Visit>
+void withFec(const ViaList& list, Visit&& visit) {
+  if (list.ip6) {
+    visit(fecOf<Vanta::Fib6::Fec>(list));
+  } else {
+    visit(fecOf<Vanta::Fib::Fec>(list));
+  }
+}
+
+/// Gives FECs their identifiers.
+class FecNumbers {
+ public:
+  virtual ~FecNumbers() = default;
+  /// Sets the identifier of each list, the same one only for lists with equal FECs.
+  virtual void number(std::span<ViaList* const> lists) = 0;
+};
+
+/// Equal lists have one identifier; those of a family count from 1 in the order of content, so that
+/// equal state has equal numbers.
+class NumbersByContent final : public FecNumbers {
+ public:
+  void number(std::span<ViaList* const> lists) override;
+};
+
 /// The via lists of all hop lists, by the number of the hop list.
 class ViaLists {
  public:
   ViaLists(const KernelState& kernel, const Interfaces& interfaces);
+  /// Adds those of hop lists that came since.
+  void extend(const HopLists& hopLists, const std::vector<Nexthop>& nexthops,
+              const Interfaces& interfaces);
 
+  /// Calls `visit` with each.
+  template <class Visit>
+  void forEach(Visit&& visit) {
+    for (ViaList& list : lists_) visit(list);
+  }
   ViaList& at(std::uint32_t hopList) { return lists_[hopList]; }
   /// Those of the listed routes.
   std::vector<ViaList*> used();
-  /// Gives FEC identifiers to the lists in use, the same one to equal lists, and enters the FECs.
-  /// Identifiers of a family count from 1 in the order of content.
-  void enterFecs(state::DeviceBuilder& builder);
+  /// Gives FEC identifiers to the lists in use, and enters the FECs.
+  void enterFecs(FecNumbers& numbers, state::DeviceBuilder& builder);
 
  private:
   std::vector<ViaList> lists_;

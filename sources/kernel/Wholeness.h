@@ -5,6 +5,8 @@
 // in two cases only. A dump during which nothing moved is the table. And when something did, a
 // further dump is taken, and the table is whole when that brings nothing which no notification
 // explains. In between an object goes by a notification alone: that a dump lacks it proves nothing.
+// So where something may have gone without a word, as when notifications were lost, only a dump
+// during which nothing moved makes the table whole.
 #pragma once
 
 #include "sources/kernel/Netlink.h"
@@ -30,6 +32,7 @@ class Wholeness {
     quiet_ = false;
     unexplained_ = true;
     whole_ = false;
+    mayHoldGone_ = true;
   }
   /// A dump brought an object that was not known, and no notification told of it.
   void foundUnknown() { unexplained_ = true; }
@@ -37,7 +40,8 @@ class Wholeness {
   /// Whether nothing moved during the dump that ends so: what it lacks is gone.
   bool isExact(const DumpEnd& end) const { return quiet_ && end.complete && !end.interrupted; }
   void dumpEnds(const DumpEnd& end) {
-    whole_ = isExact(end) || (dumped_ && end.complete && !unexplained_);
+    if (isExact(end)) mayHoldGone_ = false;
+    whole_ = isExact(end) || (dumped_ && end.complete && !unexplained_ && !mayHoldGone_);
     dumping_ = false;
     dumped_ = true;
   }
@@ -48,6 +52,7 @@ class Wholeness {
   bool dumped_ = false; ///< at least once
   bool quiet_ = true;
   bool unexplained_ = false;
+  bool mayHoldGone_ = false; ///< since the last exact dump something may have gone without a word
 };
 
 } // namespace sources::kernel

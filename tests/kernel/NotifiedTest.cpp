@@ -70,9 +70,11 @@ TEST_F(FollowerTest, RoutesGoWithWhatTheyNeed) {
   const R over1{"10.0.0.0", 8}, over2{"10.0.0.0", 8, {{nullptr, 2}}};
   const R overBoth{"10.0.0.0", 8, {{"10.0.0.1", 1}, {"10.0.0.2", 2}}};
   R own{"10.0.0.0", 8}, from{"10.0.0.0", 8}, overObject{"10.0.0.0", 8};
+  R dropsOverObject = overObject;
   own.type = RTN_LOCAL;
   from.source = "10.9.0.1";
-  overObject.nexthop = 7;
+  overObject.nexthop = dropsOverObject.nexthop = 7;
+  dropsOverObject.type = RTN_BLACKHOLE;
   const Step down = told(RTM_NEWLINK, link(1, "eth1", Works::down)),
              gone = told(RTM_DELLINK, link(1, "eth1"));
   kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
@@ -93,6 +95,10 @@ TEST_F(FollowerTest, RoutesGoWithWhatTheyNeed) {
       {"address", from, {told(RTM_DELADDR, address(1, "10.9.0.1", 24))}, "none"},
       {"another address", from, {told(RTM_DELADDR, address(2, "10.9.0.2", 24))}, "eth1"},
       {"object", overObject, {told(RTM_DELNEXTHOP, nexthop(7, 1))}, "none"},
+      {"object of a route that drops",
+       dropsOverObject,
+       {told(RTM_DELNEXTHOP, nexthop(7, 1))},
+       "none"},
       {"object of an interface", overObject, {down}, "none"},
       {"another object", overObject, {told(RTM_DELNEXTHOP, nexthop(8, 1))}, "10.0.0.9 eth1"},
   };
