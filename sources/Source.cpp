@@ -24,7 +24,7 @@ std::string namespaceOf(const std::string& source) {
 
 /// Why a database is not the state of what this process sees; empty when it is.
 std::string foreign(const database::Facts& facts) {
-  if (facts.source != own) return "is not the state of this machine";
+  if (!isKernel(facts.source)) return "is not the state of a kernel";
   if (facts.boot != database::bootId()) return "is of another boot";
   if (facts.network != database::networkNamespace()) return "is of another network namespace";
   return {};

@@ -7,10 +7,13 @@ import os
 import sqlite3
 import subprocess
 import tempfile
+import threading
+import time
 import unittest
 from pathlib import Path
 
-from support import ROOT, STATE, CommandTest, all_scenarios, program, rova, run_program
+from support import (ROOT, STATE, CommandTest, all_scenarios, program, rova, run_program,
+                     snapshot_file)
 
 REFUSED = ("no word", "no FEC, which", "a FEC that is in no table, which")
 
@@ -140,6 +143,63 @@ class DatabaseTest(CommandTest):
             os.utime(f"{self.path}-lock")
             self.assert_succeeds(rova("show", "ip", "route", state=self.path))
 
+    def test_a_listing_is_one_state_while_others_write(self):
+        """Two routes that change together are never seen apart. ROVA_CHURN_SECONDS asks for more."""
+        routes = {f"10.0.{i}.0/24": {"type": "static", "fec": "0.1"} for i in range(200)}
+        snapshot = snapshot_file(self.folder, {"routingStatus": routes},
+                                 forwardingStatus={"0.1": {"vias": [{"hop": "192.0.2.1", "interface": "Ethernet1"}]}})
+        load(snapshot, self.path)
+        ended = threading.Event()
+
+        def change():
+            connection = sqlite3.connect(self.path, isolation_level=None)
+            connection.execute("pragma journal_mode = wal")
+            metric = 0
+            while not ended.is_set():
+                metric += 1
+                # The first and the last route of a listing.
+                connection.execute("update route4 set metric = ? where last in (?, ?)",
+                                   (metric, 0x0a0000ff, 0x0a00c7ff))
+            connection.close()
+
+        writer = threading.Thread(target=change)
+        writer.start()
+        self.addCleanup(writer.join)
+        self.addCleanup(ended.set)
+        until, seen = time.monotonic() + float(os.environ.get("ROVA_CHURN_SECONDS", "2")), set()
+        while time.monotonic() < until:
+            result = rova("--format", "json", "show", "ip", "route", state=self.path)
+            self.assert_succeeds(result)
+            shown = json.loads(result.stdout)["vrfs"]["default"]["routes"]
+            self.assertEqual(len(shown), len(routes))
+            metrics = {shown[prefix]["metric"] for prefix in ("10.0.0.0/24", "10.0.199.0/24")}
+            self.assertEqual(len(metrics), 1, metrics)
+            seen |= metrics
+        self.assertGreater(len(seen), 3)
+
+    @unittest.skipUnless(os.geteuid() == 0, "mounting needs root")
+    def test_a_full_disk_loses_nothing(self):
+        small = {f"10.0.{i}.0/24": {"type": "static", "fec": "0.1"} for i in range(50)}
+        large = {f"10.{i >> 8}.{i & 255}.0/24": {"type": "static", "fec": "0.1"}
+                 for i in range(40_000)}
+        fec = {"0.1": {"vias": [{"hop": "192.0.2.1", "interface": "Ethernet1"}]}}
+        one = snapshot_file(self.folder, {"routingStatus": small}, forwardingStatus=fec)
+        before = one.read_text()
+        other = self.folder / "large.json"
+        other.write_text(before.replace(json.dumps(small), json.dumps(large)))
+        disk = self.folder / "disk"
+        disk.mkdir()
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=800k", "none", disk],
+                                 check=False, capture_output=True)
+        if mounted.returncode != 0:
+            self.skipTest("nothing can be mounted here")
+        self.addCleanup(subprocess.run, ["umount", disk], check=True)
+        database = disk / "state.db"
+        self.assert_ends(load(one, database), 0, "")
+        self.assert_ends(load(other, database), 1, f"rova: {database}: database or disk is full\n")
+        shown = [rova("snapshot", "save", "-", state=state).stdout for state in (one, database)]
+        self.assertEqual(shown[0], shown[1])
+
     def default(self, **facts):
         """What `show state` chooses with the database in the place of this machine's."""
         connection = sqlite3.connect(self.path)
@@ -168,7 +228,7 @@ class DatabaseTest(CommandTest):
             self.assertEqual(self.default()[0], str(self.path))
             for key, why in (("boot", "is of another boot"),
                              ("network", "is of another network namespace"),
-                             ("source", "is not the state of this machine")):
+                             ("source", "is not the state of a kernel")):
                 self.assertEqual(self.default(**{**ours, key: "other"}),
                                  ("kernel", f"{self.path} {why}"))
 
