@@ -1,5 +1,7 @@
 #include "sources/database/Columns.h"
 
+#include "sources/database/Showable.h"
+
 namespace sources::database {
 
 namespace {
@@ -74,6 +76,7 @@ Kesh::IntfId readInterface(Statement& row, const char* column, Session& session)
   if (row.null()) return {};
   const auto intfId =
       Kesh::IntfId::fromValue(static_cast<std::uint64_t>(row.integer(column)));
+  if (isStrangeFec(intfId)) row.wrong(column, "an interface, or a FEC of a known type");
   session.requireName(intfId);
   return intfId;
 }

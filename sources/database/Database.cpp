@@ -2,6 +2,7 @@
 
 #include "sources/database/Lock.h"
 #include "sources/database/Schema.h"
+#include "sources/database/Showable.h"
 #include "sources/database/Table.h"
 #include "sources/database/TextTables.h"
 #include "sources/database/Writer.h"
@@ -139,6 +140,7 @@ State load(const std::string& path, const Needs& needs) {
     Connection& connection = session->connection();
     const auto text = TextTables(connection).snapshotText(needs);
     State state{snapshot::loadText(text, path), {}, session};
+    requireShowable(state.device, path + ": damaged");
     state.notes.silence = silenceOf(path, readFacts(connection));
     putTables(Tables(session), state.device);
     putCounters(Tables(session), state.device);

@@ -1,6 +1,7 @@
 #include "sources/database/Writer.h"
 
 #include "sources/database/Schema.h"
+#include "sources/database/Showable.h"
 #include "sources/database/TableWriter.h"
 #include "sources/database/TextTables.h"
 #include "sources/database/Transaction.h"
@@ -57,6 +58,7 @@ class Replacing {
       : session_(session), device_(device), now_(timeNow()) {}
 
   Changes run() {
+    requireShowable(device_, "the state");
     for (const auto& vrf : device_.vrfs) {
       replaceVrf<Ip4>(vrf);
       replaceVrf<Ip6>(vrf);
