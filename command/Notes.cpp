@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -58,21 +57,12 @@ void printSilence(scrivo::Printer& printer, const sources::Notes::Silence& silen
   scrivo::StringAttrInfo agent(printer, "agent"), currentAt(printer, "currentAt");
   scrivo::Uint64AttrInfo age(printer, "age");
   agent.setValue(silence.agent);
-  currentAt.setValue(timeText(silence.currentAt));
+  currentAt.setValue(silence.currentAt);
   age.setValue(static_cast<std::uint64_t>(std::max<std::int64_t>(silence.age, 0)));
   printer.addAttributes("", 3, agent.getArg(), currentAt.getArg(), age.getArg());
 }
 
 } // namespace
-
-std::string timeText(std::int64_t milliseconds) {
-  const std::time_t seconds = milliseconds / 1000;
-  std::tm parts{};
-  gmtime_r(&seconds, &parts);
-  char text[sizeof "+YYYYYYYYYY-MM-DDThh:mm:ssZ"];
-  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
-  return text;
-}
 
 std::vector<std::string> linesOf(const sources::Notes& notes, const std::string& source) {
   std::vector<std::string> lines;
@@ -82,7 +72,7 @@ std::vector<std::string> linesOf(const sources::Notes& notes, const std::string&
   }
   if (notes.silence) {
     lines.push_back(source + ": its agent is " + notes.silence->agent + "; the state is that of " +
-                    timeText(notes.silence->currentAt) + ", " +
+                    notes.silence->currentAt + ", " +
                     std::to_string(notes.silence->age) + " s ago");
   }
   if (notes.hiddenRoutes == 1) lines.push_back("1 route of other metrics or TOS is not shown");

@@ -8,9 +8,6 @@
 
 namespace command {
 
-/// A time in milliseconds since 1970, to the second (RFC 3339).
-std::string timeText(std::int64_t milliseconds);
-
 /// The notes as lines for standard error; `source` names the state.
 std::vector<std::string> linesOf(const sources::Notes& notes, const std::string& source);
 

@@ -1,6 +1,5 @@
 #include "command/ShowState.h"
 
-#include "command/Notes.h"
 #include "scrivo/Printer.h"
 #include "sources/Source.h"
 #include "sources/database/Database.h"
@@ -13,6 +12,7 @@ namespace command {
 namespace {
 
 using sources::database::Facts;
+using sources::database::timeText;
 
 /// Prints members of the document, each with a line of its own in text.
 class StatePrinter {

@@ -99,6 +99,11 @@ PyObject* state(PyObject* self, void*) {
       for (const auto& table : notes.moved) check(PyList_Append(moved.get(), strOf(table).get()));
       addNote(dictionary, "moved", moved);
     }
+    if (notes.silence) {
+      addNote(dictionary, "agent", strOf(notes.silence->agent));
+      addNote(dictionary, "currentAt", strOf(notes.silence->currentAt));
+      addNote(dictionary, "age", owned(PyLong_FromLongLong(notes.silence->age)));
+    }
     if (notes.hiddenRoutes != 0) {
       addNote(dictionary, "hiddenRoutes", owned(PyLong_FromUnsignedLongLong(notes.hiddenRoutes)));
     }

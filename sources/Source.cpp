@@ -45,8 +45,8 @@ std::string unfit(const std::string& path) {
 } // namespace
 
 Choice defaultSource() {
-  const char* const named = std::getenv("ROVA_STATE_DB");
-  const std::string path = named ? named : database::defaultPath;
+  const char* const given = std::getenv("ROVA_STATE_DB");
+  const std::string path = given ? given : database::defaultPath;
   const auto why = unfit(path);
   if (!why.empty()) return {std::string(own), why};
   return {path, "its agent lives, and it is of this boot and network namespace"};

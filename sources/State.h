@@ -34,9 +34,9 @@ struct Notes {
 
   /// Who kept the state current and does no more; nothing while all is well.
   struct Silence {
-    const char* agent;      ///< "gone", or "silent" for one that still runs
-    std::int64_t currentAt; ///< until when the state was kept current, in ms since 1970
-    std::int64_t age;       ///< how long that is ago, in seconds
+    const char* agent;     ///< "gone", or "silent" for one that still runs
+    std::string currentAt; ///< until when the state was kept current (RFC 3339)
+    std::int64_t age;      ///< how long that is ago, in seconds
   };
   std::optional<Silence> silence = {};
 

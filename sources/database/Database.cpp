@@ -103,7 +103,7 @@ std::optional<Notes::Silence> silenceOf(const std::string& path, const Facts& fa
   const auto writer = liveWriter(path);
   if (writer && writer->silence < longestSilence) return {};
   const auto lastSign = std::max({facts.changed, facts.stopped, lastBeat(path)});
-  return Notes::Silence{writer ? "silent" : "gone", lastSign, (timeNow() - lastSign) / 1000};
+  return Notes::Silence{writer ? "silent" : "gone", timeText(lastSign), (timeNow() - lastSign) / 1000};
 }
 
 } // namespace

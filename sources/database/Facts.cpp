@@ -1,6 +1,7 @@
 #include "sources/database/Facts.h"
 
 #include <chrono>
+#include <ctime>
 #include <fstream>
 #include <map>
 #include <sys/stat.h>
@@ -71,6 +72,15 @@ std::string networkNamespace() {
 std::int64_t timeNow() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+}
+
+std::string timeText(std::int64_t milliseconds) {
+  const std::time_t seconds = milliseconds / 1000;
+  std::tm parts{};
+  gmtime_r(&seconds, &parts);
+  char text[sizeof "+YYYYYYYYYY-MM-DDThh:mm:ssZ"];
+  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+  return text;
 }
 
 } // namespace sources::database

@@ -32,5 +32,7 @@ std::string bootId();
 std::string networkNamespace();
 /// Milliseconds since 1970.
 std::int64_t timeNow();
+/// Such a time to the second (RFC 3339).
+std::string timeText(std::int64_t milliseconds);
 
 } // namespace sources::database
