@@ -143,7 +143,13 @@ class RouteTable<Family>::Update {
 
   bool isSame(const Row& a, const Row& b) const {
     if (a.type != b.type || nexthopOf(a) != nexthopOf(b)) return false;
+    if (Family::detailsTellApart && !hasSameDetails(a, b)) return false;
     return nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), isSameWay);
+  }
+  bool hasSameDetails(const Row& a, const Row& b) const {
+    const auto sourceOf = [&](const Row& row) { return lists_.lists()[row.hopList].source; };
+    return a.protocol == b.protocol && sourceOf(a) == sourceOf(b) &&
+           (nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), {}, &Hop::weight, &Hop::weight));
   }
   auto findSame(const Row& row, Equals& equals) const {
     return std::ranges::find_if(equals, [&](const TimedRow& one) { return isSame(row, one.row); });

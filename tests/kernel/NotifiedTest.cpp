@@ -9,6 +9,8 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
   const R a{"10.0.0.0", 8, {{"10.0.0.1"}}}, b{"10.0.0.0", 8, {{"10.0.0.2"}}},
       c{"10.0.0.0", 8, {{"10.0.0.3"}}};
   const R both{"10.0.0.0", 8, {{"10.0.0.1"}, {"10.0.0.2", 2}}};
+  R likeA = a;
+  likeA.protocol = RTPROT_BGP;
   const struct {
     std::vector<Step> before, events;
     const char* shown;
@@ -20,6 +22,7 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
       {{a, b}, {told(RTM_DELROUTE, a)}, "10.0.0.2 eth1"},
       {{a}, {told(RTM_DELROUTE, a)}, "none"},
       {{a}, {told(RTM_DELROUTE, b)}, "10.0.0.1 eth1"},
+      {{a}, {told(RTM_NEWROUTE, likeA, NLM_F_APPEND), told(RTM_DELROUTE, a)}, "10.0.0.1 eth1"},
       {{both}, {told(RTM_DELROUTE, both)}, "none"},
       {{both}, {told(RTM_NEWROUTE, both)}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
       {{}, {told(RTM_NEWROUTE, a), told(RTM_DELROUTE, a), told(RTM_NEWROUTE, b)}, "10.0.0.2 eth1"},
