@@ -115,6 +115,8 @@ class Follower {
   void hearRoute(const nlmsghdr& header, Bytes payload);
   void interfaceTurned(const Link& before, const Link& now);
   void interfaceLost(std::uint32_t interface, bool gone);
+  bool hasIp4(std::uint32_t interface);
+  void ip4Turned(std::uint32_t interface, bool on);
   void nexthopsLost(std::uint32_t interface);
   void nexthopLost(std::uint32_t id);
   void routesLost(const Loss& loss);

@@ -119,6 +119,7 @@ class RouteTable<Family>::Update {
     if (loss.interface != 0) {
       const bool all = loss.interfaceGone || !Family::keepsOwnAddresses;
       for (const std::uint32_t list : lists_.over(loss.interface)) {
+        if (loss.objectsStay && lists_.lists()[list].nexthopId != 0) continue;
         (all ? losses_[list].all : losses_[list].forwarding) = now_;
       }
     } else if (loss.nexthop != 0) {

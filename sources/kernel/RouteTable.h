@@ -26,6 +26,7 @@ enum class Change : std::uint8_t {
 struct Loss {
   std::uint32_t interface = 0; ///< that of all their hops, which went down
   bool interfaceGone = false;  ///< or was deleted
+  bool objectsStay = false;    ///< routes over nexthop objects stay
   Kesh::IpGenAddr source;      ///< the own address that they leave with
   std::uint32_t nexthop = 0;   ///< their nexthop object
 };
