@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <random>
+#include <unistd.h>
 
 namespace kernel_test {
 namespace {
@@ -16,13 +17,8 @@ using sources::database::Writer;
 
 class LiveDeviceTest : public FollowerTest {
  protected:
-  LiveDeviceTest() {
-    std::filesystem::remove(path);
-    kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
-  }
-  ~LiveDeviceTest() override {
-    for (const char* const suffix : {"", "-wal", "-shm"}) std::filesystem::remove(path + suffix);
-  }
+  LiveDeviceTest() { kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}}; }
+  ~LiveDeviceTest() override { sources::database::removeFiles(path); }
 
   void begin() {
     follower.read(std::chrono::seconds(2));

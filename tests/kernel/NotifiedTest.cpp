@@ -181,17 +181,17 @@ TEST_F(FollowerTest, GroupsLoseTheMembersOfAnInterfaceThatGoes) {
 }
 
 TEST_F(FollowerTest, AnAddressThatStandsElsewhereKeepsItsRoutes) {
-  R from{"10.0.0.0", 8};
+  R from{"10.0.0.0", 8, {{nullptr, 2}}};
   from.source = "10.9.0.1";
   kernel.scripts["addresses"] = {{address(1, "10.9.0.1", 24), address(2, "10.9.0.1", 32)}};
   const Step first = told(RTM_DELADDR, address(1, "10.9.0.1", 24)),
              second = told(RTM_DELADDR, address(2, "10.9.0.1", 32));
   const Step another = told(RTM_DELADDR, address(1, "fd00::1", 64));
-  EXPECT_EQ(after({from}, {first, another}), "eth1");
+  EXPECT_EQ(after({from}, {first, another}), "eth2");
   EXPECT_EQ(after({from}, {first, second}), "none");
   EXPECT_EQ(after({from}, {first, second, told(RTM_NEWADDR, address(2, "10.9.0.1", 32)),
                            told(RTM_NEWROUTE, from)}),
-            "eth1");
+            "eth2");
 }
 
 TEST_F(FollowerTest, MembersKeepTheirCountsWhenAGroupChanges) {
