@@ -286,6 +286,14 @@ void RouteTable<Family>::settle() {
 }
 
 template <class Family>
+void RouteTable<Family>::moveTo(HopLists& to) {
+  settle();
+  for (Row& row : rows_) {
+    row.hopList = to.enter(lists_.lists()[row.hopList], lists_.hops(row.hopList));
+  }
+}
+
+template <class Family>
 std::vector<RouteRow<Family>> RouteTable<Family>::touched() const {
   std::vector<Row> rows;
   for (const Event& event : journal_) {

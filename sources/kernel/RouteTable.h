@@ -52,6 +52,9 @@ class RouteTable : public Wholeness {
   /// Undoes `take`.
   void putBack(std::vector<Row> rows) { rows_ = std::move(rows); }
 
+  /// Gives the rows hop lists of `to`, which takes the place of theirs afterwards.
+  void moveTo(HopLists& to);
+
   /// How many rows there are, but for what was notified since they were taken or put back.
   std::size_t size() const { return rows_.size(); }
 

@@ -140,6 +140,22 @@ TEST_F(LiveDeviceTest, WhatTakesTheWhole) {
   expectCurrent("in the end");
 }
 
+/// An agent lives for years, in which every way to forward comes and goes.
+TEST_F(LiveDeviceTest, HopListsWithoutRoutesGo) {
+  begin();
+  for (unsigned batch = 0; batch < 7; ++batch) {
+    std::vector<Step> events;
+    for (unsigned i = 0; i < 10'000; ++i) {
+      const std::string gateway = "10." + std::to_string(batch) + "." + std::to_string(i / 250) + "." +
+                                  std::to_string(i % 250);
+      events.push_back(told(RTM_NEWROUTE, R{"10.0.0.0", 8, {{gateway.c_str()}}}, NLM_F_REPLACE));
+    }
+    hear(events);
+  }
+  EXPECT_LT(follower.hopLists().lists().size(), 10'000u);
+  expectCurrent("in the end");
+}
+
 /// What is known by its nexthop object keeps its identifier whatever becomes of the object.
 TEST_F(LiveDeviceTest, FecsKeepTheirIdentifiers) {
   R overObject{"10.1.0.0", 16};
