@@ -187,13 +187,15 @@ void Writer::checkpointByHand() {
 
 bool Writer::checkpoint() {
   if (!logPages_ || *logPages_ < mostLogPages) return true;
+  const bool restarts = *logPages_ >= 2 * mostLogPages;
   sqlite3* const handle = connection().handle();
   const BusyTimeout wait(handle, waitForReaders);
-  const int result =
-      sqlite3_wal_checkpoint_v2(handle, nullptr, SQLITE_CHECKPOINT_RESTART, nullptr, nullptr);
-  if ((result & 0xff) == SQLITE_BUSY) return false;
+  const int result = sqlite3_wal_checkpoint_v2(
+      handle, nullptr, restarts ? SQLITE_CHECKPOINT_RESTART : SQLITE_CHECKPOINT_PASSIVE, nullptr,
+      nullptr);
+  if ((result & 0xff) == SQLITE_BUSY) return !restarts;
   if (result != SQLITE_OK) connection().fail();
-  *logPages_ = 0;
+  *logPages_ = 0; // until the next transaction tells
   return true;
 }
 

@@ -40,8 +40,9 @@ class Writer {
 
   /// Leaves it to the caller when the log's content moves into the file: see `checkpoint`.
   void checkpointByHand();
-  /// Moves the log's content into the file, so that the log begins anew, once it has outgrown 16 MiB.
-  /// Waits for readers of older states for at most 1.5 s; false when they did not end. Raises
+  /// Moves the log's content into the file once it has outgrown 16 MiB, so that the log begins anew
+  /// with the next transaction that meets no reader. A log of 32 MiB begins anew in any case: this
+  /// waits for readers of older states, for at most 1.5 s, and is false when they did not end. Raises
   /// `SqliteError`.
   bool checkpoint();
 

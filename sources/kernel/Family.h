@@ -21,6 +21,8 @@ struct Ip4 : state::Ip4Tables {
   }
   /// A message of a route with several next hops tells of that route alone.
   static constexpr bool tellsSiblings = false;
+  /// Routes that differ in their protocol, their own address or their weights alone are several.
+  static constexpr bool detailsTellApart = true;
   /// A route that is entered without more words comes ahead of those that are its equals.
   static constexpr bool entersAhead = true;
   /// Routes to the addresses of an interface stay when it goes down.
@@ -43,6 +45,7 @@ struct Ip6 : state::Ip6Tables {
   /// Routes through gateways that are equal but for these are one to the kernel, with several next
   /// hops: a message that enters one shows all, one that removes some shows those.
   static constexpr bool tellsSiblings = true;
+  static constexpr bool detailsTellApart = false;
   static constexpr bool entersAhead = false;
   static constexpr bool keepsOwnAddresses = false;
   static constexpr std::uint8_t family = AF_INET6;

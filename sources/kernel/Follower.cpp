@@ -107,6 +107,14 @@ Heard Follower::listen() {
   return std::exchange(heard_, {});
 }
 
+void Follower::tidy() {
+  HopLists used;
+  routes_.moveTo(used);
+  routes6_.moveTo(used);
+  hopLists_ = std::move(used);
+  tidyAt_ = 2 * hopLists_.lists().size() + mostUnused;
+}
+
 KernelState Follower::objects() const {
   KernelState state;
   state.links = links_.all();

@@ -67,6 +67,10 @@ class Follower {
     }
   }
   const HopLists& hopLists() const { return hopLists_; }
+  /// Whether so many hop lists came since they were tidied up that most may be without a route.
+  bool isUntidy() const { return hopLists_.lists().size() > tidyAt_; }
+  /// Forgets the hop lists without a route; the others get other numbers.
+  void tidy();
   using NeighbourKey = decltype(std::declval<Neighbour>().key());
   /// Those that were notified to be different, or gone, since this was asked before.
   std::set<NeighbourKey> touchedNeighbours() { return std::exchange(touchedNeighbours_, {}); }
@@ -115,6 +119,8 @@ class Follower {
   void hearRoute(const nlmsghdr& header, Bytes payload);
   void interfaceTurned(const Link& before, const Link& now);
   void interfaceLost(std::uint32_t interface, bool gone);
+  bool hasIp4(std::uint32_t interface);
+  void ip4Turned(std::uint32_t interface, bool on);
   void nexthopsLost(std::uint32_t interface);
   void nexthopLost(std::uint32_t id);
   void routesLost(const Loss& loss);
@@ -137,6 +143,8 @@ class Follower {
   std::set<std::uint32_t> tables_; ///< whose routes are wanted; empty for all
   RouteMessage route_;             ///< reused from message to message
   bool countsPackets_ = false;
+  static constexpr std::size_t mostUnused = 65536; ///< hop lists, some 100 bytes each
+  std::size_t tidyAt_ = mostUnused;
   Heard heard_; ///< since it was asked for
   std::set<NeighbourKey> touchedNeighbours_;
 };

@@ -98,6 +98,7 @@ class LiveDevice::Changer {
 };
 
 state::DeviceState LiveDevice::make(Follower& follower, const Forwarding& forwarding) {
+  if (follower.isUntidy()) follower.tidy();
   std::optional<MadeDevice> made;
   follower.show([&](KernelState& kernel) {
     kernel.forwarding = forwarding;
@@ -188,6 +189,7 @@ state::DeviceState LiveDevice::groupsOf(Follower& follower) const {
 
 std::optional<DeviceChanges> LiveDevice::change(Follower& follower) {
   if (!lists_ || hardwareTakesPart_ || follower.hasEncapsulations()) return {};
+  if (follower.isUntidy()) return {};
   lists_->extend(follower.hopLists(), nexthops_, *interfaces_);
   DeviceChanges changes;
   auto &routes = follower.routes<Ip4>();

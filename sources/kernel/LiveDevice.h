@@ -41,7 +41,7 @@ class LiveDevice {
 
   /// What changes by the routes and neighbours that the follower was notified of since this or `make`
   /// was called, which is all that it was notified of. Nothing when that cannot be told without the whole: when
-  /// VRFs come or go, the hardware has a part in it, or hops push more than a label. Then it is
+  /// VRFs come or go, the hardware has a part in it, hops push more than a label, or it is time to tidy up. Then it is
   /// made as a whole before anything else is asked.
   std::optional<DeviceChanges> change(Follower& follower);
 

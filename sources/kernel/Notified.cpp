@@ -111,18 +111,42 @@ void Follower::nexthopLost(std::uint32_t id) {
 void Follower::hearAddress(const nlmsghdr& header, Bytes payload) {
   auto address = decodeAddress(payload);
   if (!address) return;
+  const std::uint32_t interface = address->interface;
+  const bool ip4 = address->address.af() == Kesh::AddressFamily::ip4;
   if (header.nlmsg_type == RTM_NEWADDR) {
+    if (ip4 && !hasIp4(interface)) ip4Turned(interface, true);
     if (addresses_.changed(std::move(*address))) heard_.others = true;
     return;
   }
   heard_.others = true;
   addresses_.gone(address->key());
+  if (ip4 && !hasIp4(interface)) ip4Turned(interface, false);
   bool elsewhere = false;
   addresses_.forEach(
       [&](const Address& one) { elsewhere = elsewhere || one.address == address->address; });
-  if (elsewhere || address->address.af() != Kesh::AddressFamily::ip4) return;
+  if (elsewhere || !ip4) return;
   Loss loss;
   loss.source = address->address;
+  routes_.lost(loss);
+}
+
+bool Follower::hasIp4(std::uint32_t interface) {
+  bool found = false;
+  addresses_.forEach([&](const Address& one) {
+    found = found ||
+            (one.interface == interface && one.address.af() == Kesh::AddressFamily::ip4);
+  });
+  return found;
+}
+
+/// Without an address of its own an interface has no IPv4, and its routes go as if it were down.
+void Follower::ip4Turned(std::uint32_t interface, bool on) {
+  const HopLists::Use use = hopLists_.useOf(interface);
+  if (on ? use.dead : use.amongOthers) routes_.disturbed();
+  if (on) return;
+  Loss loss;
+  loss.interface = interface;
+  loss.objectsStay = true;
   routes_.lost(loss);
 }
 

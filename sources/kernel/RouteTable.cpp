@@ -119,6 +119,7 @@ class RouteTable<Family>::Update {
     if (loss.interface != 0) {
       const bool all = loss.interfaceGone || !Family::keepsOwnAddresses;
       for (const std::uint32_t list : lists_.over(loss.interface)) {
+        if (loss.objectsStay && lists_.lists()[list].nexthopId != 0) continue;
         (all ? losses_[list].all : losses_[list].forwarding) = now_;
       }
     } else if (loss.nexthop != 0) {
@@ -143,7 +144,13 @@ class RouteTable<Family>::Update {
 
   bool isSame(const Row& a, const Row& b) const {
     if (a.type != b.type || nexthopOf(a) != nexthopOf(b)) return false;
+    if (Family::detailsTellApart && !hasSameDetails(a, b)) return false;
     return nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), isSameWay);
+  }
+  bool hasSameDetails(const Row& a, const Row& b) const {
+    const auto sourceOf = [&](const Row& row) { return lists_.lists()[row.hopList].source; };
+    return a.protocol == b.protocol && sourceOf(a) == sourceOf(b) &&
+           (nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), {}, &Hop::weight, &Hop::weight));
   }
   auto findSame(const Row& row, Equals& equals) const {
     return std::ranges::find_if(equals, [&](const TimedRow& one) { return isSame(row, one.row); });
@@ -276,6 +283,14 @@ void RouteTable<Family>::settle() {
   if (!update_) return;
   rows_ = update_->merged();
   update_.reset();
+}
+
+template <class Family>
+void RouteTable<Family>::moveTo(HopLists& to) {
+  settle();
+  for (Row& row : rows_) {
+    row.hopList = to.enter(lists_.lists()[row.hopList], lists_.hops(row.hopList));
+  }
 }
 
 template <class Family>

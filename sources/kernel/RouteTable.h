@@ -26,6 +26,7 @@ enum class Change : std::uint8_t {
 struct Loss {
   std::uint32_t interface = 0; ///< that of all their hops, which went down
   bool interfaceGone = false;  ///< or was deleted
+  bool objectsStay = false;    ///< routes over nexthop objects stay
   Kesh::IpGenAddr source;      ///< the own address that they leave with
   std::uint32_t nexthop = 0;   ///< their nexthop object
 };
@@ -50,6 +51,9 @@ class RouteTable : public Wholeness {
   std::vector<Row> take();
   /// Undoes `take`.
   void putBack(std::vector<Row> rows) { rows_ = std::move(rows); }
+
+  /// Gives the rows hop lists of `to`, which takes the place of theirs afterwards.
+  void moveTo(HopLists& to);
 
   /// How many rows there are, but for what was notified since they were taken or put back.
   std::size_t size() const { return rows_.size(); }

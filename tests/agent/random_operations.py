@@ -2,7 +2,8 @@
 
 import random
 
-GATEWAYS = {4: [("10.1.0.2", "eth1"), ("10.1.0.3", "eth1"), ("10.2.0.2", "eth2")],
+GATEWAYS = {4: [("10.1.0.2", "eth1"), ("10.1.0.3", "eth1"), ("10.2.0.2", "eth2"),
+                ("10.5.0.2", "eth3")],
             6: [("fd01::2", "eth1"), ("fe80::7", "eth1"), ("fd02::2", "eth2")]}
 PROTOCOLS = ["static", "bgp", "ospf", "boot", "kernel", "77"]
 
@@ -66,17 +67,17 @@ class Operations:
                           f"nexthop replace id {number} blackhole"])
 
     def link(self):
-        link = self.pick(["eth1", "eth2", "peer1", "peer2", "red", "dummy1"])
+        link = self.pick(["eth1", "eth2", "peer1", "peer2", "red", "eth3", "peer3"])
         return self.pick([f"link set {link} {self.pick(['up', 'up', 'down'])}",
                           f"link set {link} {self.pick(['up', 'up', 'down'])}",
-                          "link add dummy1 type dummy", "link del dummy1",
+                          "link add eth3 type veth peer name peer3", "link del eth3",
                           "link add red type vrf table 70", "link del red",
-                          "link set dummy1 master red", "link set dummy1 nomaster",
-                          f"link set dummy1 alias name{self.random.randrange(3)}"])
+                          "link set eth3 master red", "link set eth3 nomaster",
+                          f"link set eth3 alias name{self.random.randrange(3)}"])
 
     def address(self):
         verb = self.pick(["add", "del"])
-        link = self.pick(["eth1", "eth2", "dummy1"])
+        link = self.pick(["eth1", "eth2", "eth3", "peer3"])
         number = self.random.randrange(3)
         return self.pick([f"addr {verb} 10.1.0.{number + 1}/24 dev {link}",
                           f"addr {verb} 10.{number + 5}.0.1/16 dev {link}",

@@ -128,6 +128,8 @@ class AgentTest(unittest.TestCase):
                           "addr add fd01::1/64 dev eth1 nodad", "addr add fd02::1/64 dev eth2 nodad"])
 
     def start(self, **environment):
+        if self.agent:
+            self.kill()
         self.agent = Agent("--netns", self.netns.name, "--state", self.file, **environment)
         self.addCleanup(self.kill)
         self.agent.wait_for("loaded")

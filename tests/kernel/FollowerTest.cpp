@@ -68,6 +68,32 @@ TEST_F(FollowerTest, LostNotificationsHaveEverythingDumpedAgain) {
   EXPECT_EQ(follower.moved(), std::vector<std::string>{"IPv4 routes"});
 }
 
+/// What was lost may have been the end of a route, and a dump amid changes proves nothing.
+TEST_F(FollowerTest, AfterALossOnlyAQuietDumpIsWhole) {
+  const Step stays = R{"10.0.0.0", 8}, gone = R{"11.0.0.0", 8}, moving = R{"12.0.0.0", 8};
+  auto& scripts = kernel.scripts["IPv4 routes"];
+  scripts = {{stays, gone}};
+  Follower follower(kernel, needs, [this] { return kernel.now; });
+  follower.read(milliseconds(500));
+  kernel.losesOnce = true;
+  EXPECT_TRUE(follower.listen().lost);
+  const Step moves = told(RTM_NEWROUTE, moving);
+  scripts = {{stays, moves}, {stays, moves}, {stays, moves}, {stays, moves}, {stays, moves}};
+  follower.read(milliseconds(300));
+  EXPECT_EQ(follower.moved(), std::vector<std::string>{"IPv4 routes"});
+  const auto shown = [&] {
+    Routes routes;
+    follower.show([&](KernelState& state) { routes = showRoutes(makeDevice(state)); });
+    return routes;
+  };
+  EXPECT_TRUE(shown().contains("default 11.0.0.0/8"));
+  scripts = {{stays, moving}};
+  follower.read(milliseconds(300));
+  EXPECT_EQ(follower.moved(), std::vector<std::string>());
+  EXPECT_EQ(shown(), (Routes{{"default 10.0.0.0/8", "static [1/0] | eth1"},
+                             {"default 12.0.0.0/8", "static [1/0] | eth1"}}));
+}
+
 TEST_F(FollowerTest, NeedsDecideWhatIsAsked) {
   kernel.scripts["interfaces"].front().push_back(link(3, "red"));
   const struct {

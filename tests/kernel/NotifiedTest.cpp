@@ -9,6 +9,8 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
   const R a{"10.0.0.0", 8, {{"10.0.0.1"}}}, b{"10.0.0.0", 8, {{"10.0.0.2"}}},
       c{"10.0.0.0", 8, {{"10.0.0.3"}}};
   const R both{"10.0.0.0", 8, {{"10.0.0.1"}, {"10.0.0.2", 2}}};
+  R likeA = a;
+  likeA.protocol = RTPROT_BGP;
   const struct {
     std::vector<Step> before, events;
     const char* shown;
@@ -20,6 +22,7 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
       {{a, b}, {told(RTM_DELROUTE, a)}, "10.0.0.2 eth1"},
       {{a}, {told(RTM_DELROUTE, a)}, "none"},
       {{a}, {told(RTM_DELROUTE, b)}, "10.0.0.1 eth1"},
+      {{a}, {told(RTM_NEWROUTE, likeA, NLM_F_APPEND), told(RTM_DELROUTE, a)}, "10.0.0.1 eth1"},
       {{both}, {told(RTM_DELROUTE, both)}, "none"},
       {{both}, {told(RTM_NEWROUTE, both)}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
       {{}, {told(RTM_NEWROUTE, a), told(RTM_DELROUTE, a), told(RTM_NEWROUTE, b)}, "10.0.0.2 eth1"},
@@ -93,6 +96,18 @@ TEST_F(FollowerTest, RoutesGoWithWhatTheyNeed) {
       {"back again", over1, {down, told(RTM_NEWROUTE, over1)}, "eth1"},
       {"another hop is left", overBoth, {down}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
       {"address", from, {told(RTM_DELADDR, address(1, "10.9.0.1", 24))}, "none"},
+      {"the only address of an interface",
+       over2,
+       {told(RTM_DELADDR, address(2, "10.9.0.2", 24))},
+       "none"},
+      {"one of two addresses of an interface",
+       over2,
+       {told(RTM_NEWADDR, address(2, "10.9.0.3", 24)), told(RTM_DELADDR, address(2, "10.9.0.2", 24))},
+       "eth2"},
+      {"the only address of an object's interface",
+       overObject,
+       {told(RTM_DELADDR, address(1, "10.9.0.1", 24))},
+       "10.0.0.9 eth1"},
       {"another address", from, {told(RTM_DELADDR, address(2, "10.9.0.2", 24))}, "eth1"},
       {"object", overObject, {told(RTM_DELNEXTHOP, nexthop(7, 1))}, "none"},
       {"object of a route that drops",
@@ -166,17 +181,17 @@ TEST_F(FollowerTest, GroupsLoseTheMembersOfAnInterfaceThatGoes) {
 }
 
 TEST_F(FollowerTest, AnAddressThatStandsElsewhereKeepsItsRoutes) {
-  R from{"10.0.0.0", 8};
+  R from{"10.0.0.0", 8, {{nullptr, 2}}};
   from.source = "10.9.0.1";
   kernel.scripts["addresses"] = {{address(1, "10.9.0.1", 24), address(2, "10.9.0.1", 32)}};
   const Step first = told(RTM_DELADDR, address(1, "10.9.0.1", 24)),
              second = told(RTM_DELADDR, address(2, "10.9.0.1", 32));
   const Step another = told(RTM_DELADDR, address(1, "fd00::1", 64));
-  EXPECT_EQ(after({from}, {first, another}), "eth1");
+  EXPECT_EQ(after({from}, {first, another}), "eth2");
   EXPECT_EQ(after({from}, {first, second}), "none");
   EXPECT_EQ(after({from}, {first, second, told(RTM_NEWADDR, address(2, "10.9.0.1", 32)),
                            told(RTM_NEWROUTE, from)}),
-            "eth1");
+            "eth2");
 }
 
 TEST_F(FollowerTest, MembersKeepTheirCountsWhenAGroupChanges) {

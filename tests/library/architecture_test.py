@@ -8,7 +8,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 DOCUMENT = ROOT / "docs/architecture.md"
-TOPS = ("platform", "rova", "sources", "command", "python", "tests", "bench", "fuzz")
+TOPS = ("platform", "rova", "sources", "command", "agent", "python", "tests", "bench", "fuzz")
 EVERYWHERE = "all"
 
 
