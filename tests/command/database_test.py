@@ -15,7 +15,7 @@ from pathlib import Path
 from support import (ROOT, STATE, CommandTest, all_scenarios, program, rova, run_program,
                      snapshot_file)
 
-REFUSED = ("no word", "no FEC, which", "a FEC that is in no table, which")
+REFUSED = ("no word", "no FEC, which", "a FEC that is in no table, which", "no known kind")
 
 
 def load(snapshot, database):
