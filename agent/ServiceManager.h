@@ -1,5 +1,5 @@
-// What the agent tells the service manager that started it, if one did: datagrams to the socket that
-// NOTIFY_SOCKET names, as sd_notify(3) describes them.
+// What the agent tells the service manager that started it, if one did: datagrams to the socket
+// that NOTIFY_SOCKET names, as sd_notify(3) describes them.
 #pragma once
 
 #include "sources/snapshot/Descriptor.h"
@@ -10,8 +10,8 @@ namespace agent {
 
 class ServiceManager {
  public:
-  /// Reads the environment. A socket whose name is abstract ("@...") belongs to a network namespace:
-  /// the object is made in that of the service manager.
+  /// Reads the environment. A socket whose name is abstract ("@...") belongs to a network
+  /// namespace: the object is made in that of the service manager.
   ServiceManager();
 
   void ready() { tell("READY=1"); }
