@@ -107,7 +107,6 @@ void Agent::load(const std::string& reason) {
   facts_.synchronised = timeNow();
   facts_.reason = reason;
   if (!writeAll()) return;
-  manager_.ready();
   const auto routes = follower_.routes<sources::kernel::Ip4>().size() +
                       follower_.routes<sources::kernel::Ip6>().size();
   LogLine(reason == atStart ? "loaded" : "resynchronised")
@@ -236,6 +235,7 @@ bool Agent::writeAll() {
     const Changes changes = writer.replace(device, facts_);
     rows_ = changes.entered + changes.removed;
   });
+  if (!behind_) manager_.ready();
   return !behind_;
 }
 

@@ -5,6 +5,7 @@
 #include "sources/snapshot/Descriptor.h"
 
 #include <string_view>
+#include <utility>
 
 namespace agent {
 
@@ -14,7 +15,10 @@ class ServiceManager {
   /// namespace: the object is made in that of the service manager.
   ServiceManager();
 
-  void ready() { tell("READY=1"); }
+  /// Told once, however often it is called.
+  void ready() {
+    if (!std::exchange(isReady_, true)) tell("READY=1");
+  }
   void stopping() { tell("STOPPING=1"); }
   /// To be called more often than WATCHDOG_USEC says.
   void alive() {
@@ -26,6 +30,7 @@ class ServiceManager {
 
   sources::snapshot::Descriptor socket_;
   bool watches_ = false;
+  bool isReady_ = false;
 };
 
 } // namespace agent
