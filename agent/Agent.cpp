@@ -4,8 +4,8 @@
 #include "agent/WriteChanges.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <csignal>
+#include <cstdlib>
 #include <linux/rtnetlink.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -49,7 +49,8 @@ std::int64_t since(Time begin) {
 } // namespace
 
 bool isIn(const std::string& netns) {
-  struct stat named {}, own {};
+  struct stat named {
+  }, own{};
   return stat(("/run/netns/" + netns).c_str(), &named) == 0 &&
          stat("/proc/self/ns/net", &own) == 0 && named.st_dev == own.st_dev &&
          named.st_ino == own.st_ino;
@@ -85,7 +86,10 @@ void Agent::runOnce() {
 }
 
 void Agent::begin() {
-  LogLine("started").with("source", facts_.source).with("state", options_.state).with("pid", getpid());
+  LogLine("started")
+      .with("source", facts_.source)
+      .with("state", options_.state)
+      .with("pid", getpid());
   store_.attempt([&](Writer& writer) {
     const Facts before = readFacts(writer.connection());
     facts_.changed = before.changed;
@@ -103,8 +107,8 @@ void Agent::load(const std::string& reason) {
   facts_.synchronised = timeNow();
   facts_.reason = reason;
   if (!writeAll()) return;
-  manager_.ready();
-  const auto routes = follower_.routes<sources::kernel::Ip4>().size() + follower_.routes<sources::kernel::Ip6>().size();
+  const auto routes = follower_.routes<sources::kernel::Ip4>().size() +
+                      follower_.routes<sources::kernel::Ip6>().size();
   LogLine(reason == atStart ? "loaded" : "resynchronised")
       .with("reason", reason)
       .with("routes", static_cast<std::int64_t>(routes))
@@ -231,6 +235,7 @@ bool Agent::writeAll() {
     const Changes changes = writer.replace(device, facts_);
     rows_ = changes.entered + changes.removed;
   });
+  if (!behind_) manager_.ready();
   return !behind_;
 }
 

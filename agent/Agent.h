@@ -80,16 +80,16 @@ class Agent {
   sources::kernel::LiveDevice device_;
   sources::database::Facts facts_;
 
-  sources::kernel::Heard heard_;   ///< and not yet written
-  std::optional<Time> batchEnds_;  ///< nothing while nothing was heard
-  bool behind_ = true;             ///< the database may lack what was heard before
-  std::string asked_;              ///< why all is to be read anew; empty for no reason
-  std::string doubt_;              ///< why tables are not known to be whole
+  sources::kernel::Heard heard_;  ///< and not yet written
+  std::optional<Time> batchEnds_; ///< nothing while nothing was heard
+  bool behind_ = true;            ///< the database may lack what was heard before
+  std::string asked_;             ///< why all is to be read anew; empty for no reason
+  std::string doubt_;             ///< why tables are not known to be whole
   Backoff rereads_;
   Time rereadAt_{}, beatAt_{}, pulseAt_{};
   int ended_ = 0; ///< the signal that ends it
   bool knowsFecs_ = false;
-  std::uint64_t rows_ = 0;  ///< that the last writing of all changed
+  std::uint64_t rows_ = 0; ///< that the last writing of all changed
 };
 
 } // namespace agent

@@ -32,7 +32,8 @@ ServiceManager::ServiceManager() : watches_(std::getenv("WATCHDOG_USEC")) {
 }
 
 void ServiceManager::tell(std::string_view what) {
-  if (socket_.isOpen()) send(socket_.number(), what.data(), what.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  if (socket_.isOpen())
+    send(socket_.number(), what.data(), what.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 
 } // namespace agent

@@ -1,20 +1,24 @@
-// What the agent tells the service manager that started it, if one did: datagrams to the socket that
-// NOTIFY_SOCKET names, as sd_notify(3) describes them.
+// What the agent tells the service manager that started it, if one did: datagrams to the socket
+// that NOTIFY_SOCKET names, as sd_notify(3) describes them.
 #pragma once
 
 #include "sources/snapshot/Descriptor.h"
 
 #include <string_view>
+#include <utility>
 
 namespace agent {
 
 class ServiceManager {
  public:
-  /// Reads the environment. A socket whose name is abstract ("@...") belongs to a network namespace:
-  /// the object is made in that of the service manager.
+  /// Reads the environment. A socket whose name is abstract ("@...") belongs to a network
+  /// namespace: the object is made in that of the service manager.
   ServiceManager();
 
-  void ready() { tell("READY=1"); }
+  /// Told once, however often it is called.
+  void ready() {
+    if (!std::exchange(isReady_, true)) tell("READY=1");
+  }
   void stopping() { tell("STOPPING=1"); }
   /// To be called more often than WATCHDOG_USEC says.
   void alive() {
@@ -26,6 +30,7 @@ class ServiceManager {
 
   sources::snapshot::Descriptor socket_;
   bool watches_ = false;
+  bool isReady_ = false;
 };
 
 } // namespace agent

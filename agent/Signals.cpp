@@ -24,7 +24,7 @@ Signals::Signals() : file_(openSignals()) {}
 int Signals::next() {
   signalfd_siginfo info{};
   return read(file_.number(), &info, sizeof info) == sizeof info ? static_cast<int>(info.ssi_signo)
-                                                                  : 0;
+                                                                 : 0;
 }
 
 } // namespace agent

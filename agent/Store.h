@@ -1,6 +1,6 @@
-// The database that the agent writes, and what it does when that cannot be written: it says so once,
-// and tries again after a second, then after twice as long each time, up to half a minute. A damaged
-// file is started anew.
+// The database that the agent writes, and what it does when that cannot be written: it says so
+// once, and tries again after a second, then after twice as long each time, up to half a minute. A
+// damaged file is started anew.
 #pragma once
 
 #include "sources/database/Lock.h"
@@ -31,16 +31,16 @@ class Backoff {
 
 class Store {
  public:
-  /// Takes the lock of the database at `path`; raises `SourceError` when another has it. Calls `pulse`
-  /// every now and then while it writes; that raises nothing.
+  /// Takes the lock of the database at `path`; raises `SourceError` when another has it. Calls
+  /// `pulse` every now and then while it writes; that raises nothing.
   Store(std::string path, sources::database::Log log, std::function<void()> pulse);
 
   /// Tells that the writer lives.
   void beat() { lock_.beat(); }
 
-  /// Calls `write`; false when that failed, and has been told. What it would have written lacks then:
-  /// the next one has to write the whole state. Raises `SourceError` for a file that never was a
-  /// database of ours.
+  /// Calls `write`; false when that failed, and has been told. What it would have written lacks
+  /// then: the next one has to write the whole state. Raises `SourceError` for a file that never
+  /// was a database of ours.
   bool attempt(const std::function<void(sources::database::Writer&)>& write);
   /// When the next attempt is worth it; nothing unless the last one failed.
   const std::optional<Time>& retryAt() const { return retryAt_; }

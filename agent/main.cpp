@@ -1,5 +1,5 @@
-// The rova-agent program: the command line, the place where it works, and errors as one line with an
-// exit status.
+// The rova-agent program: the command line, the place where it works, and errors as one line with
+// an exit status.
 #include "agent/Agent.h"
 #include "agent/LogLine.h"
 #include "lumo/ActivityLock.h"

@@ -9,9 +9,9 @@
 
 namespace sources::database {
 
-/// Whoever makes it sees to it that the state stays one that can be listed: a route leads to a FEC that
-/// stands there, and a VRF has its row. Everything raises `SqliteError`; without `commit` nothing is
-/// changed.
+/// Whoever makes it sees to it that the state stays one that can be listed: a route leads to a FEC
+/// that stands there, and a VRF has its row. Everything raises `SqliteError`; without `commit`
+/// nothing is changed.
 class Batch {
  public:
   using VrfId = Vrf::VrfIdMap::VrfId;

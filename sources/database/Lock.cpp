@@ -70,7 +70,8 @@ bool WriterLock::isOwn() const {
 
 void WriterLock::marksOwn() {
   // Without the mark a damaged file is refused by the next writer instead of being started anew.
-  if (!isOwn()) [[maybe_unused]] const auto written = pwrite(file_.number(), "w", 1, 0);
+  if (!isOwn()) [[maybe_unused]]
+    const auto written = pwrite(file_.number(), "w", 1, 0);
 }
 
 } // namespace sources::database

@@ -34,8 +34,8 @@ class WriterLock {
   /// Tells that the writer lives.
   void beat();
 
-  /// Whether `marksOwn` was called for that database, by this writer or one before it: whatever stands
-  /// there now is a writer's, and not a file that only has the name.
+  /// Whether `marksOwn` was called for that database, by this writer or one before it: whatever
+  /// stands there now is a writer's, and not a file that only has the name.
   bool isOwn() const;
   void marksOwn();
 

@@ -21,10 +21,10 @@ namespace sources::kernel {
 /// What the kernel told of.
 struct Heard {
   std::size_t changes = 0;
-  bool lost = false;       ///< some of it was dropped: there was too much at once
-  bool routes = false;     ///< routes, each by a word of its own
+  bool lost = false;   ///< some of it was dropped: there was too much at once
+  bool routes = false; ///< routes, each by a word of its own
   bool neighbours = false;
-  bool others = false;     ///< anything else, with routes that may have gone with it
+  bool others = false; ///< anything else, with routes that may have gone with it
 
   void add(const Heard& more) {
     changes += more.changes;

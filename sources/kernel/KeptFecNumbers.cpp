@@ -50,8 +50,7 @@ void KeptFecNumbers::keep(const Vanta::Fib6::Fec& fec) { keepFec(fec); }
 
 FecId KeptFecNumbers::idFor(const ViaList& list, const Content& content) {
   const auto found = ids_[list.ip6].find(content);
-  return found != ids_[list.ip6].end() ? found->second
-                                       : idOfNumber(list.ip6, ++lasts_[list.ip6]);
+  return found != ids_[list.ip6].end() ? found->second : idOfNumber(list.ip6, ++lasts_[list.ip6]);
 }
 
 void KeptFecNumbers::number(std::span<ViaList* const> lists) {

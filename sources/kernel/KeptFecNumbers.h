@@ -7,8 +7,8 @@
 
 namespace sources::kernel {
 
-/// A FEC is known by what it is: by the number of its nexthop object where it has one, whose content
-/// may change under the same identifier, and by its content elsewhere.
+/// A FEC is known by what it is: by the number of its nexthop object where it has one, whose
+/// content may change under the same identifier, and by its content elsewhere.
 class KeptFecNumbers final : public FecNumbers {
  public:
   /// A FEC that stands somewhere already, where it is to keep its identifier.

@@ -41,7 +41,8 @@ class RowReader {
     return route;
   }
 
-  /// The first of the routes that an administrator added, whether or not it forwards; null for none.
+  /// The first of the routes that an administrator added, whether or not it forwards; null for
+  /// none.
   Lumo::Ptr<Routing::Route> configured(Rows same) const {
     const auto row = std::ranges::find_if(same, [&](const Row& one) {
       return one.tos == 0 && (one.protocol == RTPROT_STATIC || one.protocol == RTPROT_BOOT) &&

@@ -1,6 +1,6 @@
 // A route that is notified changes its prefix in its VRF and nothing beside it, so each prefix that
-// was touched is looked at twice: as it was listed, and as it is to be. What was listed stands in the
-// database: no notification is brought in without a look at both.
+// was touched is looked at twice: as it was listed, and as it is to be. What was listed stands in
+// the database: no notification is brought in without a look at both.
 #include "sources/kernel/LiveDevice.h"
 
 #include "sources/kernel/ListedRoute.h"
@@ -192,8 +192,8 @@ std::optional<DeviceChanges> LiveDevice::change(Follower& follower) {
   if (follower.isUntidy()) return {};
   lists_->extend(follower.hopLists(), nexthops_, *interfaces_);
   DeviceChanges changes;
-  auto &routes = follower.routes<Ip4>();
-  auto &routes6 = follower.routes<Ip6>();
+  auto& routes = follower.routes<Ip4>();
+  auto& routes6 = follower.routes<Ip6>();
   Changer<Ip4> changer(*this, routes, changes.routes);
   Changer<Ip6> changer6(*this, routes6, changes.routes6);
   if (!changer.run() || !changer6.run()) return {};

@@ -1,5 +1,5 @@
-// A device that is kept up to date with a follower: made as a whole, and afterwards by what changes of
-// its routes and neighbours, as long as nothing else does.
+// A device that is kept up to date with a follower: made as a whole, and afterwards by what changes
+// of its routes and neighbours, as long as nothing else does.
 #pragma once
 
 #include "sources/kernel/Device.h"
@@ -39,10 +39,10 @@ class LiveDevice {
   /// The whole device. Raises `SourceError` as `makeDevice` does.
   state::DeviceState make(Follower& follower, const Forwarding& forwarding);
 
-  /// What changes by the routes and neighbours that the follower was notified of since this or `make`
-  /// was called, which is all that it was notified of. Nothing when that cannot be told without the whole: when
-  /// VRFs come or go, the hardware has a part in it, hops push more than a label, or it is time to tidy up. Then it is
-  /// made as a whole before anything else is asked.
+  /// What changes by the routes and neighbours that the follower was notified of since this or
+  /// `make` was called, which is all that it was notified of. Nothing when that cannot be told
+  /// without the whole: when VRFs come or go, the hardware has a part in it, hops push more than a
+  /// label, or it is time to tidy up. Then it is made as a whole before anything else is asked.
   std::optional<DeviceChanges> change(Follower& follower);
 
  private:
@@ -66,7 +66,7 @@ class LiveDevice {
   std::optional<ViaLists> lists_;
   std::optional<Interfaces> interfaces_;
   std::vector<Nexthop> nexthops_;
-  std::unordered_map<std::uint32_t, Vrf> vrfs_; ///< by table
+  std::unordered_map<std::uint32_t, Vrf> vrfs_;          ///< by table
   std::unordered_map<std::uint64_t, std::size_t> users_; ///< routes by FEC
   struct Before {
     std::size_t users;

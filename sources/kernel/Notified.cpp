@@ -133,8 +133,7 @@ void Follower::hearAddress(const nlmsghdr& header, Bytes payload) {
 bool Follower::hasIp4(std::uint32_t interface) {
   bool found = false;
   addresses_.forEach([&](const Address& one) {
-    found = found ||
-            (one.interface == interface && one.address.af() == Kesh::AddressFamily::ip4);
+    found = found || (one.interface == interface && one.address.af() == Kesh::AddressFamily::ip4);
   });
   return found;
 }

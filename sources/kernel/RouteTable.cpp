@@ -52,8 +52,8 @@ class RouteTable<Family>::Update {
 
   std::size_t size() const { return touched_.size(); }
 
-  /// Calls `visit` with the rows of the keys that were touched from `first` on, key by key, until it
-  /// returns false.
+  /// Calls `visit` with the rows of the keys that were touched from `first` on, key by key, until
+  /// it returns false.
   template <class Visit>
   void forEachFrom(const Row& first, Visit&& visit) const {
     for (auto at = touched_.lower_bound(first); at != touched_.end(); ++at) {
@@ -150,7 +150,8 @@ class RouteTable<Family>::Update {
   bool hasSameDetails(const Row& a, const Row& b) const {
     const auto sourceOf = [&](const Row& row) { return lists_.lists()[row.hopList].source; };
     return a.protocol == b.protocol && sourceOf(a) == sourceOf(b) &&
-           (nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), {}, &Hop::weight, &Hop::weight));
+           (nexthopOf(a) != 0 ||
+            std::ranges::equal(hopsOf(a), hopsOf(b), {}, &Hop::weight, &Hop::weight));
   }
   auto findSame(const Row& row, Equals& equals) const {
     return std::ranges::find_if(equals, [&](const TimedRow& one) { return isSame(row, one.row); });
@@ -308,8 +309,7 @@ std::vector<RouteRow<Family>> RouteTable<Family>::touched() const {
 template <class Family>
 std::vector<RouteRow<Family>> RouteTable<Family>::rowsAt(const Row& key) const {
   std::vector<Row> found;
-  const auto [first, last] =
-      std::equal_range(rows_.begin(), rows_.end(), key, isBeforePrefix<Row>);
+  const auto [first, last] = std::equal_range(rows_.begin(), rows_.end(), key, isBeforePrefix<Row>);
   if (!update_) return {first, last};
   std::copy_if(first, last, std::back_inserter(found),
                [&](const Row& row) { return !update_->touches(row); });

@@ -81,9 +81,9 @@ class RouteTable : public Wholeness {
   void unite();
 
   HopLists& lists_;
-  std::vector<Row> rows_;      ///< in order, as of the time before the journal
-  std::vector<Row> incoming_;  ///< of the dump in progress
-  std::vector<Event> journal_; ///< in the order of events
+  std::vector<Row> rows_;          ///< in order, as of the time before the journal
+  std::vector<Row> incoming_;      ///< of the dump in progress
+  std::vector<Event> journal_;     ///< in the order of events
   std::unique_ptr<Update> update_; ///< what was brought in; null for nothing. It looks at `rows_`
 };
 

@@ -122,7 +122,9 @@ void setTarget(const Via& via, FecVia& out) {
   out.labelAndAction.labelIs(Kesh::MplsLabel(via.label));
 }
 
-void insert(const Vanta::Fib::Fec& fec, state::DeviceBuilder& builder) { builder.fecs->insert(fec); }
+void insert(const Vanta::Fib::Fec& fec, state::DeviceBuilder& builder) {
+  builder.fecs->insert(fec);
+}
 void insert(const Vanta::Fib6::Fec& fec, state::DeviceBuilder& builder) {
   builder.fecs6->insert(fec);
 }

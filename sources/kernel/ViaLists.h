@@ -37,10 +37,10 @@ struct Via {
 
 /// Where the packets of a route go.
 struct ViaList {
-  std::vector<Via> vias; ///< in the kernel's order; dead ones only if all are
-  std::vector<Via> dead; ///< the other dead ones
-  bool ip6 = false;      ///< its FEC holds IPv6 hops
-  bool drops = false;    ///< a blackhole nexthop object
+  std::vector<Via> vias;       ///< in the kernel's order; dead ones only if all are
+  std::vector<Via> dead;       ///< the other dead ones
+  bool ip6 = false;            ///< its FEC holds IPv6 hops
+  bool drops = false;          ///< a blackhole nexthop object
   std::uint32_t nexthopId = 0; ///< of the nexthop object that tells the vias; 0 for none
   std::size_t routes = 0;      ///< the listed ones that have it
   Vanta::Fib::FecId fecId;

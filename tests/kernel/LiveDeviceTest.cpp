@@ -1,5 +1,5 @@
-// A device that follows the kernel by what changes is the one that would be made anew: as a database
-// has it that only the changes were written to.
+// A device that follows the kernel by what changes is the one that would be made anew: as a
+// database has it that only the changes were written to.
 #include "agent/WriteChanges.h"
 #include "kernel/PlayedKernel.h"
 #include "sources/database/Database.h"
@@ -78,7 +78,9 @@ class RandomRoutes {
  public:
   explicit RandomRoutes(unsigned seed) : random_(seed) {}
 
-  unsigned pick(unsigned count) { return std::uniform_int_distribution<unsigned>(0, count - 1)(random_); }
+  unsigned pick(unsigned count) {
+    return std::uniform_int_distribution<unsigned>(0, count - 1)(random_);
+  }
 
   RouteStep route() {
     const bool ip6 = pick(3) == 0;
@@ -120,7 +122,8 @@ TEST_F(LiveDeviceTest, RandomRoutes) {
     begin();
     for (int batch = 0; batch < 12; ++batch) {
       std::vector<Step> events;
-      for (unsigned count = 1 + routes.pick(6); count > 0; --count) events.push_back(routes.event());
+      for (unsigned count = 1 + routes.pick(6); count > 0; --count)
+        events.push_back(routes.event());
       byChanges += hear(events);
       expectCurrent("seed " + std::to_string(seed) + ", batch " + std::to_string(batch));
     }
@@ -146,8 +149,8 @@ TEST_F(LiveDeviceTest, HopListsWithoutRoutesGo) {
   for (unsigned batch = 0; batch < 7; ++batch) {
     std::vector<Step> events;
     for (unsigned i = 0; i < 10'000; ++i) {
-      const std::string gateway = "10." + std::to_string(batch) + "." + std::to_string(i / 250) + "." +
-                                  std::to_string(i % 250);
+      const std::string gateway = "10." + std::to_string(batch) + "." + std::to_string(i / 250) +
+                                  "." + std::to_string(i % 250);
       events.push_back(told(RTM_NEWROUTE, R{"10.0.0.0", 8, {{gateway.c_str()}}}, NLM_F_REPLACE));
     }
     hear(events);
@@ -177,7 +180,8 @@ TEST_F(LiveDeviceTest, FecsKeepTheirIdentifiers) {
   LiveDevice later;
   writer.visitFecs([&](const auto& fec) { later.numbers().keep(fec); },
                    [&](const auto& fec) { later.numbers().keep(fec); });
-  EXPECT_EQ(writer.replace(later.make(follower, {}), {}).entered, 0u) << "an agent that starts again";
+  EXPECT_EQ(writer.replace(later.make(follower, {}), {}).entered, 0u)
+      << "an agent that starts again";
 }
 
 } // namespace

@@ -41,7 +41,7 @@ class HardeningTest(unittest.TestCase):
 
     def test_every_file_has_each_guard(self):
         for path, text in self.files.items():
-            program = path.endswith("/rova")
+            program = path.endswith(("/rova", "/rova-agent"))
             for pattern, meaning in {**WANTED, **(WANTED_OF_PROGRAMS if program else {})}.items():
                 with self.subTest(path, wanted=meaning):
                     self.assertRegex(text, pattern)
