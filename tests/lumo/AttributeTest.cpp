@@ -48,7 +48,7 @@ class Key {
   LUMO_CTOR(std::uint16_t, number)
   LUMO_CTOR(Lumo::Ptr<Inner>, owner)
   LUMO_END
-  LUMO_VALUE(Key)
+  LUMO_VALUE_COMPARED(Key)
   Key() = default;
   Key(std::uint16_t number, Lumo::Ptr<Inner> owner) : number_(number), owner_(std::move(owner)) {}
   std::uint32_t hash() const { return 1000u + number_; }
