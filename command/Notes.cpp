@@ -72,8 +72,8 @@ std::vector<std::string> linesOf(const sources::Notes& notes, const std::string&
   }
   if (notes.silence) {
     lines.push_back(source + ": its agent is " + notes.silence->agent + "; the state is that of " +
-                    notes.silence->currentAt + ", " +
-                    std::to_string(notes.silence->age) + " s ago");
+                    notes.silence->currentAt + ", " + std::to_string(notes.silence->age) +
+                    " s ago");
   }
   if (notes.hiddenRoutes == 1) lines.push_back("1 route of other metrics or TOS is not shown");
   if (notes.hiddenRoutes > 1) {

@@ -38,8 +38,7 @@ std::unique_ptr<Device> load(const std::string& source) {
   const PythonUnlocked unlocked;
   auto state = sources::open(source);
   state.release(); // an object may live for days
-  return std::make_unique<Device>(
-      Device{std::move(state.device), std::move(state.notes), source});
+  return std::make_unique<Device>(Device{std::move(state.device), std::move(state.notes), source});
 }
 
 const state::VrfState& vrfOf(const Device& device, const std::string& name) {

@@ -16,8 +16,8 @@ bool areOrdered(std::size_t count, FunctionRef<bool(std::size_t a, std::size_t b
 
 } // namespace
 
-std::vector<std::size_t> orderedPlaces(
-    std::size_t count, FunctionRef<bool(std::size_t a, std::size_t b)> isBefore) {
+std::vector<std::size_t> orderedPlaces(std::size_t count,
+                                       FunctionRef<bool(std::size_t a, std::size_t b)> isBefore) {
   std::vector<std::size_t> places(count);
   std::iota(places.begin(), places.end(), std::size_t{0});
   if (areOrdered(count, isBefore)) return places;

@@ -74,8 +74,7 @@ void bindInterface(Statement& statement, const Kesh::IntfId& intfId) {
 
 Kesh::IntfId readInterface(Statement& row, const char* column, Session& session) {
   if (row.null()) return {};
-  const auto intfId =
-      Kesh::IntfId::fromValue(static_cast<std::uint64_t>(row.integer(column)));
+  const auto intfId = Kesh::IntfId::fromValue(static_cast<std::uint64_t>(row.integer(column)));
   if (isStrangeFec(intfId)) row.wrong(column, "an interface, or a FEC of a known type");
   session.requireName(intfId);
   return intfId;

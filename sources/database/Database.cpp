@@ -64,8 +64,8 @@ void putTables(const Tables& tables, state::DeviceState& device) {
       UnprogrammedRows<Ip4>(), UnprogrammedCountRows<Ip4>());
   device.unprogrammedRoute6Status = tables.entity<Vanta::Fib6::UnprogrammedRouteStatus>(
       UnprogrammedRows<Ip6>(), UnprogrammedCountRows<Ip6>());
-  device.arpVanta = tables.entity<Arp::Table::Status>(NeighbourRows("neighbour4"),
-                                                      NeighbourRows("neighbour6"));
+  device.arpVanta =
+      tables.entity<Arp::Table::Status>(NeighbourRows("neighbour4"), NeighbourRows("neighbour6"));
   device.nhEntryStatus = tables.entity<NexthopGroup::EntryStatus>(NexthopGroupRows());
 }
 
@@ -103,7 +103,8 @@ std::optional<Notes::Silence> silenceOf(const std::string& path, const Facts& fa
   const auto writer = liveWriter(path);
   if (writer && writer->silence < longestSilence) return {};
   const auto lastSign = std::max({facts.changed, facts.stopped, lastBeat(path)});
-  return Notes::Silence{writer ? "silent" : "gone", timeText(lastSign), (timeNow() - lastSign) / 1000};
+  return Notes::Silence{writer ? "silent" : "gone", timeText(lastSign),
+                        (timeNow() - lastSign) / 1000};
 }
 
 } // namespace

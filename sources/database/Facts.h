@@ -9,16 +9,16 @@ namespace sources::database {
 
 /// Times are in milliseconds since 1970; 0 for never. What does not apply is empty.
 struct Facts {
-  std::string source;             ///< "kernel", "kernel:NAME", or the file of a snapshot
-  std::string boot;               ///< the boot of the kernel, as /proc/sys/kernel/random/boot_id has it
-  std::string network;            ///< the network namespace, as `networkNamespace` tells it
-  std::int64_t agent = 0;         ///< the process that keeps the state
+  std::string source;     ///< "kernel", "kernel:NAME", or the file of a snapshot
+  std::string boot;       ///< the boot of the kernel, as /proc/sys/kernel/random/boot_id has it
+  std::string network;    ///< the network namespace, as `networkNamespace` tells it
+  std::int64_t agent = 0; ///< the process that keeps the state
   std::int64_t agentSince = 0;
-  std::int64_t wholeSince = 0;    ///< 0 while tables are known to lack something
-  std::int64_t changed = 0;       ///< the last change
-  std::int64_t synchronised = 0;  ///< the last time that all was read anew
-  std::string reason;             ///< why it was
-  std::int64_t stopped = 0;       ///< when the agent ended by itself
+  std::int64_t wholeSince = 0;   ///< 0 while tables are known to lack something
+  std::int64_t changed = 0;      ///< the last change
+  std::int64_t synchronised = 0; ///< the last time that all was read anew
+  std::string reason;            ///< why it was
+  std::int64_t stopped = 0;      ///< when the agent ended by itself
 };
 
 /// Raises `SqliteError` and `WrongColumn`.

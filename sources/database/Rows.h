@@ -98,7 +98,8 @@ struct RouteRows : PlainRows {
         .bind(std::int64_t{route.preference()})
         .bind(std::int64_t{route.metric});
     const auto source = route.srcVrfId().value();
-    source == Vrf::VrfIdMap::VrfId::none ? statement.bindNull() : statement.bind(std::int64_t{source});
+    source == Vrf::VrfIdMap::VrfId::none ? statement.bindNull()
+                                         : statement.bind(std::int64_t{source});
   }
   static void readKey(Statement& row, Key& key, Session&) { readPrefix(row, key); }
   static void readValues(Statement& row, Value& route, Session& session) {
@@ -197,8 +198,8 @@ struct FecRows : PlainRows {
     readAddress(row, "hop", via.hop);
     via.intfId = readInterface(row, "interface", session);
     if (!row.null()) {
-      via.labelAndAction.labelIs(
-          Kesh::MplsLabel(static_cast<std::uint32_t>(row.number("label", Kesh::MplsLabel::luWithdraw))));
+      via.labelAndAction.labelIs(Kesh::MplsLabel(
+          static_cast<std::uint32_t>(row.number("label", Kesh::MplsLabel::luWithdraw))));
     }
     via.labelAndAction.actionIs(static_cast<std::uint8_t>(row.number("label_action", 255)));
     via.weight = readWord(row, "weight");
@@ -272,9 +273,7 @@ struct NexthopGroupRows : PlainRows {
     entry.nhgId = readWord(row, "id");
   }
   static bool before(const Key& a, const Key& b) { return a.nhgName().view() < b.nhgName().view(); }
-  static bool isSame(const Value& a, const Value& b) {
-    return a.nhgId.value() == b.nhgId.value();
-  }
+  static bool isSame(const Value& a, const Value& b) { return a.nhgId.value() == b.nhgId.value(); }
 };
 
 struct CounterKeyRows : PlainRows {

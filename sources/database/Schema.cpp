@@ -112,8 +112,8 @@ std::string filled(std::string text, const std::string& name, const std::string&
 
 std::vector<std::string> statements() {
   std::vector<std::string> all(std::begin(common), std::end(common));
-  for (const auto& [table, type] :
-       {std::pair("fec4", "integer"), std::pair("fec6", "text"), std::pair("policy_fec", "integer")}) {
+  for (const auto& [table, type] : {std::pair("fec4", "integer"), std::pair("fec6", "text"),
+                                    std::pair("policy_fec", "integer")}) {
     for (const char* const one : ofFecs) all.push_back(filled(one, table, type));
   }
   for (const auto& [digit, type] : {std::pair("4", "integer"), std::pair("6", "blob")}) {
@@ -137,8 +137,8 @@ std::string versionMessage(const Connection& connection, std::int64_t version) {
                                  ? "restart rova-agent, which starts the file anew"
                                  : "update rova, or restart it if it was updated";
   return connection.path() + ": written by version " + std::to_string(version) +
-         " of the state database, and this program reads version " +
-         std::to_string(schemaVersion) + ": " + remedy;
+         " of the state database, and this program reads version " + std::to_string(schemaVersion) +
+         ": " + remedy;
 }
 
 /// The texts of all that stands in the file. An index that a key makes by itself has none.

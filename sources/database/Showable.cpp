@@ -23,7 +23,8 @@ void requireShowable(const TunnelFibEntry& entry, const std::string& place) {
     for (const TunnelVia& via : *vias) {
       const auto fault = faultOf(entry, via);
       if (fault.empty()) continue;
-      throw SourceError(place + ": tunnel " + std::to_string(entry.key.value()) + ": found " + fault);
+      throw SourceError(place + ": tunnel " + std::to_string(entry.key.value()) + ": found " +
+                        fault);
     }
   }
 }

@@ -32,15 +32,16 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
       return found ? *known : &absent_;
     }
     if constexpr (Rows::inKeyOrder && !Rows::readsAllForMany) readNear(key, epoch);
-    found = guarded([&] { return shownKey(key); }, [&] {
-      Statement& statement = prepared(equal_, Where::equal);
-      const Run run(statement);
-      bindScope(statement);
-      Rows::bindKey(statement, key);
-      if (!statement.step()) return false;
-      readRecord(statement, found_);
-      return true;
-    });
+    found = guarded([&] { return shownKey(key); },
+                    [&] {
+                      Statement& statement = prepared(equal_, Where::equal);
+                      const Run run(statement);
+                      bindScope(statement);
+                      Rows::bindKey(statement, key);
+                      if (!statement.step()) return false;
+                      readRecord(statement, found_);
+                      return true;
+                    });
     return found ? &found_ : &absent_;
   }
 
@@ -138,8 +139,7 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
   /// Calls `take` with the records behind `after`, or from the first, until it returns false.
   template <class Take>
   bool readBehind(const Key* after, Take&& take) const {
-    Statement& statement =
-        after ? prepared(behind_, Where::behind) : prepared(every_, Where::all);
+    Statement& statement = after ? prepared(behind_, Where::behind) : prepared(every_, Where::all);
     const Run run(statement);
     bindScope(statement);
     if (after) Rows::bindKey(statement, *after);
@@ -182,12 +182,14 @@ class Table final : public Vanta::VantaBase<typename Rows::Key, typename Rows::V
     if (count == 0) return;
     auto& records = window_.restart(key);
     const auto place = [&] { return "behind " + shownKey(key); };
-    window_.finish(!guarded(place, [&] {
-      return readBehind(&key, [&](const Value& value) {
-        records.push_back(value);
-        return records.size() < count;
-      });
-    }), epoch);
+    window_.finish(!guarded(place,
+                            [&] {
+                              return readBehind(&key, [&](const Value& value) {
+                                records.push_back(value);
+                                return records.size() < count;
+                              });
+                            }),
+                   epoch);
   }
 
   bool give(std::size_t place, Value* value, IterHint& hint) const {

@@ -76,8 +76,7 @@ class RowWriter {
   void enterVias(const Value& fec) {
     Names columns = Rows::viaValues();
     columns.insert(columns.begin(), "fec");
-    Statement& statement =
-        prepared(insertVia_, Texts<Rows>::insertInto(rows_.viaTable(), columns));
+    Statement& statement = prepared(insertVia_, Texts<Rows>::insertInto(rows_.viaTable(), columns));
     for (std::uint32_t i = 0; i < Rows::vias(fec); ++i) {
       Rows::bindKey(statement, fec.key);
       Rows::bindVia(statement, i, fec.via(Vanta::Fib::ViaIndex(i)));
@@ -112,7 +111,8 @@ void replaceTable(const std::shared_ptr<Session>& session, const Rows& rows, con
     nextOld();
   };
   forEachInOrder<Rows>(view, [&](const Value& value) {
-    Rows::eachInterface(value, [&](const Kesh::IntfId& id) { interfaces.insertOrAssign(id, true); });
+    Rows::eachInterface(value,
+                        [&](const Kesh::IntfId& id) { interfaces.insertOrAssign(id, true); });
     while (hasOld && Rows::before(before->key, value.key)) removeOld();
     const bool isThere = hasOld && !Rows::before(value.key, before->key);
     if (!isThere || !Rows::isSame(*before, value)) {

@@ -73,9 +73,7 @@ struct Lists {
   std::map<RouteKey, StaticRoute> routes;
 };
 
-bool isListed(const Routing::Route& route) {
-  return route.dynamic || route.key.prefix.len() == 0;
-}
+bool isListed(const Routing::Route& route) { return route.dynamic || route.key.prefix.len() == 0; }
 
 void addRoutes(const ListKey& key, const Routing::RouteList& list, Lists& lists) {
   list.route.forEach([&](const Routing::RouteKey& route, const auto& entity) {
@@ -357,7 +355,8 @@ void StaticRouteWriter::enter(std::int64_t vrf, std::int64_t family, const Routi
   enterRow(insert_, keyOf(vrf, family, route.key), {snapshot::routeText(route), isListed(route)});
 }
 
-void StaticRouteWriter::remove(std::int64_t vrf, std::int64_t family, const Routing::RouteKey& key) {
+void StaticRouteWriter::remove(std::int64_t vrf, std::int64_t family,
+                               const Routing::RouteKey& key) {
   bindKey(remove_, keyOf(vrf, family, key)).run();
 }
 

@@ -7,8 +7,8 @@
 
 namespace sources::database {
 
-/// Writes rows of configured static routes: those of a VRF and family (4 or 6), and of the agent that
-/// hands them to routing, or none.
+/// Writes rows of configured static routes: those of a VRF and family (4 or 6), and of the agent
+/// that hands them to routing, or none.
 class StaticRouteWriter {
  public:
   explicit StaticRouteWriter(Connection& connection);

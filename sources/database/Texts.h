@@ -31,7 +31,9 @@ class Texts {
     if constexpr (Rows::manyRows) text += ", v.place";
     return text;
   }
-  std::string count() const { return "select count(*) from " + rows_.table + " r" + condition(Where::all); }
+  std::string count() const {
+    return "select count(*) from " + rows_.table + " r" + condition(Where::all);
+  }
   /// Takes the VRF, the key, the values, and what is there for people.
   std::string insert() const {
     Names columns = Rows::keys();
@@ -58,7 +60,8 @@ class Texts {
     text += text.empty() ? " where (" : " and (";
     std::string marks;
     for (std::size_t i = 0; i < Rows::keys().size(); ++i) marks += i == 0 ? "?" : ", ?";
-    return text + listOf(Rows::keys(), "r.") + (where == Where::equal ? ") = (" : ") > (") + marks + ")";
+    return text + listOf(Rows::keys(), "r.") + (where == Where::equal ? ") = (" : ") > (") + marks +
+           ")";
   }
 
   const Rows& rows_;

@@ -1,5 +1,5 @@
-// Look-ups in the order of keys: a listing asks of each of its routes whether the hardware lacks it.
-// After a few of them the records behind the last one are read together, so that the next are
+// Look-ups in the order of keys: a listing asks of each of its routes whether the hardware lacks
+// it. After a few of them the records behind the last one are read together, so that the next are
 // answered from memory, be it that there is nothing.
 #pragma once
 

@@ -29,10 +29,10 @@ class Writer {
   /// `SourceError`.
   Writer(const std::string& path, Log log);
 
-  /// Makes the database hold that state and nothing else, with those facts on it, in one transaction. Rows that are the same
-  /// already are left alone, so that their routes keep the time since when they are as they are.
-  /// Raises `SourceError`, for a state too whose listing would end in a fatal error, and whatever
-  /// reading the state raises; then nothing is changed.
+  /// Makes the database hold that state and nothing else, with those facts on it, in one
+  /// transaction. Rows that are the same already are left alone, so that their routes keep the time
+  /// since when they are as they are. Raises `SourceError`, for a state too whose listing would end
+  /// in a fatal error, and whatever reading the state raises; then nothing is changed.
   Changes replace(const state::DeviceState& device, const Facts& facts);
 
   /// Changes the facts alone.
@@ -42,8 +42,8 @@ class Writer {
   void checkpointByHand();
   /// Moves the log's content into the file once it has outgrown 16 MiB, so that the log begins anew
   /// with the next transaction that meets no reader. A log of 32 MiB begins anew in any case: this
-  /// waits for readers of older states, for at most 1.5 s, and is false when they did not end. Raises
-  /// `SqliteError`.
+  /// waits for readers of older states, for at most 1.5 s, and is false when they did not end.
+  /// Raises `SqliteError`.
   bool checkpoint();
 
   /// Calls `visit` with the FECs that stand there.
@@ -57,8 +57,8 @@ class Writer {
   std::shared_ptr<Session> session_;
 };
 
-/// Removes the database's files, so that the next writer makes new ones. Who reads the old ones goes on
-/// reading them.
+/// Removes the database's files, so that the next writer makes new ones. Who reads the old ones
+/// goes on reading them.
 void removeFiles(const std::string& path);
 
 } // namespace sources::database

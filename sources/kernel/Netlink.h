@@ -97,8 +97,8 @@ class Socket {
 /// The kernel of the network namespace in which the object was made.
 class KernelFeed final : public Feed {
  public:
-  /// With room for so many bytes of notifications, or as much of it as the system lets it have: those
-  /// that find none are lost.
+  /// With room for so many bytes of notifications, or as much of it as the system lets it have:
+  /// those that find none are lost.
   explicit KernelFeed(int room = 32 * 1024 * 1024);
   /// What can be read as soon as something was notified.
   int descriptor() const { return notifications_.descriptor(); }

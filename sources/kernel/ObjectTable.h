@@ -74,9 +74,8 @@ class ObjectTable : public Wholeness {
   std::vector<Object> all() const {
     std::vector<const Entry*> order;
     for (const auto& [key, entry] : entries_) order.push_back(&entry);
-    order = Lumo::inOrder(std::move(order), [](const Entry* a, const Entry* b) {
-      return a->place < b->place;
-    });
+    order = Lumo::inOrder(std::move(order),
+                          [](const Entry* a, const Entry* b) { return a->place < b->place; });
     std::vector<Object> objects;
     objects.reserve(order.size());
     for (const Entry* const entry : order) objects.push_back(entry->object);

@@ -23,8 +23,8 @@ void leadToItself(const RouteMessage& route, Hop& hop) {
 
 std::uint32_t enterHops(const RouteMessage& route, HopLists& lists) {
   const auto family = route.destination.af();
-  // The kernel may name the loopback interface for what it drops: nothing goes there. With a nexthop
-  // object the route goes nevertheless.
+  // The kernel may name the loopback interface for what it drops: nothing goes there. With a
+  // nexthop object the route goes nevertheless.
   if (isDrop(route.type)) return lists.enter({family, route.nexthopId, {}, true}, {});
   // What the kernel made of an address goes with a word when the address goes.
   const bool own = route.protocol == RTPROT_KERNEL;

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """The agent beside a kernel that changes at random: then every display of its database shows what the
-kernel has. ROVA_AGENT_SEED repeats a run, ROVA_AGENT_OPERATIONS makes it longer."""
+kernel has. ROVA_AGENT_SEED makes it another run ("random" any), ROVA_AGENT_OPERATIONS a longer one."""
 
 import os
 import random
@@ -15,7 +15,8 @@ sys.path.insert(0, str(Path(__file__).resolve().parent))
 from random_operations import Operations
 from support import AgentTest
 
-SEED = int(os.environ.get("ROVA_AGENT_SEED", random.randrange(1 << 32)))
+GIVEN = os.environ.get("ROVA_AGENT_SEED", "1")
+SEED = random.randrange(1 << 32) if GIVEN == "random" else int(GIVEN)
 COUNT = int(os.environ.get("ROVA_AGENT_OPERATIONS", 200))
 HINT = f"ROVA_AGENT_SEED={SEED}"
 

@@ -1,5 +1,5 @@
-// State databases: what goes in comes out, rows that stay the same stay, one state is one state, and
-// what is damaged is told.
+// State databases: what goes in comes out, rows that stay the same stay, one state is one state,
+// and what is damaged is told.
 #include "sources/database/Database.h"
 
 #include "sources/database/Lock.h"
@@ -63,7 +63,8 @@ struct DatabaseTest : testing::Test {
 TEST_F(DatabaseTest, GivesBackWhatSnapshotsHold) {
   int kept = 0;
   for (const auto& entry : fs::recursive_directory_iterator(ROVA_TESTS)) {
-    if (entry.path().extension() != ".json" || entry.path().string().ends_with("schema.json")) continue;
+    if (entry.path().extension() != ".json" || entry.path().string().ends_with("schema.json"))
+      continue;
     const auto text = support::fileText(entry.path());
     if (!text.starts_with("{\n \"rovaSnapshot\"")) continue;
     const auto device = snapshot::loadText(text, entry.path());
@@ -186,10 +187,8 @@ TEST_F(DatabaseTest, TellsOfRowsThatNoWriterMakes) {
       {"update fec4_via set place = 2 where place = 1", "fec4: place: found 2, expected 1"},
       {"update fec4_via set hop = 1 << 32 where place = 1",
        "fec4: hop: found 4294967296, expected a number from 0 to 4294967295"},
-      {"update fec6_via set hop = 'fe80::1%'",
-       "fec6: hop: found a text, expected an IPv6 address"},
-      {"update fec4 set backup = 512",
-       "fec4: backup: found 512, expected a number from 0 to 511"},
+      {"update fec6_via set hop = 'fe80::1%'", "fec6: hop: found a text, expected an IPv6 address"},
+      {"update fec4 set backup = 512", "fec4: backup: found 512, expected a number from 0 to 511"},
       {"update interface set name = 'other' where name = 'uplink'",
        "fec4: interface: found the name of another one"},
       {"delete from interface where name = 'uplink'", "fec4: interface: found -"},
@@ -199,7 +198,9 @@ TEST_F(DatabaseTest, TellsOfRowsThatNoWriterMakes) {
     save(someState);
     alter(damage);
     EXPECT_NE(readingMessage(path).find(std::string(" ") + message), std::string::npos)
-        << damage << "\n" << readingMessage(path) << "\n" << message;
+        << damage << "\n"
+        << readingMessage(path) << "\n"
+        << message;
   }
 }
 
@@ -211,8 +212,9 @@ TEST_F(DatabaseTest, IsNotOpenedWhenItIsNoWholeDatabaseOfThisVersion) {
     const char* damage;
     std::string message;
   } cases[] = {
-      {"pragma user_version = 0", ": written by version 0 of the state database, and this program "
-                                  "reads version 1: restart rova-agent, which starts the file anew"},
+      {"pragma user_version = 0",
+       ": written by version 0 of the state database, and this program "
+       "reads version 1: restart rova-agent, which starts the file anew"},
       {"pragma user_version = 2", ": written by version 2 of the state database, and this program "
                                   "reads version 1: update rova, or restart it if it was updated"},
       {"pragma application_id = 1", ": found another database, expected one of rova-agent"},
