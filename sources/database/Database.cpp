@@ -10,6 +10,7 @@
 #include "sources/snapshot/Snapshot.h"
 
 #include <cstring>
+#include <sqlite3.h>
 
 namespace sources::database {
 
@@ -80,6 +81,17 @@ void putCounters(const Tables& tables, state::DeviceState& device) {
   device.entityManager->entityIs(CounterTable::snapshotPath, device.snapshotTable);
 }
 
+/// Tells a reader who may not make the files of the log which of them it lacks; does nothing when
+/// that is not what is wrong.
+void explainMissing(const std::string& path, const SqliteError& error) {
+  if (error.code() != SQLITE_CANTOPEN && error.code() != SQLITE_READONLY) return;
+  for (const char* const suffix : {"-wal", "-shm"}) {
+    if (access((path + suffix).c_str(), R_OK) == 0) continue;
+    throw SourceError(path + suffix + ": cannot be read: " + Lumo::errorString(errno) +
+                      "; a reader that may not write here needs it, and its writer makes it");
+  }
+}
+
 /// Calls `read` with a session that holds the file's state.
 template <class Read>
 auto withSession(const std::string& path, Read&& read) {
@@ -91,6 +103,9 @@ auto withSession(const std::string& path, Read&& read) {
     return read(session);
   } catch (const WrongColumn& wrong) {
     throw SourceError(path + ": damaged: " + wrong.what());
+  } catch (const SqliteError& error) {
+    explainMissing(path, error);
+    throw;
   }
 }
 

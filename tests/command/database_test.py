@@ -6,6 +6,7 @@ import json
 import os
 import sqlite3
 import subprocess
+import sys
 import tempfile
 import threading
 import time
@@ -121,6 +122,30 @@ class DatabaseTest(CommandTest):
                              f"rova: {self.path}: process {os.getpid()} writes it; stop that one "
                              "first\n")
             self.assert_succeeds(rova("show", "ip", "route", state=self.path))
+
+    @unittest.skipUnless(os.geteuid() == 0, "becoming another user needs root")
+    def test_a_reader_who_may_not_write(self):
+        load(STATE, self.path)
+        self.folder.chmod(0o755)
+
+        def listed():
+            return subprocess.run(["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+                                   program(), "--state", self.path, "show", "ip", "route"],
+                                  capture_output=True, text=True, check=False)
+        if listed().returncode != 0:
+            self.skipTest("other users do not reach the program")
+        # A writer that is killed leaves its log, and the index that readers need of it.
+        subprocess.run([sys.executable, "-c", "import os, sqlite3\n"
+                        f"connection = sqlite3.connect({str(self.path)!r}, isolation_level=None)\n"
+                        "connection.execute('pragma journal_mode = wal')\n"
+                        "connection.execute('update route4 set metric = 9')\n"
+                        "os._exit(0)"], check=True)
+        self.assertIn("/9]", listed().stdout)
+        Path(f"{self.path}-shm").unlink()
+        self.assert_ends(listed(), 1, f"rova: {self.path}-shm: cannot be read: No such file or directory; "
+                         "a reader that may not write here needs it, and its writer makes it\n")
+        self.path.chmod(0o600)
+        self.assert_ends(listed(), 1, f"rova: {self.path}: cannot be read: Permission denied\n")
 
     def test_a_state_whose_agent_is_gone_says_so(self):
         load(STATE, self.path)
