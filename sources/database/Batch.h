@@ -1,7 +1,9 @@
 // Some changes of the state in a database, in one transaction.
 #pragma once
 
-#include "sources/database/TextTables.h"
+#include "sources/database/SectionRows.h"
+#include "sources/database/StaticRows.h"
+#include "sources/database/TableWriter.h"
 #include "sources/database/Transaction.h"
 #include "sources/database/Writer.h"
 

@@ -3,8 +3,8 @@
 #include "sources/database/Lock.h"
 #include "sources/database/Schema.h"
 #include "sources/database/Showable.h"
+#include "sources/database/SnapshotText.h"
 #include "sources/database/Table.h"
-#include "sources/database/TextTables.h"
 #include "sources/database/Writer.h"
 #include "sources/snapshot/FileError.h"
 #include "sources/snapshot/Snapshot.h"
@@ -154,7 +154,7 @@ std::vector<TableSize> tableSizes(const std::string& path) {
 State load(const std::string& path, const Needs& needs) {
   return withSession(path, [&](const auto& session) {
     Connection& connection = session->connection();
-    const auto text = TextTables(connection).snapshotText(needs);
+    const auto text = database::snapshotText(connection, needs);
     State state{snapshot::loadText(text, path), {}, session};
     requireShowable(state.device, path + ": damaged");
     state.notes.silence = silenceOf(path, readFacts(connection));

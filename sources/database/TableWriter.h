@@ -1,16 +1,13 @@
 // Brings a shared table of a state into the database, by what differs.
 #pragma once
 
+#include "sources/database/InterfaceRows.h"
 #include "sources/database/Table.h"
 #include "sources/database/Writer.h"
-
-#include "lumo/HashMap2018.h"
 
 #include <algorithm>
 
 namespace sources::database {
-
-using InterfaceSet = Lumo::HashMap2018<Kesh::IntfId, bool>;
 
 /// Calls `visit` with all records of a view, in the order of the database's rows.
 template <class Rows, class View, class Visit>

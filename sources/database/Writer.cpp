@@ -1,10 +1,12 @@
 #include "sources/database/Writer.h"
 
 #include "sources/database/Schema.h"
+#include "sources/database/SectionRows.h"
 #include "sources/database/Showable.h"
+#include "sources/database/StaticRows.h"
 #include "sources/database/TableWriter.h"
-#include "sources/database/TextTables.h"
 #include "sources/database/Transaction.h"
+#include "sources/database/VrfRows.h"
 
 #include <cstdio>
 #include <sqlite3.h>
@@ -63,9 +65,9 @@ class Replacing {
       replaceVrf<Ip4>(vrf);
       replaceVrf<Ip6>(vrf);
     }
-    TextTables texts(session_->connection());
+    Connection& connection = session_->connection();
     // Routes lead to FECs: those that stand there already are read while these are there too.
-    texts.removeOtherVrfs(device_);
+    removeOtherVrfs(connection, device_);
     replace(FecRows<Vanta::Fib::Fec>("fec4"), device_.forwardingStatus->fec);
     replace(FecRows<Vanta::Fib6::Fec>("fec6"), device_.forwarding6Status->fec);
     replace(FecRows<Vanta::Fib::Fec>("policy_fec"), device_.policyForwardingStatus->fec);
@@ -75,7 +77,10 @@ class Replacing {
     replace(CounterKeyRows(), device_.counterKeyTable->counterKeyInfo);
     replace(CounterRows("counter"), device_.counterTable->counter);
     replace(CounterRows("counter_snapshot"), device_.snapshotTable->counter);
-    texts.replace(device_, interfaces_);
+    replaceVrfs(connection, device_);
+    replaceInterfaces(connection, interfaces_);
+    replaceSections(connection, device_);
+    replaceStaticRoutes(connection, device_);
     return changes_;
   }
 

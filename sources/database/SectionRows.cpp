@@ -1,0 +1,84 @@
+#include "sources/database/SectionRows.h"
+
+#include "sources/database/ReplaceRows.h"
+#include "sources/snapshot/Parts.h"
+
+#include <algorithm>
+#include <map>
+
+namespace sources::database {
+
+namespace {
+
+/// The sections of a snapshot that are no shared tables, and who needs them.
+struct Section {
+  std::string_view name;
+  bool Needs::*needed = nullptr; ///< null for everybody
+};
+constexpr Section sections[] = {
+    {"allIntfConfig"},
+    {"ipStatus"},
+    {"ip6Status"},
+    {"ipConfig", &Needs::addressConfig},
+    {"ip6Config", &Needs::addressConfig},
+    {"routeDistinguisherInputDir", &Needs::addressConfig},
+    {"nhgConfig", &Needs::nexthopGroups},
+    {"nhgHwStatus", &Needs::nexthopGroups},
+    {"routingHardwareStatus"},
+    {"routing6HardwareStatus"},
+    {"tunnelFib"},
+    {"evpnVxlanTunnelTable"},
+    {"tunnelTableDir"},
+    {"srTePolicyStatus"},
+};
+
+} // namespace
+
+void replaceSections(Connection& connection, const state::DeviceState& device) {
+  std::map<std::string, std::string> old, now;
+  Statement select(connection, "select name, json from section");
+  while (select.step()) {
+    const std::string name(select.text("name"));
+    old[name] = select.text("json");
+  }
+  for (const Section& section : sections) {
+    auto text = snapshot::sectionText(device, section.name);
+    if (!text.empty()) now[std::string(section.name)] = std::move(text);
+  }
+  Statement insert(connection, "insert or replace into section values (?, ?)");
+  Statement remove(connection, "delete from section where name = ?");
+  replaceRows(
+      old, now,
+      [&](const std::string& name, const std::string& json) {
+        insert.bindText(name).bindText(json).run();
+      },
+      [&](const std::string& name) { remove.bindText(name).run(); });
+}
+
+void replaceSection(Connection& connection, const state::DeviceState& device, const char* name) {
+  const auto text = snapshot::sectionText(device, name);
+  Statement same(connection, "select 1 from section where name = ? and json = ?");
+  const Run run(same);
+  if (same.bindText(name).bindText(text).step()) return;
+  Statement insert(connection, text.empty() ? "delete from section where name = ?"
+                                            : "insert or replace into section values (?, ?)");
+  insert.bindText(name);
+  if (!text.empty()) insert.bindText(text);
+  insert.run();
+}
+
+std::string sectionMembers(Connection& connection, const Needs& needs) {
+  std::string text;
+  Statement select(connection, "select name, json from section");
+  while (select.step()) {
+    const auto found = select.text("name");
+    const auto section = std::ranges::find(sections, found, &Section::name);
+    if (section == std::end(sections)) select.wrong("name", "a section");
+    if (section->needed && !(needs.*section->needed)) continue;
+    text += ",\"" + std::string(found) + "\":";
+    text += select.text("json");
+  }
+  return text;
+}
+
+} // namespace sources::database
