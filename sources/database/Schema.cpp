@@ -3,6 +3,7 @@
 #include "state/RouteTypeNames.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <set>
 #include <vector>
 
@@ -59,67 +60,74 @@ constexpr const char* ofFamily[] = {
     "primary key(vrf, interface, address)) without rowid",
 };
 
-/// What a person asks for: names in the place of numbers. SQL can write an IPv4 address.
-constexpr const char* views[] = {
-    R"(CREATE VIEW ip_fec AS
-select fec, place,
-  printf('%d.%d.%d.%d', hop >> 24, hop >> 16 & 255, hop >> 8 & 255, hop & 255) as nexthop,
+/// What a person asks for of a family, names in the place of numbers: @ is the beginning of the
+/// view's name, # the family's digit, $ the text of an address of a via, % that of a route's
+/// prefix.
+constexpr const char* fecView = R"(CREATE VIEW @_fec AS
+select fec, place, $ as nexthop,
   (select name from interface where id = via.interface) as interface, label, weight
-from fec4_via as via)",
-    R"(CREATE VIEW ipv6_fec AS
-select fec, place, hop as nexthop,
-  (select name from interface where id = via.interface) as interface, label, weight
-from fec6_via as via)",
-    // A route of one family may lead to a next hop of the other.
+from fec#_via as via)";
+constexpr const char* routeView = R"(CREATE VIEW @_route AS
+select (select name from vrf where id = route.vrf) as vrf, % as prefix,
+  (select name from route_type where family = # and number = type) as type,
+  preference, metric,
+  (select group_concat(nexthop, ' ') from any_fec where fec = route.fec) as nexthops,
+  (select group_concat(interface, ' ') from any_fec where fec = route.fec) as interfaces,
+  not exists (select 1 from unprogrammed# as lacks where lacks.last = route.last
+    and lacks.rest = route.rest and lacks.vrf = route.vrf) as hardware,
+  fec, datetime(since / 1000, 'unixepoch') as since, since as since_ms
+from route# as route)";
+
+/// What the views of a family differ in. SQL can write an IPv4 address; an IPv6 one stands there.
+struct FamilyViews {
+  const char* name;
+  const char* digit;
+  const char* hop;
+  const char* prefix;
+};
+constexpr FamilyViews familyViews[] = {
+    {"ip", "4", "printf('%d.%d.%d.%d', hop >> 24, hop >> 16 & 255, hop >> 8 & 255, hop & 255)",
+     "printf('%d.%d.%d.%d/%d', last >> rest << rest >> 24, last >> rest << rest >> 16 & 255, "
+     "last >> rest << rest >> 8 & 255, last >> rest << rest & 255, 32 - rest)"},
+    {"ipv6", "6", "hop", "prefix"},
+};
+
+/// The views of both families. A route of one may lead to a next hop of the other.
+constexpr const char* sharedViews[] = {
     R"(CREATE VIEW any_fec AS
 select * from ip_fec union all select * from ipv6_fec)",
-    R"(CREATE VIEW ip_route AS
-select (select name from vrf where id = route.vrf) as vrf,
-  printf('%d.%d.%d.%d/%d', last >> rest << rest >> 24, last >> rest << rest >> 16 & 255,
-    last >> rest << rest >> 8 & 255, last >> rest << rest & 255, 32 - rest) as prefix,
-  (select name from route_type where family = 4 and number = type) as type,
-  preference, metric,
-  (select group_concat(nexthop, ' ') from any_fec where fec = route.fec) as nexthops,
-  (select group_concat(interface, ' ') from any_fec where fec = route.fec) as interfaces,
-  not exists (select 1 from unprogrammed4 as lacks where lacks.last = route.last
-    and lacks.rest = route.rest and lacks.vrf = route.vrf) as hardware,
-  fec, datetime(since / 1000, 'unixepoch') as since, since as since_ms
-from route4 as route)",
-    R"(CREATE VIEW ipv6_route AS
-select (select name from vrf where id = route.vrf) as vrf, prefix,
-  (select name from route_type where family = 6 and number = type) as type,
-  preference, metric,
-  (select group_concat(nexthop, ' ') from any_fec where fec = route.fec) as nexthops,
-  (select group_concat(interface, ' ') from any_fec where fec = route.fec) as interfaces,
-  not exists (select 1 from unprogrammed6 as lacks where lacks.last = route.last
-    and lacks.rest = route.rest and lacks.vrf = route.vrf) as hardware,
-  fec, datetime(since / 1000, 'unixepoch') as since, since as since_ms
-from route6 as route)",
     R"(CREATE VIEW neighbour AS
 select (select name from vrf where id = entry.vrf) as vrf,
   (select name from interface where id = entry.interface) as interface, address, mac
 from (select * from neighbour4 union all select * from neighbour6) as entry)",
 };
 
-std::string filled(std::string text, const std::string& name, const std::string& type) {
-  for (const auto& [mark, word] : {std::pair('#', &name), std::pair('@', &type)}) {
-    for (auto at = text.find(mark); at != text.npos; at = text.find(mark)) {
-      text.replace(at, 1, *word);
-    }
+/// The text with words in the place of marks, which the words may have again.
+std::string filled(std::string_view text,
+                   std::initializer_list<std::pair<char, std::string_view>> words) {
+  std::string out;
+  for (const char c : text) {
+    const auto* const word = std::ranges::find(words, c, &std::pair<char, std::string_view>::first);
+    word == words.end() ? out += c : out += word->second;
   }
-  return text;
+  return out;
 }
 
 std::vector<std::string> statements() {
   std::vector<std::string> all(std::begin(common), std::end(common));
   for (const auto& [table, type] : {std::pair("fec4", "integer"), std::pair("fec6", "text"),
                                     std::pair("policy_fec", "integer")}) {
-    for (const char* const one : ofFecs) all.push_back(filled(one, table, type));
+    for (const char* const one : ofFecs) all.push_back(filled(one, {{'#', table}, {'@', type}}));
   }
   for (const auto& [digit, type] : {std::pair("4", "integer"), std::pair("6", "blob")}) {
-    for (const char* const one : ofFamily) all.push_back(filled(one, digit, type));
+    for (const char* const one : ofFamily) all.push_back(filled(one, {{'#', digit}, {'@', type}}));
   }
-  all.insert(all.end(), std::begin(views), std::end(views));
+  for (const char* const view : {fecView, routeView}) {
+    for (const auto& [name, digit, hop, prefix] : familyViews) {
+      all.push_back(filled(view, {{'@', name}, {'#', digit}, {'$', hop}, {'%', prefix}}));
+    }
+  }
+  all.insert(all.end(), std::begin(sharedViews), std::end(sharedViews));
   return all;
 }
 

@@ -10,14 +10,14 @@ namespace Lumo {
 template <class Signature>
 class FunctionRef;
 
-/// Anything that can be called with those arguments, as a parameter: it is valid for as long as what
-/// it was made from, and costs no more than a call through a pointer.
+/// Anything that can be called with those arguments, as a parameter: it is valid for as long as
+/// what it was made from, and costs no more than a call through a pointer.
 template <class Result, class... Arguments>
 class FunctionRef<Result(Arguments...)> {
  public:
   template <class Callable>
   requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef>)
-  FunctionRef(Callable&& callable)
+      FunctionRef(Callable&& callable)
       : callable_(std::addressof(callable)),
         call_([](const void* object, Arguments... arguments) -> Result {
           const auto& function = *static_cast<const std::remove_reference_t<Callable>*>(object);

@@ -12,8 +12,8 @@ namespace Lumo {
 /// The places from 0 to `count` - 1 in the order of what stands there, the first of equals first;
 /// `isBefore(a, b)` tells whether what stands at `a` goes before what stands at `b`. It is called
 /// once a place when all are in order as they stand.
-std::vector<std::size_t> orderedPlaces(
-    std::size_t count, FunctionRef<bool(std::size_t a, std::size_t b)> isBefore);
+std::vector<std::size_t> orderedPlaces(std::size_t count,
+                                       FunctionRef<bool(std::size_t a, std::size_t b)> isBefore);
 
 /// The elements in order; equals keep theirs.
 template <class Element, class IsBefore>
