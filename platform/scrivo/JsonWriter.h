@@ -39,6 +39,13 @@ class JsonWriter {
   void add(const AttrInfo& info);
   /// The value of the open simple entry is written by someone else, behind what stands here.
   void valueFollows();
+  /// The innermost level that is open.
+  const LevelRule* level() const { return top_->rule; }
+  /// How many levels are open.
+  int depth() const { return static_cast<int>(top_ - levels_); }
+  /// Whether something stands in the innermost level already, so that a comma comes next.
+  bool hasContent() const { return top_->hasContent; }
+  void hasContentIs(bool hasContent) { top_->hasContent = hasContent; }
   /// Fails an assertion if a level is still open.
   void assertComplete() const;
 

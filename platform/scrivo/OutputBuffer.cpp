@@ -42,10 +42,17 @@ void OutputBuffer::putInPieces(const char* bytes, std::size_t length) {
   }
 }
 
+void OutputBuffer::takeCopy() {
+  if (!copy_) return;
+  copy_->append(copied_, static_cast<const char*>(next_));
+  copied_ = next_;
+}
+
 void OutputBuffer::flush() {
+  takeCopy();
   const char* at = bytes_;
   const char* const end = next_;
-  next_ = bytes_;
+  copied_ = next_ = bytes_;
   if (!isOpen()) return;
   while (at != end) {
     if (interruptRequested()) interrupt();
@@ -73,7 +80,7 @@ void OutputBuffer::interrupt() {
 
 void OutputBuffer::fail() {
   state_ = State::failed;
-  next_ = bytes_;
+  copied_ = next_ = bytes_;
 }
 
 } // namespace scrivo

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 namespace scrivo {
@@ -41,6 +42,17 @@ class OutputBuffer {
   }
   void commit(char* end) { next_ = end; }
 
+  /// Appends what is put from here on to `copy` too, until `endCopy`. A flush in between is no
+  /// matter.
+  void beginCopy(std::string& copy) {
+    copy_ = &copy;
+    copied_ = next_;
+  }
+  void endCopy() {
+    takeCopy();
+    copy_ = nullptr;
+  }
+
   int fullness() const { return static_cast<int>((size - room()) * 100 / size); }
   void flush();
   /// The end of the output after the last flush.
@@ -57,11 +69,14 @@ class OutputBuffer {
   std::size_t room() const { return static_cast<std::size_t>(bytes_ + size - next_); }
   void putInPieces(const char* bytes, std::size_t length);
   std::size_t writeSome(const char* bytes, std::size_t length);
+  void takeCopy();
   void fail();
 
   int fd_;
   State state_ = State::open;
   char* next_;
+  std::string* copy_ = nullptr;
+  const char* copied_ = nullptr; ///< up to where the copy goes
   char bytes_[size];
 };
 

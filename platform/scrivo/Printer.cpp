@@ -11,6 +11,8 @@ struct Printer::Body {
 
   OutputBuffer out;
   JsonWriter json;
+  Stretch* recorded = nullptr; ///< the stretch that is being printed
+  int depth = 0;               ///< the levels that were open when it began
 };
 
 Printer::Printer(int fd, unsigned int format, bool, bool, bool, unsigned int)
@@ -57,6 +59,64 @@ void Printer::add(FormatText format, const AttrWord* words, unsigned count) {
 
 void Printer::print(FormatText format, const AttrWord* words, unsigned count) {
   if (takesText()) printFormat(body_->out, format, words, count);
+}
+
+Printer::Recording::Recording(Printer& printer, Stretch& stretch)
+    : printer_(printer), stretch_(printer.body_->recorded ? nullptr : &stretch) {
+  if (!stretch_) return;
+  Body& body = *printer_.body_;
+  body.recorded = stretch_;
+  body.depth = body.json.depth();
+  stretch_->level_ = printer_.format_ == modelFormat ? body.json.level() : nullptr;
+  stretch_->hadContent_ = body.json.hasContent();
+  body.out.beginCopy(stretch_->bytes_);
+}
+
+void Printer::Recording::keep() {
+  if (!stretch_ || !printer_.isAlive()) return;
+  const Body& body = *printer_.body_;
+  LUMO_ASSERT(body.json.depth() == body.depth, "a stretch ends in the level that it begins in");
+  stretch_->hasContent_ = body.json.hasContent();
+  stretch_->owner_ = &printer_;
+}
+
+Printer::Recording::~Recording() {
+  if (!stretch_) return;
+  printer_.body_->out.endCopy();
+  printer_.body_->recorded = nullptr;
+  if (!stretch_->isKept()) stretch_->forget();
+}
+
+void Printer::put(const Stretch& stretch) {
+  if (!isAlive()) return;
+  LUMO_ASSERT(stretch.owner_ == this, "a stretch is put by the printer that printed it");
+  Body& body = *body_;
+  if (format_ == modelFormat) {
+    LUMO_ASSERT(body.json.level() == stretch.level_ &&
+                    body.json.hasContent() == stretch.hadContent_,
+                "a stretch is put where one like it was printed");
+    body.json.hasContentIs(stretch.hasContent_);
+  }
+  std::size_t at = 0;
+  for (const Stretch::Indent& step : stretch.indents_) {
+    body.out.put(stretch.bytes_.data() + at, step.at - at);
+    indent(step.columns);
+    at = step.at;
+  }
+  body.out.put(stretch.bytes_.data() + at, stretch.bytes_.size() - at);
+}
+
+/// A stretch keeps where its margins are and not the blanks.
+void Printer::indent(std::uint32_t columns) {
+  if (!takesText()) return;
+  OutputBuffer& out = body_->out;
+  Stretch* const recorded = body_->recorded;
+  if (recorded) {
+    out.endCopy();
+    recorded->indents_.push_back({static_cast<std::uint32_t>(recorded->bytes_.size()), columns});
+  }
+  out.fill(' ', std::size_t{margin_} + columns);
+  if (recorded) out.beginCopy(recorded->bytes_);
 }
 
 void Printer::awaitDocument() {

@@ -1,9 +1,10 @@
 // What a listing works out of a FEC at the first route on it and needs again for every other. The
-// answers and texts of a FEC stand in one place here; the entity with its vias takes six cache
-// misses a route to ask.
+// answers of a FEC and what its lines share stand in one place here; the entity with its vias takes
+// six cache misses a route to ask.
 #pragma once
 
 #include "rova/fec/Rows.h"
+#include "rova/route/SharedVias.h"
 #include "rova/route/Sorter.h"
 
 namespace Rova {
@@ -14,9 +15,7 @@ struct FecLook {
   bool isDirect = false;    ///< whether its only via prints without a row
   bool isNexthopGroup = false;
   bool isSrTePolicy = false;
-  bool hasText = false;  ///< whether what follows is made, as it is at the first print
-  bool isHidden = false; ///< whether the query or the tunnel table leaves out its only via
-  DirectViaText text;    ///< of its only via
+  SharedVias vias;
 };
 
 /// The looks of one listing. The vias of the FECs must not change meanwhile.
@@ -34,17 +33,6 @@ class FecLooks {
 
   /// Tells that the FEC will be looked at soon.
   [[gnu::always_inline]] void expect(Vanta::Fib::FecId fecId) const { looks_.prefetch(fecId); }
-
-  /// Makes the text of a direct look, unless that is done.
-  void makeText(FecLook& look) const {
-    if (look.hasText) return;
-    const CachedVia& via = look.fec->viaMap().begin()->first;
-    const bool isEvpn = via.tunnelId().kind() == TunnelKind::evpnVxlan;
-    look.text = viaTexts(forwarding_, via);
-    look.isHidden = (isEvpn && !look.text.evpnEntry.isSet()) ||
-                    forwarding_.filter.leavesOut(isEvpn ? Kesh::IntfId() : via.intfId());
-    look.hasText = true;
-  }
 
  private:
   using TunnelKind = Tunnel::TunnelTable::TunnelKind;

@@ -67,8 +67,10 @@ class Listing {
   RouteLine lineOf(const Route& route);
   const char* srcVrfName(VrfId vrf);
   void printMissingFec(const Route& route);
+  bool sharesVias(const Route& route, const RouteLine& line, const FecLook& look) const;
+  bool resolve(const Route& route, const FecLook& look, RouteLine& line);
+  bool resolveDirectly(const Route& route, const CachedFec& fec, RouteLine& line);
   void buildGroups(CachedFec& fec);
-  void printDirect(const Route& route, FecLook& look);
 
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
@@ -78,6 +80,9 @@ class Listing {
   bool groupNamesBuilt_ = false;
   VrfId lastSrcVrf_{VrfId::none};
   Lumo::String lastSrcVrfName_;
+  // What the line in print shows of its FEC.
+  DirectViaText viaText_;
+  PolicyInfoSet policies_;
   Lumo::String ownInterfaceText_, ownDescription_;
 };
 
@@ -195,23 +200,58 @@ void Listing<Family>::printRoute(const Route& route) {
   if (!isReceive(type) && !isPrintable(sorter_, route, look.forwards)) return;
   if (!protocolMatch(route, sorter_.protocol())) return;
   if (!look.fec) return printMissingFec(route);
-  if (look.isDirect && !isNexthopGroup(type)) return printDirect(route, look);
-
-  CachedFec& fec = *look.fec;
   RouteLine line = lineOf(route);
+  if (sharesVias(route, line, look)) line.shared = &look.vias;
+  const bool isKnown = line.shared && line.shared->isKnown(hasV6Nexthop());
+  if (isKnown || resolve(route, look, line)) lines_.printFormatRoute(type, line, hasV6Nexthop());
+}
+
+/// Whether the line goes on as those of other routes on the FEC do. Not where the route's type makes
+/// it another line, shows an interface of its own, or stands between the policies of a leaked route.
+template <class Family>
+bool Listing<Family>::sharesVias(const Route& route, const RouteLine& line,
+                                 const FecLook& look) const {
+  if (isNexthopGroup(route.routeType) && !look.isNexthopGroup) return false;
+  return !isReceive(route.routeType) && !(line.routeLeaked && look.isSrTePolicy) &&
+         look.vias.suit(line.prefix);
+}
+
+/// Works out what the line shows of its FEC; false if the query or the tunnel table leaves it out.
+template <class Family>
+bool Listing<Family>::resolve(const Route& route, const FecLook& look, RouteLine& line) {
+  CachedFec& fec = *look.fec;
+  line.isNexthopGroup = isNexthopGroup(route.routeType) || look.isNexthopGroup;
+  if (look.isDirect && !line.isNexthopGroup) return resolveDirectly(route, fec, line);
   line.fec = &fec;
-  PolicyInfoSet policies;
-  line.isNexthopGroup = isNexthopGroup(type) || look.isNexthopGroup;
   if (line.isNexthopGroup) {
     buildGroups(fec);
   } else if (look.isSrTePolicy) {
-    policies = collectPolicies(forwarding_, fec);
-    line.policies = &policies;
+    policies_ = collectPolicies(forwarding_, fec);
+    line.policies = &policies_;
   } else if (fec.vias() != 0) {
     buildRows(forwarding_, fec, route.key);
-    if (fec.numEntries() == 0 && forwarding_.filter.isSet) return;
+    return fec.numEntries() != 0 || !forwarding_.filter.isSet;
   }
-  lines_.printFormatRoute(type, line, hasV6Nexthop());
+  return true;
+}
+
+/// A line that shows its only via needs no more of the FEC: there are no rows.
+template <class Family>
+bool Listing<Family>::resolveDirectly(const Route& route, const CachedFec& fec, RouteLine& line) {
+  const CachedVia& via = fec.viaMap().begin()->first;
+  const bool isEvpn = via.tunnelId().kind() == Tunnel::TunnelTable::TunnelKind::evpnVxlan;
+  viaText_ = viaTexts(forwarding_, via);
+  if (isEvpn && !viaText_.evpnEntry.isSet()) return false;
+  if (forwarding_.filter.leavesOut(isEvpn ? Kesh::IntfId() : via.intfId())) return false;
+  line.via = &viaText_;
+  if (isReceive(route.routeType) && viaText_.interface.empty()) {
+    const Kesh::IntfId own = ownInterface(route);
+    ownInterfaceText_ = own.stringValue();
+    ownDescription_ = interfaceDescriptionOf(forwarding_, own);
+    line.ownInterface = ownInterfaceText_.c_str();
+    line.ownInterfaceDescription = ownDescription_.c_str();
+  }
+  return true;
 }
 
 template <class Family>
@@ -253,23 +293,6 @@ void Listing<Family>::buildGroups(CachedFec& fec) {
   if (!groupNamesBuilt_) sorter_.buildNexthopGroupIdToName();
   groupNamesBuilt_ = true;
   if (fec.nhgVias() == 0) buildNexthopGroupRows(forwarding_, fec);
-}
-
-/// Prints straight from the FEC's look. The line needs no more of the FEC: there are no rows.
-template <class Family>
-void Listing<Family>::printDirect(const Route& route, FecLook& look) {
-  looks_.makeText(look);
-  if (look.isHidden) return;
-  RouteLine line = lineOf(route);
-  line.via = &look.text;
-  if (isReceive(route.routeType) && look.text.interface.empty()) {
-    const Kesh::IntfId own = ownInterface(route);
-    ownInterfaceText_ = own.stringValue();
-    ownDescription_ = interfaceDescriptionOf(forwarding_, own);
-    line.ownInterface = ownInterfaceText_.c_str();
-    line.ownInterfaceDescription = ownDescription_.c_str();
-  }
-  lines_.printFormatRoute(route.routeType, line, hasV6Nexthop());
 }
 
 /// Asked for each line: following a tunnel can capture the first FEC of the IPv6 table.

@@ -21,6 +21,9 @@ constexpr std::size_t policyIndent6 = 6;
 constexpr std::size_t policyViaStep = 4;
 /// Where the vias of the IPv6 form stand.
 constexpr const char* ownLineVia = "\n           via";
+constexpr unsigned ownLineColumns = 11;
+/// How far the vias of a tunnel stand behind their row.
+constexpr unsigned tunnelViaStep = 3;
 
 unsigned digits(std::uint32_t number) {
   unsigned count = 1;
@@ -44,6 +47,8 @@ struct RouteLinePrinter::Row {
 
 struct RouteLinePrinter::Subject {
   const RouteLine& line;
+  LineForm form;
+  std::uint32_t type;
   std::string_view code;
   std::string_view prefixText;
   const char* nexthopAddr;
@@ -59,7 +64,6 @@ struct RouteLinePrinter::Subject {
   bool hasPolicies() const { return line.policies && line.policies->policyInfos() != 0; }
   /// Whether nothing is known of where the route leads.
   bool leadsNowhere() const { return !hasTexts() && !hasEvpn && !hasPolicies(); }
-  bool isConnected() const { return !hasEvpn && isDirectlyConnected(line.prefix, nexthopAddr); }
   /// The columns that the note on a leaked route takes.
   std::size_t noteColumns() const {
     return line.routeLeaked ? sizeof "(source VRF ) " - 1 + scrivo::shown(line.srcVrfName).size()
@@ -96,84 +100,130 @@ RouteLinePrinter::RouteLinePrinter(scrivo::Printer& printer, LineOptions options
       groupName_(printer, "groupName"),
       groupId_(printer, "groupId") {}
 
-bool RouteLinePrinter::print(const RouteLine& line, std::string_view code, bool hasV6Nexthop) {
+bool RouteLinePrinter::print(const RouteLine& line, std::uint32_t type, std::string_view code,
+                             bool hasV6Nexthop) {
   char text[Kesh::maxAddressText + 1];
   const auto length = line.prefix.writeText(text);
   text[length] = '\0';
   prefix_.setValue(static_cast<const char*>(text));
+  if (line.shared && !line.shared->isKnown(hasV6Nexthop)) line.shared->forget();
   const auto* const via = line.via;
   const bool hasInterface = via && !via->interface.empty();
   Subject route{line,
+                line.shared ? line.shared->form : LineForm::unknown,
+                type,
                 code,
                 {text, length},
                 via ? via->nexthopAddr.c_str() : "",
                 hasInterface ? via->interface.c_str() : line.ownInterface,
                 hasInterface ? via->interfaceDescription.c_str() : line.ownInterfaceDescription,
                 via && via->evpnEntry.isSet()};
-  if (!hasSomethingToShow(route)) return false;
-  printHead(route);
-  hasV6Nexthop ? printFormatRoute6(route) : printFormatRoute4(route);
-  return true;
+  const bool isFirst = route.form == LineForm::unknown;
+  if (isFirst) route.form = formOf(route);
+  if (route.form != LineForm::hidden) {
+    hasV6Nexthop ? printFormatRoute6(route) : printFormatRoute4(route);
+  }
+  if (isFirst && line.shared) line.shared->isPrinted(route.form, hasV6Nexthop, line.prefix);
+  return route.form != LineForm::hidden;
 }
 
-bool RouteLinePrinter::hasSomethingToShow(const Subject& route) const {
+LineForm RouteLinePrinter::formOf(const Subject& route) {
+  if (!hasSomethingToShow(route)) return LineForm::hidden;
+  if (!route.hasEvpn && isConnected(route, route.nexthopAddr)) return LineForm::connected;
+  if (route.hasRows()) return LineForm::rows;
+  return route.leadsNowhere() ? LineForm::nowhere : LineForm::vias;
+}
+
+bool RouteLinePrinter::hasSomethingToShow(const Subject& route) {
   const bool nexthopAlone = *route.nexthopAddr && !*route.interface;
   return !nexthopAlone || options_.detail || route.hasEvpn || route.line.isNexthopGroup ||
-         route.hasRows() || isDirectlyConnected(route.line.prefix, route.nexthopAddr) ||
-         route.line.policies;
+         route.hasRows() || isConnected(route, route.nexthopAddr) || route.line.policies;
+}
+
+/// Whether the next hop is the route itself. What the lines of a FEC share is printed under the
+/// answer "no", and notes what it asked about.
+bool RouteLinePrinter::isConnected(const Subject& route, std::string_view nexthop) {
+  if (route.line.shared) route.line.shared->askedHops.enter(nexthop);
+  return isDirectlyConnected(route.line.prefix, nexthop);
+}
+
+/// Prints what the lines of a FEC share, or in its place what this line has of its own.
+template <class Print>
+void RouteLinePrinter::share(const Subject& route, Print printVias) {
+  route.line.shared ? printer_.addStretch(route.line.shared->output, printVias) : printVias();
 }
 
 void RouteLinePrinter::printFormatRoute4(const Subject& route) {
-  if (route.isConnected()) {
-    printConnected4(route);
-  } else if (route.hasRows()) {
+  printHead(route, route.form);
+  switch (route.form) {
+  case LineForm::connected:
+    printer_.addFrills(" is directly connected, ");
+    share(route, [&] { printConnectedVias4(route); });
+    addPreference();
+    break;
+  case LineForm::rows:
     printRows4(route);
-  } else if (route.leadsNowhere()) {
-    addKind(true, "drop");
+    break;
+  case LineForm::nowhere:
     printer_.addFrills(" is directly connected, Null0");
     addPreference();
     printer_.addFrills("\n");
     printEmptyVias();
-  } else {
+    break;
+  default:
     printVia4(route);
   }
   printer_.endDictEntry();
 }
 
 void RouteLinePrinter::printFormatRoute6(const Subject& route) {
+  printHead(route, LineForm::unknown);
   printPreference(route);
-  if (route.isConnected()) {
-    printConnected6(route);
-  } else if (route.hasRows()) {
-    printRows6(route);
-  } else if (route.leadsNowhere()) {
-    addKind(true, "drop");
-    printer_.addFrills("\n           Null0\n");
-    printEmptyVias();
-  } else {
-    addKind(false, "forward");
-    printer_.addFrills(ownLineVia);
-    if (route.hasPolicies()) {
+  share(route, [&] {
+    addKind(route.form);
+    switch (route.form) {
+    case LineForm::connected:
+      return printConnectedVias6(route);
+    case LineForm::rows:
+      return printRows6(route);
+    case LineForm::nowhere:
+      printer_.addFrills("\n           Null0\n");
+      return printEmptyVias();
+    default:
+      printer_.addFrills(ownLineVia);
+      if (!route.hasPolicies()) return printDirectVia(route);
       printPolicies(route, policyIndent6, policyIndent6 + policyViaStep);
-    } else {
-      printDirectVia(route);
     }
-  }
+  });
   printer_.endDictEntry();
 }
 
-void RouteLinePrinter::printHead(const Subject& route) {
+/// The marks, the code and the prefix; in the model the kind too, if the form has it here.
+void RouteLinePrinter::printHead(const Subject& route, LineForm kind) {
   const RouteLine& line = route.line;
-  hardwareProgrammed_.setValue(line.hardwareProgrammed);
-  kernelProgrammed_.setValue(line.kernelProgrammed);
-  routeLeaked_.setValue(line.routeLeaked);
   preference_.setValue(line.preference);
   metric_.setValue(line.metric);
   printer_.startDictEntry(prefix_);
+  const std::uint32_t key = route.type << 6 | static_cast<std::uint32_t>(kind) << 3 |
+                            line.hardwareProgrammed << 2 | line.kernelProgrammed << 1 |
+                            line.routeLeaked;
+  scrivo::Stretch* const known = marks_.find(key);
+  printer_.addStretch(known ? *known : marks_.insertOrAssign(key, {}), [&] {
+    printMarks(route);
+    if (kind != LineForm::unknown) addKind(kind);
+  });
+  printer_.addFrills("%s", route.prefixText);
+}
+
+void RouteLinePrinter::printMarks(const Subject& route) {
+  hardwareProgrammed_.setValue(route.line.hardwareProgrammed);
+  kernelProgrammed_.setValue(route.line.kernelProgrammed);
+  routeLeaked_.setValue(route.line.routeLeaked);
   printer_.addAttributes("%s%s%s%s", 4, hardwareProgrammed_.getArg(), routeType_.getArg(),
                          routeLeaked_.getArg(), kernelProgrammed_.getArg());
-  const auto columns = codeColumns - (line.routeLeaked ? leakMarkColumns : 0) - route.code.size();
-  printer_.addFrills("%s%s", std::string_view(blanks, columns), route.prefixText);
+  const auto columns =
+      codeColumns - (route.line.routeLeaked ? leakMarkColumns : 0) - route.code.size();
+  printer_.addFrills("%s", std::string_view(blanks, columns));
 }
 
 /// The note on a leaked route, without the blank that each form puts before or behind it.
@@ -184,17 +234,28 @@ void RouteLinePrinter::printSourceVrf(const Subject& route) {
   printer_.addFrills(")");
 }
 
-/// " [PREFERENCE/METRIC]" and the note.
+/// " [PREFERENCE/METRIC]". Most routes have those of the route before.
+void RouteLinePrinter::printPreferenceNumbers() {
+  const auto numbers = std::pair(preference_.bits(), metric_.bits());
+  if (numbers != lastNumbers_) lastPreference_.forget();
+  lastNumbers_ = numbers;
+  printer_.addStretch(lastPreference_, [&] {
+    printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
+  });
+}
+
+/// The numbers and the note.
 void RouteLinePrinter::printPreference(const Subject& route) {
-  printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
+  printPreferenceNumbers();
   if (!route.line.routeLeaked) return;
   printer_.addFrills(" ");
   printSourceVrf(route);
 }
 
-void RouteLinePrinter::addKind(bool directlyConnected, const char* action) {
-  directlyConnected_.setValue(directlyConnected);
-  routeAction_.setValue(action);
+/// Where a line leads, for the model.
+void RouteLinePrinter::addKind(LineForm form) {
+  directlyConnected_.setValue(form == LineForm::connected || form == LineForm::nowhere);
+  routeAction_.setValue(form == LineForm::nowhere ? "drop" : "forward");
   printer_.addAttributes("", 2, directlyConnected_.getArg(), routeAction_.getArg());
 }
 
@@ -208,9 +269,7 @@ void RouteLinePrinter::printEmptyVias() {
   printer_.endList();
 }
 
-void RouteLinePrinter::printConnected4(const Subject& route) {
-  addKind(true, "forward");
-  printer_.addFrills(" is directly connected, ");
+void RouteLinePrinter::printConnectedVias4(const Subject& route) {
   printer_.startList("vias");
   if (*route.interface) {
     interface_.setValue(route.interface);
@@ -226,11 +285,9 @@ void RouteLinePrinter::printConnected4(const Subject& route) {
   }
   printer_.endList();
   printer_.addFrills("\n");
-  addPreference();
 }
 
-void RouteLinePrinter::printConnected6(const Subject& route) {
-  addKind(true, "forward");
+void RouteLinePrinter::printConnectedVias6(const Subject& route) {
   printer_.startList("vias");
   if (*route.interface) {
     interface_.setValue(route.interface);
@@ -253,43 +310,48 @@ void RouteLinePrinter::printConnected6(const Subject& route) {
 }
 
 void RouteLinePrinter::printRows4(const Subject& route) {
-  addKind(false, "forward");
-  printer_.addAttributes(" [%d/%u] ", 2, preference_.getArg(), metric_.getArg());
+  printPreferenceNumbers();
+  printer_.addFrills(" ");
   if (route.line.routeLeaked) {
     printSourceVrf(route);
     printer_.addFrills(" ");
   }
+  printer_.marginIs(route.padding());
+  share(route, [&] { printRowList4(route); });
+}
+
+void RouteLinePrinter::printRowList4(const Subject& route) {
   if (options_.degradeNhgModel && route.line.isNexthopGroup) {
     printer_.addFrills(" via");
     return printDegradedGroup(route);
   }
-  const unsigned padding = route.padding();
   printer_.startList("vias");
   forEachRow(route, [&](const Row& row) {
-    if (!row.isFirst) printer_.addFrills("\n%*s", static_cast<int>(padding), "");
+    if (!row.isFirst) printer_.addFrills("\n");
+    if (!row.isFirst) printer_.addIndent();
     printRowStart4(route, row);
     printRowLabels(route, row);
     if (row.evpn) printEvpn(*row.evpn);
     printRowEnd(route, row);
-    if (row.tunnel) printTunnelVias(route, *row.tunnel, padding + 3);
+    if (row.tunnel) printTunnelVias(route, *row.tunnel);
   });
   printer_.endList();
   printer_.addFrills("\n");
 }
 
 void RouteLinePrinter::printRows6(const Subject& route) {
-  addKind(false, "forward");
   if (options_.degradeNhgModel && route.line.isNexthopGroup) {
     printer_.addFrills(ownLineVia);
     return printDegradedGroup(route);
   }
+  printer_.marginIs(ownLineColumns);
   printer_.startList("vias");
   forEachRow(route, [&](const Row& row) {
     printer_.addFrills(ownLineVia);
     printRowStart6(row);
     printRowLabels(route, row);
     printRowEnd(route, row);
-    if (row.tunnel) printTunnelVias(route, *row.tunnel, 14);
+    if (row.tunnel) printTunnelVias(route, *row.tunnel);
   });
   printer_.endList();
   printer_.addFrills("\n");
@@ -328,7 +390,7 @@ void RouteLinePrinter::forEachRow(const Subject& route, PrintRow printRow) {
 }
 
 void RouteLinePrinter::printRowStart4(const Subject& route, const Row& row) {
-  if (!row.evpn && isDirectlyConnected(route.line.prefix, row.nexthopAddr)) {
+  if (!row.evpn && isConnected(route, row.nexthopAddr)) {
     printer_.addFrills("is directly connected");
   } else {
     printer_.addFrills("via");
@@ -411,12 +473,13 @@ void RouteLinePrinter::printDegradedGroup(const Subject& route) {
 }
 
 void RouteLinePrinter::printVia4(const Subject& route) {
-  addKind(false, "forward");
   printPreference(route);
-  printer_.addFrills(" via");
-  if (!route.hasPolicies()) return printDirectVia(route);
-  const auto indent = route.noteColumns() + policyIndent4;
-  printPolicies(route, indent, indent + policyViaStep);
+  share(route, [&] {
+    printer_.addFrills(" via");
+    if (!route.hasPolicies()) return printDirectVia(route);
+    const auto indent = route.noteColumns() + policyIndent4;
+    printPolicies(route, indent, indent + policyViaStep);
+  });
 }
 
 void RouteLinePrinter::printPolicies(const Subject& route, std::size_t policyIndent,
@@ -464,8 +527,7 @@ void RouteLinePrinter::printEvpn(const Tunnel::TunnelTable::EvpnVxlanTunnelEntry
 }
 
 void RouteLinePrinter::printTunnelVias(const Subject& route,
-                                       const Tunnel::CliSupport::CachedTunVia& tunnel,
-                                       unsigned padding) {
+                                       const Tunnel::CliSupport::CachedTunVia& tunnel) {
   printer_.startList("tunnelVias");
   for (std::uint32_t at = 0; at < tunnel.numVias; ++at) {
     const auto index = static_cast<Tunnel::CliSupport::TunnelViaIndex>(at);
@@ -476,12 +538,13 @@ void RouteLinePrinter::printTunnelVias(const Subject& route,
     const auto* const labels = tunnel.viaLabelStack.find(index);
     const auto nexthopAddr = text(tunnel.nexthopAddr);
     printer_.startListEntry();
-    printer_.addFrills("\n%*s", static_cast<int>(padding), "");
+    printer_.addFrills("\n");
+    printer_.addIndent(tunnelViaStep);
     Tunnel::CliSupport::printTunnelViaInfo(printer_, true,
                                            {nexthopAddr, text(tunnel.interface),
                                             text(tunnel.interfaceDescription),
                                             labels ? *labels : Kesh::MplsLabelOperation(),
-                                            isDirectlyConnected(route.line.prefix, nexthopAddr)});
+                                            isConnected(route, nexthopAddr)});
     printer_.endListEntry();
   }
   printer_.endList();

@@ -8,13 +8,15 @@
 #include "rova/fec/CachedFec.h"
 #include "rova/fec/Policies.h"
 #include "rova/route/DisplayAttrInfo.h"
+#include "rova/route/SharedVias.h"
 #include "scrivo/Printer.h"
 
 #include <string_view>
 
 namespace Rova {
 
-/// What a line shows beside its route type. Texts are not copied: they outlive the call.
+/// What a line shows beside its route type. Texts are not copied: they outlive the call. All below
+/// `shared` is not read where that is known.
 struct RouteLine {
   bool hardwareProgrammed = true;
   bool kernelProgrammed = true;
@@ -23,6 +25,7 @@ struct RouteLine {
   Kesh::IpGenPrefix prefix;
   int preference = 0;
   std::uint32_t metric = 0;
+  SharedVias* shared = nullptr; ///< of the lines of the FEC; null where this one has its own
   const CachedFec* fec = nullptr;
   bool isNexthopGroup = false; ///< by its type or its FEC
   /// The single via that is printed straight from its FEC; null where rows or nothing print.
@@ -51,7 +54,7 @@ class RouteLinePrinter {
   template <class RouteType>
   bool printFormatRoute(RouteType type, const RouteLine& line, bool hasV6Nexthop) {
     routeType_.setValue(type);
-    return print(line, pcode(type), hasV6Nexthop);
+    return print(line, static_cast<std::uint32_t>(type), pcode(type), hasV6Nexthop);
   }
 
  private:
@@ -59,21 +62,28 @@ class RouteLinePrinter {
   /// A line with what is worked out from it once.
   struct Subject;
 
-  bool print(const RouteLine& line, std::string_view code, bool hasV6Nexthop);
+  bool print(const RouteLine& line, std::uint32_t type, std::string_view code, bool hasV6Nexthop);
+  LineForm formOf(const Subject& route);
+  bool hasSomethingToShow(const Subject& route);
   void printFormatRoute4(const Subject& route);
   void printFormatRoute6(const Subject& route);
-  bool hasSomethingToShow(const Subject& route) const;
+  template <class Print>
+  void share(const Subject& route, Print printVias);
+  bool isConnected(const Subject& route, std::string_view nexthop);
 
-  void printHead(const Subject& route);
+  void printHead(const Subject& route, LineForm kind);
+  void printMarks(const Subject& route);
   void printSourceVrf(const Subject& route);
+  void printPreferenceNumbers();
   void printPreference(const Subject& route);
-  void addKind(bool directlyConnected, const char* action);
   void addPreference();
+  void addKind(LineForm form);
   void printEmptyVias();
 
-  void printConnected4(const Subject& route);
-  void printConnected6(const Subject& route);
+  void printConnectedVias4(const Subject& route);
+  void printConnectedVias6(const Subject& route);
   void printRows4(const Subject& route);
+  void printRowList4(const Subject& route);
   void printRows6(const Subject& route);
   void printVia4(const Subject& route);
   void printPolicies(const Subject& route, std::size_t policyIndent, std::size_t viaIndent);
@@ -88,8 +98,7 @@ class RouteLinePrinter {
   void printRowLabels(const Subject& route, const Row& row);
   void printRowEnd(const Subject& route, const Row& row);
   void printEvpn(const Tunnel::TunnelTable::EvpnVxlanTunnelEntry& entry);
-  void printTunnelVias(const Subject& route, const Tunnel::CliSupport::CachedTunVia& tunnel,
-                       unsigned padding);
+  void printTunnelVias(const Subject& route, const Tunnel::CliSupport::CachedTunVia& tunnel);
 
   scrivo::Printer& printer_;
   const LineOptions options_;
@@ -113,6 +122,9 @@ class RouteLinePrinter {
   scrivo::StringAttrInfo routerMac_;
   scrivo::StringAttrInfo groupName_;
   scrivo::UintAttrInfo groupId_;
+  Lumo::HashMap2018<std::uint32_t, scrivo::Stretch> marks_; ///< by what `printHead` makes of them
+  scrivo::Stretch lastPreference_;
+  std::pair<std::uint64_t, std::uint64_t> lastNumbers_; ///< that it shows
 };
 
 } // namespace Rova

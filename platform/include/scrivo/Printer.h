@@ -34,6 +34,7 @@
 #include "scrivo/Exception.h"
 #include "scrivo/Format.h"
 #include "scrivo/Interrupt.h"
+#include "scrivo/Stretch.h"
 
 #include <array>
 #include <memory>
@@ -141,6 +142,25 @@ class LUMO_EXPORT Printer {
           sizeof...(Args));
   }
 
+  /// Prints what `print()` prints, once: a stretch that is kept is put again, byte for byte but for
+  /// its margins. `print` ends in the level of the model that it begins in, and may flush; where it
+  /// throws, nothing is kept. Inside another stretch that is being printed, it is printed each
+  /// time. Fails an assertion if the stretch belongs elsewhere.
+  template <class Print>
+  void addStretch(Stretch& stretch, Print&& print) {
+    if (stretch.isKept()) return put(stretch);
+    Recording recording(*this, stretch);
+    print();
+    recording.keep();
+  }
+
+  /// How far the lines below this one stand in, in columns; it prints nothing.
+  void marginIs(std::uint32_t columns) { margin_ = columns; }
+  /// Prints blanks to so many columns behind the margin, in text.
+  void addIndent(std::uint32_t columns = 0) {
+    if (format_ == textFormat) indent(columns);
+  }
+
   /// Tells that another printer on the same descriptor now writes a document of its own, `start` to
   /// `end`, as the value of the open simple entry; writes out what stands ahead of it. Fails an
   /// assertion where the model has no such entry open.
@@ -157,6 +177,20 @@ class LUMO_EXPORT Printer {
  private:
   struct Body;
 
+  /// Keeps what is printed in its time, if `keep` is called.
+  class LUMO_EXPORT Recording {
+   public:
+    Recording(Printer& printer, Stretch& stretch);
+    ~Recording();
+    Recording(const Recording&) = delete;
+    Recording& operator=(const Recording&) = delete;
+    void keep();
+
+   private:
+    Printer& printer_;
+    Stretch* stretch_; ///< null inside another recording
+  };
+
   /// False in text, where structure and what has no text are nothing; but an interrupt is seen.
   bool hasStructure() const { return format_ != textFormat || interruptRequested(); }
   bool isAlive();
@@ -168,8 +202,11 @@ class LUMO_EXPORT Printer {
   void close(const LevelRule& rule);
   void add(FormatText format, const AttrWord* words, unsigned count);
   void print(FormatText format, const AttrWord* words, unsigned count);
+  void put(const Stretch& stretch);
+  void indent(std::uint32_t columns);
 
   unsigned format_;
+  std::uint32_t margin_ = 0;
   std::unique_ptr<Body> body_;
 };
 
