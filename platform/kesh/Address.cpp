@@ -11,11 +11,28 @@ namespace {
 
 constexpr char hexDigits[] = "0123456789abcdef";
 
-char* writeByte(char* out, unsigned value) {
-  if (value >= 100) *out++ = static_cast<char>('0' + value / 100);
-  if (value >= 10) *out++ = static_cast<char>('0' + value / 10 % 10);
-  *out++ = static_cast<char>('0' + value % 10);
-  return out;
+/// A byte's decimal digits and how many they are.
+struct ByteText {
+  char digits[3];
+  std::uint8_t length;
+};
+
+constexpr std::array<ByteText, 256> byteTexts = [] {
+  std::array<ByteText, 256> texts{};
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    ByteText& text = texts[byte];
+    if (byte >= 100) text.digits[text.length++] = static_cast<char>('0' + byte / 100);
+    if (byte >= 10) text.digits[text.length++] = static_cast<char>('0' + byte / 10 % 10);
+    text.digits[text.length++] = static_cast<char>('0' + byte % 10);
+  }
+  return texts;
+}();
+
+/// Writes three bytes, of which those behind the text do not count.
+char* writeByte(char* out, std::uint8_t byte) {
+  const ByteText& text = byteTexts[byte];
+  std::memcpy(out, text.digits, sizeof text.digits);
+  return out + text.length;
 }
 
 char* writeDotted(char* out, const std::uint8_t* bytes) {

@@ -65,14 +65,18 @@ LineEnds lineEndsOf(const AttrWord& word) {
 /// One format over its words.
 class FormatPrinter {
  public:
-  FormatPrinter(OutputBuffer& out, const char* format, const AttrWord* words, unsigned count)
+  FormatPrinter(OutputBuffer& out, FormatText format, const AttrWord* words, unsigned count)
       : out_(out), format_(format), words_(words), next_(words), end_(words + count) {}
 
-  void print(std::uint32_t literalLength) {
-    out_.put(format_, literalLength);
-    for (const char* at = format_ + literalLength; *at != '\0';) {
-      at = *at == '%' ? printSlot(at + 1) : printLiteral(at);
+  void print() {
+    const char* at = format_.text();
+    for (unsigned slot = 0;; ++slot, ++next_, at += 2) {
+      const std::size_t length = format_.literalLength(slot);
+      if (length != 0) out_.put(at, length);
+      at += length;
+      if (slot == format_.bareSlots() || next_ == end_ || !printBareSlot(at[1], *next_)) break;
     }
+    while (*at != '\0') at = *at == '%' ? printSlot(at + 1) : printLiteral(at);
   }
 
  private:
@@ -84,7 +88,6 @@ class FormatPrinter {
 
   /// \return the place behind the slot.
   const char* printSlot(const char* at) {
-    if (next_ != end_ && printBareSlot(*at, *next_)) return ++next_, at + 1;
     Slot slot;
     const char* const behind = readSlot(at, slot);
     if (!behind) fail();
@@ -232,11 +235,11 @@ class FormatPrinter {
     std::vector<Tag> tags;
     std::transform(words_, end_, std::back_inserter(tags), std::mem_fn(&AttrWord::tag));
     const auto count = static_cast<unsigned>(tags.size());
-    throwFormatFault(format_, findFormatFault(format_, tags.data(), count));
+    throwFormatFault(format_.text(), findFormatFault(format_.text(), tags.data(), count));
   }
 
   OutputBuffer& out_;
-  const char* format_;
+  const FormatText format_;
   const AttrWord* words_;
   const AttrWord* next_;
   const AttrWord* end_;
@@ -245,7 +248,7 @@ class FormatPrinter {
 } // namespace
 
 void printFormat(OutputBuffer& out, FormatText format, const AttrWord* words, unsigned count) {
-  FormatPrinter(out, format.text, words, count).print(format.literalLength);
+  FormatPrinter(out, format, words, count).print();
 }
 
 } // namespace scrivo

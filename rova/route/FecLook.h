@@ -26,6 +26,7 @@ class FecLooks {
 
   /// Valid until the next call.
   FecLook& look(Vanta::Fib::FecId fecId) {
+    if (next_ && fecId == nextId_ && looks_.size() == sizeAtNext_) return *next_;
     if (FecLook* const known = looks_.find(fecId)) return *known;
     const auto* const captured = forwarding_.fec.find(fecId);
     return looks_.insertOrAssign(fecId, makeLook(captured ? captured->ptr() : nullptr));
@@ -33,6 +34,13 @@ class FecLooks {
 
   /// Tells that the FEC will be looked at soon.
   [[gnu::always_inline]] void expect(Vanta::Fib::FecId fecId) const { looks_.prefetch(fecId); }
+  /// Tells that it will be looked at next, and what its lines share be printed.
+  void expectOutput(Vanta::Fib::FecId fecId) {
+    next_ = looks_.find(fecId);
+    nextId_ = fecId;
+    sizeAtNext_ = looks_.size();
+    if (next_) next_->vias.output.prefetch();
+  }
 
  private:
   using TunnelKind = Tunnel::TunnelTable::TunnelKind;
@@ -58,6 +66,9 @@ class FecLooks {
 
   const Forwarding& forwarding_;
   Lumo::HashMap2018<Vanta::Fib::FecId, FecLook> looks_;
+  FecLook* next_ = nullptr; ///< as long as there are no more looks than `sizeAtNext_`
+  Vanta::Fib::FecId nextId_;
+  std::size_t sizeAtNext_ = 0;
 };
 
 } // namespace Rova

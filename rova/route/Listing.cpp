@@ -8,6 +8,9 @@
 #include "rova/route/RouteLine.h"
 #include "rova/route/Selection.h"
 
+#include <algorithm>
+#include <array>
+
 namespace Rova {
 
 namespace {
@@ -34,6 +37,8 @@ class Listing {
       : sorter_(sorter),
         printer_(printer),
         forwarding_(sorter.forwarding()),
+        missesHardware_(hasUnprogrammedRoutes(sorter)),
+        missesKernel_(kernelUnprogrammedRoutes(sorter)),
         lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}),
         looks_(forwarding_) {}
 
@@ -75,6 +80,8 @@ class Listing {
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
   const Forwarding forwarding_;
+  // Whether there is a route to ask about: most devices have none.
+  const bool missesHardware_, missesKernel_;
   RouteLinePrinter lines_;
   FecLooks<Family> looks_;
   bool groupNamesBuilt_ = false;
@@ -111,14 +118,13 @@ void Listing<Family>::printFlags() {
   scrivo::BoolAttrInfo allInKernel(printer_, "allRoutesProgrammedKernel");
 
   const bool hardwareMissing = hasHardwareUnprogrammed(sorter_);
-  const bool kernelMissing = kernelUnprogrammedRoutes(sorter_);
   if (hardwareMissing) printer_.addFrills("%s%s", warningRule, hardwareWarning);
-  if (kernelMissing) printer_.addFrills("%s", kernelWarning);
+  if (missesKernel_) printer_.addFrills("%s", kernelWarning);
   if (hardwareMissing) printer_.addFrills("%s", warningRule);
 
   routingDisabled.setValue(isRoutingDisabled(sorter_));
   allInHardware.setValue(!hardwareMissing);
-  allInKernel.setValue(!kernelMissing);
+  allInKernel.setValue(!missesKernel_);
   printer_.addAttributes("", 3, routingDisabled.getArg(), allInHardware.getArg(),
                          allInKernel.getArg());
 }
@@ -179,17 +185,25 @@ void Listing<Family>::printDefaultRoute() {
   sorter_.sortedRouteDel(defaultPrefix<Family>());
 }
 
-/// Steps on ahead of each print, so that the FEC of the next route is on its way from memory while
-/// this one prints.
+/// Reads two routes ahead of the one in print, so that what is known of their FECs, and then the
+/// output that it leads to, are on their way from memory meanwhile.
 template <class Family>
 void Listing<Family>::printRoutes() {
-  for (auto at = sorter_.sortedRouteMap().cursor(); at;) {
-    const Route route = at.value() ? *at.value() : Route();
-    at.next();
-    if (at && at.value()) looks_.expect(at.value()->fecId);
-    printRoute(route);
+  constexpr std::size_t depth = 3;
+  std::array<Route, depth> coming;
+  std::size_t count = 0;
+  auto at = sorter_.sortedRouteMap().cursor();
+  do {
+    for (; at && count < depth; at.next()) {
+      coming[count] = at.value() ? *at.value() : Route();
+      looks_.expect(coming[count++].fecId);
+    }
+    if (count == 0) return;
+    if (count > 1) looks_.expectOutput(coming[1].fecId);
+    printRoute(coming[0]);
     flushIfFull(printer_);
-  }
+    std::move(coming.begin() + 1, coming.begin() + count, coming.begin());
+  } while (--count != 0 || at);
 }
 
 template <class Family>
@@ -206,8 +220,9 @@ void Listing<Family>::printRoute(const Route& route) {
   if (isKnown || resolve(route, look, line)) lines_.printFormatRoute(type, line, hasV6Nexthop());
 }
 
-/// Whether the line goes on as those of other routes on the FEC do. Not where the route's type makes
-/// it another line, shows an interface of its own, or stands between the policies of a leaked route.
+/// Whether the line goes on as those of other routes on the FEC do. Not where the route's type
+/// makes it another line, shows an interface of its own, or stands between the policies of a leaked
+/// route.
 template <class Family>
 bool Listing<Family>::sharesVias(const Route& route, const RouteLine& line,
                                  const FecLook& look) const {
@@ -264,9 +279,8 @@ RouteLine Listing<Family>::lineOf(const Route& route) {
     line.srcVrfName = srcVrfName(source);
     line.routeLeaked = !(sorter_.vrfName().stringValue() == line.srcVrfName);
   }
-  line.hardwareProgrammed = isHardwareProgrammed(sorter_, route.key);
-  line.kernelProgrammed =
-      !sorter_.kernelUnprogrammedRoute() || isKernelProgrammed(sorter_, route.key);
+  line.hardwareProgrammed = !missesHardware_ || isHardwareProgrammed(sorter_, route.key);
+  line.kernelProgrammed = !missesKernel_ || isKernelProgrammed(sorter_, route.key);
   return line;
 }
 

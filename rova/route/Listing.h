@@ -35,6 +35,15 @@ bool isHardwareProgrammed(const Sorter<Family>& sorter, const typename Family::P
   return !found;
 }
 
+/// Whether any route of the device is listed as missing from the hardware.
+template <class Family>
+bool hasUnprogrammedRoutes(const Sorter<Family>& sorter) {
+  const auto& status = sorter.unprogrammedRouteStatus();
+  if (!status) return false;
+  using Table = std::remove_cvref_t<decltype(status->unprogrammedRoute)>;
+  return static_cast<bool>(typename Table::IteratorConst(status->unprogrammedRoute));
+}
+
 /// The sorter must have the kernel's table.
 template <class Family>
 bool isKernelProgrammed(const Sorter<Family>& sorter, const typename Family::Prefix& prefix) {

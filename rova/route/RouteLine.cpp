@@ -234,19 +234,9 @@ void RouteLinePrinter::printSourceVrf(const Subject& route) {
   printer_.addFrills(")");
 }
 
-/// " [PREFERENCE/METRIC]". Most routes have those of the route before.
-void RouteLinePrinter::printPreferenceNumbers() {
-  const auto numbers = std::pair(preference_.bits(), metric_.bits());
-  if (numbers != lastNumbers_) lastPreference_.forget();
-  lastNumbers_ = numbers;
-  printer_.addStretch(lastPreference_, [&] {
-    printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
-  });
-}
-
-/// The numbers and the note.
+/// " [PREFERENCE/METRIC]" and the note.
 void RouteLinePrinter::printPreference(const Subject& route) {
-  printPreferenceNumbers();
+  printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
   if (!route.line.routeLeaked) return;
   printer_.addFrills(" ");
   printSourceVrf(route);
@@ -310,8 +300,7 @@ void RouteLinePrinter::printConnectedVias6(const Subject& route) {
 }
 
 void RouteLinePrinter::printRows4(const Subject& route) {
-  printPreferenceNumbers();
-  printer_.addFrills(" ");
+  printer_.addAttributes(" [%d/%u] ", 2, preference_.getArg(), metric_.getArg());
   if (route.line.routeLeaked) {
     printSourceVrf(route);
     printer_.addFrills(" ");
@@ -540,11 +529,10 @@ void RouteLinePrinter::printTunnelVias(const Subject& route,
     printer_.startListEntry();
     printer_.addFrills("\n");
     printer_.addIndent(tunnelViaStep);
-    Tunnel::CliSupport::printTunnelViaInfo(printer_, true,
-                                           {nexthopAddr, text(tunnel.interface),
-                                            text(tunnel.interfaceDescription),
-                                            labels ? *labels : Kesh::MplsLabelOperation(),
-                                            isConnected(route, nexthopAddr)});
+    Tunnel::CliSupport::printTunnelViaInfo(
+        printer_, true,
+        {nexthopAddr, text(tunnel.interface), text(tunnel.interfaceDescription),
+         labels ? *labels : Kesh::MplsLabelOperation(), isConnected(route, nexthopAddr)});
     printer_.endListEntry();
   }
   printer_.endList();

@@ -74,7 +74,6 @@ class RouteLinePrinter {
   void printHead(const Subject& route, LineForm kind);
   void printMarks(const Subject& route);
   void printSourceVrf(const Subject& route);
-  void printPreferenceNumbers();
   void printPreference(const Subject& route);
   void addPreference();
   void addKind(LineForm form);
@@ -122,9 +121,7 @@ class RouteLinePrinter {
   scrivo::StringAttrInfo routerMac_;
   scrivo::StringAttrInfo groupName_;
   scrivo::UintAttrInfo groupId_;
-  Lumo::HashMap2018<std::uint32_t, scrivo::Stretch> marks_; ///< by what `printHead` makes of them
-  scrivo::Stretch lastPreference_;
-  std::pair<std::uint64_t, std::uint64_t> lastNumbers_; ///< that it shows
+  Lumo::HashMap2018<std::uint32_t, scrivo::Stretch> marks_; ///< of lines, by what they say
 };
 
 } // namespace Rova

@@ -46,8 +46,8 @@ struct SharedVias {
   }
   /// Whether a line in that form needs nothing more of the FEC.
   bool isKnown(bool asForm6) const { return form != LineForm::unknown && isForm6 == asForm6; }
-  /// Tells that a line was printed, or left out, in a form that was not known: the first of its FEC,
-  /// or the first in the other listing's form.
+  /// Tells that a line was printed, or left out, in a form that was not known: the first of its
+  /// FEC, or the first in the other listing's form.
   void isPrinted(LineForm as, bool asForm6, const Kesh::IpGenPrefix& prefix) {
     if (!suit(prefix)) return forget();
     form = as;

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
-#include <vector>
+#include <new>
+#include <utility>
 
 namespace Lumo {
 
@@ -14,6 +14,9 @@ class NodePool {
   NodePool() = default;
   NodePool(const NodePool&) = delete;
   NodePool& operator=(const NodePool&) = delete;
+  ~NodePool() {
+    while (last_) ::operator delete(std::exchange(last_, last_->earlier), alignment);
+  }
 
   void* allocate(std::size_t bytes) {
     if (free_) {
@@ -37,46 +40,26 @@ class NodePool {
   struct Cell {
     Cell* next;
   };
+  /// Ahead of its cells. As long as a line of the cache, so that cells of that size take one each.
+  struct alignas(64) Block {
+    Block* earlier;
+  };
+  static constexpr std::align_val_t alignment{alignof(Block)};
   static constexpr std::size_t firstBlock = 1, largestBlock = 16384; // in cells
 
   void addBlock(std::size_t cellBytes) {
     const std::size_t bytes = cellBytes * blockCells_;
     if (blockCells_ < largestBlock) blockCells_ *= 2;
-    blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(bytes));
-    next_ = blocks_.back().get();
+    last_ = ::new (::operator new(sizeof(Block) + bytes, alignment)) Block{last_};
+    next_ = reinterpret_cast<std::byte*>(last_ + 1);
     end_ = next_ + bytes;
   }
 
-  std::vector<std::unique_ptr<std::byte[]>> blocks_;
+  Block* last_ = nullptr;
   std::byte* next_ = nullptr;
   std::byte* end_ = nullptr;
   Cell* free_ = nullptr;
   std::size_t blockCells_ = firstBlock;
-};
-
-/// The standard library's view of a pool. A map takes all its nodes, of one size, through it.
-template <class T>
-class PoolAllocator {
- public:
-  using value_type = T;
-
-  explicit PoolAllocator(NodePool& pool) : pool_(&pool) {}
-  template <class U>
-  PoolAllocator(const PoolAllocator<U>& other) : pool_(&other.pool()) {}
-
-  T* allocate(std::size_t count) {
-    static_assert(sizeof(T) >= sizeof(void*) && alignof(T) <= alignof(std::max_align_t));
-    return static_cast<T*>(pool_->allocate(count * sizeof(T)));
-  }
-  void deallocate(T* memory, std::size_t) { pool_->deallocate(memory); }
-  NodePool& pool() const { return *pool_; }
-  template <class U>
-  bool operator==(const PoolAllocator<U>& other) const {
-    return pool_ == &other.pool();
-  }
-
- private:
-  NodePool* pool_;
 };
 
 } // namespace Lumo

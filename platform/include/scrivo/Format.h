@@ -85,17 +85,41 @@ constexpr const char* skipLiteral(const char* at) {
   return at;
 }
 
-/// A format as the printer takes it, with what the compiler has measured: the length of the text
-/// ahead of the first slot. A scan for it costs more than printing it.
-struct FormatText {
-  explicit constexpr FormatText(const char* format)
-      : text(format), literalLength(static_cast<std::uint32_t>(skipLiteral(format) - format)) {}
+/// A format as the printer takes it, with what the compiler has measured: where its leading slots
+/// are, as far as they are bare ("%s", "%d", "%u"). A scan for them costs more than printing them.
+class FormatText {
+ public:
+  explicit constexpr FormatText(const char* format) : text_(format), measures_(measured(format)) {}
 
+  constexpr const char* text() const { return text_; }
   /// Whether it prints nothing: the format of a value for the model alone.
-  constexpr bool isEmpty() const { return *text == '\0'; }
+  constexpr bool isEmpty() const { return *text_ == '\0'; }
+  /// The bare slots that it begins with, at most `slotLimit`.
+  constexpr unsigned bareSlots() const { return measures_ >> (8 * (slotLimit + 1)); }
+  /// The length of the literal ahead of each of them, and of that behind the last: what a scan
+  /// begins with is at that place.
+  constexpr std::size_t literalLength(unsigned slot) const {
+    return measures_ >> (8 * slot) & 0xff;
+  }
 
-  const char* text;
-  std::uint32_t literalLength;
+ private:
+  static constexpr unsigned slotLimit = 6;
+
+  static constexpr std::uint64_t measured(const char* at) {
+    std::uint64_t measures = 0;
+    for (std::uint64_t slot = 0;; ++slot) {
+      const char* const literal = at;
+      at = skipLiteral(at);
+      if (at - literal > 0xff) return measures | slot << (8 * (slotLimit + 1)); // scanned for
+      measures |= static_cast<std::uint64_t>(at - literal) << (8 * slot);
+      const bool isBare = *at == '%' && (at[1] == 's' || at[1] == 'd' || at[1] == 'u');
+      if (!isBare || slot == slotLimit) return measures | slot << (8 * (slotLimit + 1));
+      at += 2;
+    }
+  }
+
+  const char* text_;
+  std::uint64_t measures_; // a byte a literal, the number of slots in the highest
 };
 
 /// True if an argument of the tag may stand in the slot: the kind is the slot's, and an integer is
@@ -168,8 +192,8 @@ class FormatFor {
  private:
   constexpr void check() const {
     constexpr Tag tags[] = {tagOf<Args>()..., Tag::any}; // never empty
-    const FormatFault fault = findFormatFault(text_.text, tags, sizeof...(Args));
-    if (fault.what) throwFormatFault(text_.text, fault);
+    const FormatFault fault = findFormatFault(text_.text(), tags, sizeof...(Args));
+    if (fault.what) throwFormatFault(text_.text(), fault);
   }
 
   FormatText text_;
