@@ -2,6 +2,7 @@
 
 #include "kesh/TextOf.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <charconv>
 
@@ -59,19 +60,45 @@ bool isIpv4Mapped(const std::array<std::uint8_t, 16>& bytes) {
 }
 
 /// inet_pton over a view; texts with a NUL inside or longer than any address are no addresses.
-bool parseAs(int family, std::string_view text, void* bytes) {
+bool parseColons(std::string_view text, std::uint8_t* bytes) {
   char buffer[maxAddressText];
   if (text.size() >= sizeof buffer || text.find('\0') != text.npos) return false;
   std::memcpy(buffer, text.data(), text.size());
   buffer[text.size()] = '\0';
-  return inet_pton(family, buffer, bytes) == 1;
+  return inet_pton(AF_INET6, buffer, bytes) == 1;
+}
+
+/// Moves the text behind the number of one byte, without leading zeros, that it begins with.
+bool takeByte(std::string_view& text, std::uint8_t& byte) {
+  unsigned value = 0;
+  std::size_t digits = 0;
+  for (; digits < std::min<std::size_t>(text.size(), 3); ++digits) {
+    const unsigned digit = static_cast<unsigned char>(text[digits]) - '0';
+    if (digit > 9) break;
+    value = 10 * value + digit;
+  }
+  if (digits == 0 || value > 255 || (digits > 1 && text[0] == '0')) return false;
+  byte = static_cast<std::uint8_t>(value);
+  text.remove_prefix(digits);
+  return true;
+}
+
+/// Four numbers with points between. A table has so many that inet_pton, which wants a copy of each
+/// text with a NUL behind it, would take a tenth of the time of reading it.
+bool parseDotted(std::string_view text, std::uint8_t* bytes) {
+  for (int i = 0; i < 4; ++i) {
+    if (i && !text.starts_with('.')) return false;
+    if (i) text.remove_prefix(1);
+    if (!takeByte(text, bytes[i])) return false;
+  }
+  return text.empty();
 }
 
 } // namespace
 
 std::optional<IpAddr> IpAddr::parse(std::string_view text) {
   IpAddr address;
-  if (!parseAs(AF_INET, text, address.bytes_.data())) return {};
+  if (!parseDotted(text, address.bytes_.data())) return {};
   return address;
 }
 
@@ -84,7 +111,7 @@ std::size_t IpAddr::hash() const { return mixHash(host()); }
 
 std::optional<Ip6Addr> Ip6Addr::parse(std::string_view text) {
   Ip6Addr address;
-  if (!parseAs(AF_INET6, text, address.bytes_.data())) return {};
+  if (!parseColons(text, address.bytes_.data())) return {};
   return address;
 }
 
