@@ -9,6 +9,7 @@
 #include "lumo/RbTreeMap.h"
 
 #include <algorithm>
+#include <deque>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -29,13 +30,14 @@ class Unique {
   template <class Show>
   void check(Node& node, Show&& show) {
     if (ascending_) return;
-    const auto ordered = Lumo::inOrder(std::move(keys_), std::less<Key>());
+    const auto ordered =
+        Lumo::inOrder(std::vector<Key>(keys_.begin(), keys_.end()), std::less<Key>());
     const auto twice = std::adjacent_find(ordered.begin(), ordered.end());
     if (twice != ordered.end()) node.fail(show(*twice) + " twice", "each key once");
   }
 
  private:
-  std::vector<Key> keys_;
+  std::deque<Key> keys_;
   bool ascending_ = true;
 };
 

@@ -67,16 +67,6 @@ void Input::readRoot(Lumo::FunctionRef<void(Node& node)> read) {
          "found more text behind the snapshot, expected its end");
 }
 
-bool Input::take(char mark) {
-  if (*next() != mark) return false;
-  ++at_;
-  return true;
-}
-
-void Input::require(char mark) {
-  if (!take(mark)) failJson();
-}
-
 std::optional<std::string_view> Input::takeText() {
   const char* const begin = at_ + 1;
   const char* last = skipPlain(begin);

@@ -61,8 +61,14 @@ class Input {
   /// Goes on to the next token.
   const char* next() { return at_ = skipBlanks(at_); }
   /// Goes behind the next token where it is that mark.
-  bool take(char mark);
-  void require(char mark);
+  bool take(char mark) {
+    const bool isIt = *next() == mark;
+    at_ += isIt;
+    return isIt;
+  }
+  void require(char mark) {
+    if (!take(mark)) failJson();
+  }
   /// Goes behind the string that begins here and gives what it stands for; nothing for an escape
   /// that it cannot have.
   std::optional<std::string_view> takeText();
