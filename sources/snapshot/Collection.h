@@ -41,6 +41,28 @@ class Unique {
   bool ascending_ = true;
 };
 
+/// Tells of each key at once whether it came before. Keys that come in ascending order, as they do
+/// in a saved file, cost one comparison each.
+template <class Key>
+class Distinct {
+ public:
+  /// False for a key that is there already.
+  bool add(const Key& key) {
+    if (others_.find(key)) return false;
+    if (ascending_.empty() || ascending_.back() < key) {
+      ascending_.push_back(key);
+      return true;
+    }
+    if (std::binary_search(ascending_.begin(), ascending_.end(), key)) return false;
+    others_.insertOrAssign(key, true);
+    return true;
+  }
+
+ private:
+  std::deque<Key> ascending_;
+  Lumo::HashMap2018<Key, bool> others_;
+};
+
 /// A key in quotes, for messages.
 template <class Key>
 std::string quotedKey(const Key& key) {
