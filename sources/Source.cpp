@@ -58,7 +58,7 @@ State open(const std::string& source, const Needs& needs) {
   if (source == own) return kernel::load("", needs);
   if (source.starts_with(named)) return kernel::load(namespaceOf(source), needs);
   if (source != "-" && database::isDatabase(source)) return database::load(source, needs);
-  return {snapshot::load(source), {}}; // it is read as a whole
+  return {snapshot::load(source, needs), {}};
 }
 
 } // namespace sources

@@ -76,19 +76,44 @@ bool isIpv4Mapped(const std::array<std::uint8_t, 16>& bytes) {
 }
 
 /// inet_pton over a view; texts with a NUL inside or longer than any address are no addresses.
-bool parseAs(int family, std::string_view text, void* bytes) {
+bool parseColons(std::string_view text, std::uint8_t* bytes) {
   char buffer[maxAddressText];
   if (text.size() >= sizeof buffer || text.find('\0') != text.npos) return false;
   std::memcpy(buffer, text.data(), text.size());
   buffer[text.size()] = '\0';
-  return inet_pton(family, buffer, bytes) == 1;
+  return inet_pton(AF_INET6, buffer, bytes) == 1;
+}
+
+/// Reads the number of one byte, without leading zeros, and gives its end; null when there is none.
+const char* parseByte(const char* begin, const char* end, std::uint8_t& byte) {
+  const char* at = begin;
+  unsigned value = 0;
+  while (at < end && at < begin + 3 && *at >= '0' && *at <= '9') {
+    value = 10 * value + static_cast<unsigned>(*at++ - '0');
+  }
+  byte = static_cast<std::uint8_t>(value);
+  const bool isCanonical = at == begin + 1 || (at > begin && *begin != '0');
+  return isCanonical && value <= 255 ? at : nullptr;
+}
+
+/// Four numbers with points between. A table has so many that inet_pton, which wants a copy of each
+/// text with a NUL behind it, would take a tenth of the time of reading it.
+bool parseDotted(std::string_view text, std::uint8_t* bytes) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (int i = 0; i < 4; ++i) {
+    if (i && (at == end || *at++ != '.')) return false;
+    at = parseByte(at, end, bytes[i]);
+    if (!at) return false;
+  }
+  return at == end;
 }
 
 } // namespace
 
 std::optional<IpAddr> IpAddr::parse(std::string_view text) {
   IpAddr address;
-  if (!parseAs(AF_INET, text, address.bytes_.data())) return {};
+  if (!parseDotted(text, address.bytes_.data())) return {};
   return address;
 }
 
@@ -101,7 +126,7 @@ std::size_t IpAddr::hash() const { return mixHash(host()); }
 
 std::optional<Ip6Addr> Ip6Addr::parse(std::string_view text) {
   Ip6Addr address;
-  if (!parseAs(AF_INET6, text, address.bytes_.data())) return {};
+  if (!parseColons(text, address.bytes_.data())) return {};
   return address;
 }
 

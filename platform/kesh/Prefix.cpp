@@ -32,7 +32,7 @@ std::size_t writeWithLength(char* out, std::size_t addressLength, std::int32_t l
 
 template <class Address>
 std::optional<std::pair<Address, std::int32_t>> parseWithLength(std::string_view text) {
-  const auto slash = text.find('/');
+  const auto slash = text.rfind('/');
   if (slash == text.npos) return {};
   const auto address = Address::parse(text.substr(0, slash));
   const auto digits = text.substr(slash + 1);

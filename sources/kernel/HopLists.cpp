@@ -21,11 +21,20 @@ std::span<const std::uint32_t> numbersAt(const Map& map, const Key& key) {
 
 } // namespace
 
+bool HopLists::is(std::uint32_t number, const HopListHead& head, std::span<const Hop> hops) const {
+  const HopList& list = lists_[number];
+  return list == head && std::ranges::equal(this->hops(list), hops);
+}
+
 std::uint32_t HopLists::enter(const HopListHead& head, std::span<const Hop> hops) {
+  if (last_ < lists_.size() && is(last_, head, hops)) return last_;
+  return last_ = findOrAdd(head, hops);
+}
+
+std::uint32_t HopLists::findOrAdd(const HopListHead& head, std::span<const Hop> hops) {
   const std::size_t hash = hashOf(head, hops);
   for (auto [it, end] = byHash_.equal_range(hash); it != end; ++it) {
-    const HopList& list = lists_[it->second];
-    if (list == head && std::ranges::equal(this->hops(list), hops)) return it->second;
+    if (is(it->second, head, hops)) return it->second;
   }
   const auto number = static_cast<std::uint32_t>(lists_.size());
   lists_.push_back(

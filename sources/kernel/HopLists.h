@@ -53,10 +53,13 @@ class HopLists {
 
  private:
   using Numbers = std::vector<std::uint32_t>;
+  bool is(std::uint32_t number, const HopListHead& head, std::span<const Hop> hops) const;
+  std::uint32_t findOrAdd(const HopListHead& head, std::span<const Hop> hops);
   void note(std::uint32_t number, const HopListHead& head, std::span<const Hop> hops);
 
   std::vector<HopList> lists_;
   std::vector<Hop> hops_;
+  std::uint32_t last_ = 0; ///< the one that was entered last: routes come in runs that lead one way
   std::unordered_multimap<std::size_t, std::uint32_t> byHash_;
   std::unordered_map<std::uint32_t, Use> uses_; ///< by interface
   std::unordered_map<std::uint32_t, Numbers> byInterface_, byNexthop_;

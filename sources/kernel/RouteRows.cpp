@@ -36,17 +36,24 @@ std::uint32_t enterHops(const RouteMessage& route, HopLists& lists) {
   return lists.enter(head, hops);
 }
 
-/// Puts the rows of one table in order that the kernel gave in the order of addresses, where a
-/// prefix stands ahead of those inside it: it waits for their end. The order among equals stays.
+/// Puts the rows of one table in order that the kernel gave in the order of addresses, and those of
+/// one address in their order already, or nearly. What begins at an address stands ahead of what is
+/// inside it and waits for its end, the widest prefix longest. The order among equals stays.
 template <class Row>
 void orderTable(std::span<Row> rows) {
-  std::vector<Row> waiting;
+  std::vector<Row> waiting, same;
   auto out = rows.begin();
-  for (const Row row : rows) {
-    for (; !waiting.empty() && !isBefore(row, waiting.back()); waiting.pop_back()) {
+  for (auto at = rows.begin(); at != rows.end();) {
+    const auto end = std::find_if(at, rows.end(), [&](const Row& row) {
+      return row.prefix.address() != at->prefix.address();
+    });
+    same.assign(at, end);
+    at = end;
+    if (!std::ranges::is_sorted(same, isBefore<Row>)) std::ranges::stable_sort(same, isBefore<Row>);
+    for (; !waiting.empty() && !isBefore(same.back(), waiting.back()); waiting.pop_back()) {
       *out++ = waiting.back();
     }
-    waiting.push_back(row);
+    waiting.insert(waiting.end(), same.rbegin(), same.rend());
   }
   std::ranges::reverse_copy(waiting, out);
 }

@@ -75,9 +75,8 @@ void checkInputNames(Node& node, const Routing::Route& route) {
   });
 }
 
-void checkConfiguredVrf(Node& node, const L3::VrfName& vrf,
-                        const Lumo::Ptr<Routing::ConfigGen>& config) {
-  if (config && !config->route.empty()) checkVrf(node, "configured routes of VRF", vrf);
+void checkConfiguredVrf(Node& node, const L3::VrfName& vrf) {
+  checkVrf(node, "configured routes of VRF", vrf);
 }
 
 void checkConfiguredNames(Node& node, const Routing::Route& route) {

@@ -16,9 +16,8 @@ void requireShown(Node& node, std::string_view what, std::string_view name);
 /// The same for all names of a route that an agent hands to routing.
 void checkInputNames(Node& node, const Routing::Route& route);
 
-/// Refuses a VRF name that is no word of a line, where the VRF has configured routes.
-void checkConfiguredVrf(Node& node, const L3::VrfName& vrf,
-                        const Lumo::Ptr<Routing::ConfigGen>& config);
+/// Refuses a VRF name that is no word of a line, of a VRF that has configured routes.
+void checkConfiguredVrf(Node& node, const L3::VrfName& vrf);
 
 /// As `checkInputNames` for a configured route, and each name must be read back from the line that
 /// the route is saved as.

@@ -30,7 +30,7 @@ template <auto Handle, auto View, auto Table, const auto& Fields>
 constexpr Section tableSection(std::string_view name) {
   return {
       name,
-      [](Node& node, state::DeviceBuilder& builder) {
+      [](Node& node, Target& builder) {
         using Map = std::decay_t<decltype((*(builder.state.*Handle)).*View)>;
         readMap<typename Map::KeyType>(node, [&](const auto& key, Node& value) {
           typename Map::ValueType record;

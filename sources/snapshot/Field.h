@@ -68,24 +68,30 @@ std::string namesOf(const Rows& rows) {
   return oneOf(names);
 }
 
-/// The place of the row with that name; the number of rows when there is none.
+/// The place of the row with that name; the number of rows when there is none. It is looked for
+/// from `start` on, and then ahead of it.
 template <class Rows>
-std::size_t placeOf(const Rows& rows, std::string_view name) {
-  std::size_t place = 0;
-  while (place < std::size(rows) && rows[place].name != name) ++place;
-  return place;
+std::size_t placeOf(const Rows& rows, std::string_view name, std::size_t start = 0) {
+  const std::size_t count = std::size(rows);
+  for (std::size_t step = 0; step < count; ++step) {
+    const std::size_t place = start + step - (start + step < count ? 0 : count);
+    if (rows[place].name == name) return place;
+  }
+  return count;
 }
 
 /// Reads an object: unknown and repeated fields are refused, and required ones missed.
 template <class Fields, class Record>
 void readFields(Node& node, const Fields& fields, Record& record) {
   std::uint64_t seen = 0;
+  std::size_t next = 0; // what programs write has its fields in one order
   LUMO_ASSERT(std::size(fields) <= 64, "a bit for each field");
   node.members([&](std::string_view key, Node& value) {
-    const std::size_t place = placeOf(fields, key);
+    const std::size_t place = placeOf(fields, key, next);
     if (place == std::size(fields)) value.fail("an unknown key", namesOf(fields));
     if (seen >> place & 1) value.fail("the key a second time", "each key once");
     seen |= std::uint64_t{1} << place;
+    next = place + 1;
     fields[place].read(value, record);
   });
   for (std::size_t place = 0; place < std::size(fields); ++place) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 namespace sources::snapshot {
@@ -55,12 +56,20 @@ std::size_t readSome(const Descriptor& file, FileText& text, const std::string& 
 
 } // namespace
 
+/// Asks for large pages where there is room for some: a fresh page costs more than to fill it.
+void useLargePages(char* bytes, std::size_t size) {
+  constexpr std::size_t pageSize = 4096;
+  const std::size_t ahead = -reinterpret_cast<std::uintptr_t>(bytes) % pageSize;
+  if (size > ahead) madvise(bytes + ahead, size - ahead, MADV_HUGEPAGE);
+}
+
 // The system moves large blocks without copying them.
 bool FileText::grow(std::size_t capacity) {
   auto* const bytes = static_cast<char*>(std::realloc(bytes_.get(), capacity + padding_));
   if (!bytes) return false;
   static_cast<void>(bytes_.release());
   bytes_.reset(bytes);
+  useLargePages(bytes, capacity);
   capacity_ = capacity;
   return true;
 }

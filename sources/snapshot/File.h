@@ -36,7 +36,7 @@ class FileText {
   std::size_t padding_;
 };
 
-/// The most bytes that are read of a file: more the parser of JSON does not take.
+/// The most bytes that are read of a file. Fifty million routes take less: more is a mistake.
 inline constexpr std::size_t longestText = 0xffffffff;
 
 /// The bytes of a file, or of the standard input for "-", with `padding` zero bytes behind them.

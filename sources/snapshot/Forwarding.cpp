@@ -92,8 +92,7 @@ void readFecs(Node& node, Vanta::MemoryTable<FecId, Fec>& table) {
 
 template <auto Handle, auto Table>
 constexpr Section fecSection(std::string_view name) {
-  return {name,
-          [](Node& node, state::DeviceBuilder& builder) { readFecs(node, *(builder.*Table)); },
+  return {name, [](Node& node, Target& builder) { readFecs(node, *(builder.*Table)); },
           [](const state::DeviceState& device) { return (device.*Handle)->fec.members() > 0; },
           [](Output& out, const state::DeviceState& device) {
             writeTable(out, (device.*Handle)->fec, [&](const auto& fec) {

@@ -2,12 +2,13 @@
 // file and the place, "leaf1.json: $.vrfs.default.routes[2].tag: found -1, expected a number ...".
 #pragma once
 
+#include "Scan.h"
+
 #include "lumo/FunctionRef.h"
 #include "sources/SourceError.h"
 
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,23 +22,24 @@ class Node;
 /// are valid as long as it.
 class Input {
  public:
-  /// Bytes of room that the buffer of a text must have behind it: the parser reads ahead.
-  static const std::size_t padding;
+  /// Zero bytes that the buffer of a text must have behind it.
+  static constexpr std::size_t padding = scanPadding;
 
-  /// Error messages call the text `name`. Raises `SourceError` when it cannot be JSON.
-  Input(std::string name, std::string_view text);
-  ~Input();
+  /// Error messages call the text `name`.
+  Input(std::string name, std::string_view text)
+      : name_(std::move(name)), text_(text), at_(text.data()) {}
   Input(const Input&) = delete;
   Input& operator=(const Input&) = delete;
 
-  /// Calls `read(node)` for the outermost object and sees to it that nothing follows.
+  /// Calls `read(node)` for the outermost object and sees to it that nothing follows. Raises
+  /// `SourceError`, as do all functions of nodes, for what is wrong with the text as a whole
+  /// before all else.
   void readRoot(Lumo::FunctionRef<void(Node& node)> read);
 
   [[noreturn]] void fail(std::string_view found, std::string_view expected) const;
 
  private:
   friend class Node;
-  struct Parser; ///< the one of the JSON library, which only the source file sees
 
   /// One key or, with a null key, one index on the way.
   struct Step {
@@ -55,26 +57,38 @@ class Input {
     std::vector<Step>& path_;
   };
 
-  [[noreturn]] void failJson();
-  [[noreturn]] void failText() const;
-  /// Raises `SourceError` when the text ends inside a value.
-  void failIfCut() const;
-  std::string placeOf(std::size_t offset) const;
+  const char* end() const { return text_.data() + text_.size(); }
+  /// Goes on to the next token.
+  const char* next() { return at_ = skipBlanks(at_); }
+  /// Goes behind the next token where it is that mark.
+  bool take(char mark) {
+    const bool isIt = *next() == mark;
+    at_ += isIt;
+    return isIt;
+  }
+  void require(char mark) {
+    if (!take(mark)) failJson();
+  }
+  /// Goes behind the string that begins here and gives what it stands for; nothing for an escape
+  /// that it cannot have.
+  std::optional<std::string_view> takeText();
+  std::string_view takeKey();
+  void skipValue();
+  /// Goes from behind the bracket of an object to the value of that member; false where there is
+  /// none.
+  bool passMembers(std::string_view key);
+
+  [[noreturn]] void failJson() const;
   [[noreturn]] void failAt(std::size_t offset, std::string_view message) const;
+  void failIfFaulty() const;
   std::string pathText() const;
-  /// The value of a parser's result; anything but a value is broken JSON.
-  template <class Result>
-  auto checked(Result&& result);
-  /// The key whose text begins there.
-  std::string_view keyAt(const char* start);
-  /// What stands between the quotes of a JSON string, for as long as this lives; nothing for an
-  /// escape that it cannot have.
+  /// What a string stands for, for as long as this lives; nothing for an escape that it cannot
+  /// have.
   std::optional<std::string_view> unescaped(std::string_view inside);
-  void checkEnd();
 
   std::string name_;
   std::string_view text_;
-  std::unique_ptr<Parser> parser_;
+  const char* at_; // the cursor
   std::vector<Step> path_;
   std::deque<std::string> unescaped_; // only texts with escapes are copied
 };
@@ -82,9 +96,8 @@ class Input {
 /// One value of the text. It is read once, in the order of the text.
 class Node {
  public:
-  struct Value; ///< as the parser gives it
-
-  Node(Input& input, Value& value) : input_(input), value_(value) {}
+  /// The value that comes next.
+  explicit Node(Input& input) : input_(input), start_(input.next()) {}
 
   /// Each of these raises `SourceError` when the value is of another type or outside the range.
   std::string_view text();
@@ -92,8 +105,8 @@ class Node {
   std::int64_t integer(std::int64_t min, std::int64_t max);
   bool boolean();
   /// Whether the value is null; any other value can still be read.
-  bool null();
-  bool isText() { return found().starts_with('"'); }
+  bool null() { return takeWord("null"); }
+  bool isText() const { return *start_ == '"'; }
 
   /// Calls `visit` for each member of an object.
   void members(Lumo::FunctionRef<void(std::string_view key, Node& node)> visit);
@@ -104,20 +117,25 @@ class Node {
   void peek(std::string_view key, Lumo::FunctionRef<void(Node& node)> visit);
 
   /// Raises `SourceError` for this value.
-  [[noreturn]] void refuse(std::string_view expected) { input_.fail(found(), expected); }
-  [[noreturn]] void fail(std::string_view found, std::string_view expected) {
+  [[noreturn]] void refuse(std::string_view expected) const { input_.fail(found(), expected); }
+  [[noreturn]] void fail(std::string_view found, std::string_view expected) const {
     input_.fail(found, expected);
   }
-  [[noreturn]] void failMissing(std::string_view key);
+  [[noreturn]] void failMissing(std::string_view key) const;
 
  private:
   /// The value as an error message shows it.
-  std::string_view found();
-  template <class Result>
-  auto expect(Result&& result, std::string_view expected);
+  std::string_view found() const;
+  /// Reads the value if it is that word.
+  bool takeWord(std::string_view word);
+  template <class Number>
+  Number numberWithin(Number min, Number max);
+  /// Calls `visit` for the value that comes next, and sees to it that it is read.
+  template <class Visit>
+  void visitNext(Input::Step step, Visit&& visit);
 
   Input& input_;
-  Value& value_;
+  const char* start_;
 };
 
 } // namespace sources::snapshot

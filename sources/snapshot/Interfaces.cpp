@@ -17,7 +17,7 @@ constexpr Field<Description> descriptionFields[] = {
     field<Description, &Description::description>("description"),
 };
 
-void readIntfConfig(Node& node, state::DeviceBuilder& builder) {
+void readIntfConfig(Node& node, Target& builder) {
   readMap<Kesh::IntfId>(node, [&](const Kesh::IntfId& intfId, Node& value) {
     Description read;
     readFields(value, descriptionFields, read);
@@ -64,7 +64,7 @@ std::string neighborText(const ArpKey& key) {
   return "neighbour " + key.address.stringValue().str() + " on " + quotedKey(key.intfId);
 }
 
-void readNeighbors(Node& node, state::DeviceBuilder& builder) {
+void readNeighbors(Node& node, Target& builder) {
   Unique<ArpKey> unique;
   node.elements([&](Node& element) {
     Neighbor read;

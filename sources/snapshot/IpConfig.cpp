@@ -65,7 +65,7 @@ constexpr Field<Ip6Config> ip6ConfigFields[] = {
 using Ip::RouteDistinguisherInput;
 using Distinguishers = decltype(RouteDistinguisherInput::routeDistinguisher);
 
-void readDistinguishers(Node& node, state::DeviceBuilder& builder) {
+void readDistinguishers(Node& node, Target& builder) {
   readMap<Lumo::String>(node, [&](const Lumo::String& agent, Node& value) {
     requireShown(value, "the agent", agent.str());
     const auto input = Lumo::newEntity<RouteDistinguisherInput>();

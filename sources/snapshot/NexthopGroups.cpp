@@ -72,7 +72,7 @@ constexpr Field<ConfigEntry> groupFields[] = {
     field<ConfigEntry, &ConfigEntry::greKeyType>("greKeyType"),
 };
 
-void readGroups(Node& node, state::DeviceBuilder& builder) {
+void readGroups(Node& node, Target& builder) {
   readMap<Lumo::String>(node, [&](const Lumo::String& name, Node& value) {
     requireShown(value, "the nexthop group", name.str());
     const auto entry = Lumo::newEntity<ConfigEntry>(name);
@@ -86,7 +86,7 @@ void writeGroups(Output& out, const state::DeviceState& device) {
            [&](const auto& entry) { writeFields(out, groupFields, *entry); });
 }
 
-void readIdentifiers(Node& node, state::DeviceBuilder& builder) {
+void readIdentifiers(Node& node, Target& builder) {
   Unique<std::uint32_t> ids;
   readMap<NexthopGroupEntryKey>(node, [&](const NexthopGroupEntryKey& key, Node& value) {
     const auto id = Codec<std::uint32_t>::read(value);

@@ -9,7 +9,12 @@
 
 namespace sources::snapshot {
 
-using Section = Field<state::DeviceBuilder, state::DeviceState>;
+/// What a snapshot is read into. What is not wanted is held to the same rules and not kept.
+struct Target : state::DeviceBuilder {
+  bool wantsConfigured = true; ///< configured routes that displays of routes do not look at
+};
+
+using Section = Field<Target, state::DeviceState>;
 
 /// The sections in the order in which they are written.
 std::span<const Section> sections();
@@ -42,7 +47,7 @@ Section srTePolicySection();
 template <auto Handle, auto Member, const auto& Fields>
 constexpr Section recordSection(std::string_view name) {
   return {name,
-          [](Node& node, state::DeviceBuilder& builder) {
+          [](Node& node, Target& builder) {
             readRecords(node, (*(builder.state.*Handle)).*Member, Fields);
           },
           [](const state::DeviceState& device) { return !((*(device.*Handle)).*Member).empty(); },
@@ -56,7 +61,7 @@ constexpr Section recordSection(std::string_view name) {
 template <auto Handle, auto Member>
 constexpr Section mapSection(std::string_view name) {
   return {name,
-          [](Node& node, state::DeviceBuilder& builder) {
+          [](Node& node, Target& builder) {
             auto& map = (*(builder.state.*Handle)).*Member;
             map = Codec<std::decay_t<decltype(map)>>::read(node);
           },
@@ -71,9 +76,7 @@ constexpr Section mapSection(std::string_view name) {
 template <auto Handle, const auto& Fields, Output::Layout layout>
 constexpr Section entitySection(std::string_view name) {
   return {name,
-          [](Node& node, state::DeviceBuilder& builder) {
-            readFields(node, Fields, *(builder.state.*Handle));
-          },
+          [](Node& node, Target& builder) { readFields(node, Fields, *(builder.state.*Handle)); },
           [](const state::DeviceState& device) { return anyPresent(Fields, *(device.*Handle)); },
           [](Output& out, const state::DeviceState& device) {
             writeFields(out, Fields, *(device.*Handle), layout);

@@ -14,7 +14,7 @@ constexpr std::uint64_t formatVersion = 1;
 Section versionSection() {
   const Section section = {
       "rovaSnapshot",
-      [](Node& node, state::DeviceBuilder&) { node.number(formatVersion, formatVersion); },
+      [](Node& node, Target&) { node.number(formatVersion, formatVersion); },
       nullptr,
       [](Output& out, const state::DeviceState&) { out.number(formatVersion); },
   };
@@ -22,11 +22,12 @@ Section versionSection() {
 }
 
 /// `text` has the reader's padding behind it.
-state::DeviceState loadPadded(std::string_view text, const std::string& name) {
+state::DeviceState loadPadded(std::string_view text, const std::string& name, const Needs& needs) {
   Input input(name, text);
-  state::DeviceBuilder builder;
-  input.readRoot([&](Node& root) { readFields(root, sections(), builder); });
-  return std::move(builder.state);
+  Target target;
+  target.wantsConfigured = needs.configured;
+  input.readRoot([&](Node& root) { readFields(root, sections(), target); });
+  return std::move(target.state);
 }
 
 void write(Output::Sink sink, const state::DeviceState& device) {
@@ -67,13 +68,13 @@ std::span<const Section> sections() {
   return all;
 }
 
-state::DeviceState load(const std::string& path) {
-  return loadPadded(readFile(path, Input::padding).text(), inputName(path));
+state::DeviceState load(const std::string& path, const Needs& needs) {
+  return loadPadded(readFile(path, Input::padding).text(), inputName(path), needs);
 }
 
 state::DeviceState loadText(std::string_view text, const std::string& name) {
   const std::string padded = std::string(text) + std::string(Input::padding, '\0');
-  return loadPadded(std::string_view(padded).substr(0, text.size()), name);
+  return loadPadded(std::string_view(padded).substr(0, text.size()), name, {});
 }
 
 void save(const state::DeviceState& device, const std::string& path) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "sources/SourceError.h"
+#include "sources/State.h"
 #include "state/DeviceState.h"
 
 #include <string>
@@ -18,8 +19,9 @@ class FileWriter;
 
 /// The state that a file holds, "-" for the standard input, in tables in memory. Raises
 /// `SourceError` for a file that cannot be read or that is not a snapshot from its first to its
-/// last byte: there are no half-loaded states.
-state::DeviceState load(const std::string& path);
+/// last byte: there are no half-loaded states. What is not needed is read and refused alike; the
+/// configured routes, which take more room than all else, are not kept then.
+state::DeviceState load(const std::string& path, const Needs& needs = {});
 
 /// The same from a text; errors call it `name`.
 state::DeviceState loadText(std::string_view text, const std::string& name);

@@ -140,19 +140,21 @@ ConfiguredRoute configuredOf(const Routing::Route& route) {
 
 using CheckNames = void (*)(Node& node, const Routing::Route& route);
 
-template <class PrefixType>
-void readRoutes(Node& node, Routing::RouteList& list, CheckNames checkNames) {
+/// Reads an array of routes to `PrefixType` prefixes and enters each.
+template <class PrefixType, class Enter>
+void readRoutes(Node& node, CheckNames checkNames, Enter&& enter) {
+  Distinct<RouteKey> keys;
   node.elements([&](Node& element) {
     ConfiguredRoute configured;
     readFields(element, configuredRouteFields<PrefixType>, configured);
     const auto route = makeRoute(element, configured);
     checkNames(element, *route);
-    if (list.route.find(route->key)) {
+    if (!keys.add(route->key)) {
       element.fail("a second route to " + configured.prefix.stringValue().str() +
                        " of preference " + std::to_string(configured.preference),
                    "one");
     }
-    list.route.insertOrAssign(route->key, route);
+    enter(route);
   });
 }
 
@@ -161,13 +163,37 @@ void writeRoutes(Output& out, const Routing::RouteList& list) {
   for (const auto& [key, route] : sorted(list.route)) writeRoute(out, **route);
 }
 
+struct ConfigReader {
+  Routing::ConfigGen& config;
+  bool wantsAll;
+  bool hasRoutes = false;
+};
+
+using ConfigField = Field<ConfigReader, Routing::ConfigGen>;
+
+constexpr ConfigField routingField = {
+    "routing",
+    [](Node& node, ConfigReader& reader) { reader.config.routing = Codec<bool>::read(node); },
+    [](const Routing::ConfigGen& config) { return !config.routing; },
+    [](Output& out, const Routing::ConfigGen& config) { out.boolean(config.routing); }};
+
+/// Whether displays of routes look at it: a listing asks for a configured default route, and a
+/// summary counts dynamic routes apart.
+bool isListed(const Routing::Route& route) { return route.dynamic || route.key.prefix.len() == 0; }
+
 template <class PrefixType>
-constexpr Field<Routing::ConfigGen> configFields[] = {
-    field<Routing::ConfigGen, &Routing::ConfigGen::routing>("routing"),
-    {"routes",
-     [](Node& node, Routing::ConfigGen& config) {
-       readRoutes<PrefixType>(node, config, checkConfiguredNames);
-     },
+void readConfigRoutes(Node& node, ConfigReader& reader) {
+  readRoutes<PrefixType>(node, checkConfiguredNames, [&](const Lumo::Ptr<Routing::Route>& route) {
+    reader.hasRoutes = true;
+    if (!reader.wantsAll && !isListed(*route)) return;
+    reader.config.route.insertOrAssign(route->key, route);
+  });
+}
+
+template <class PrefixType>
+constexpr ConfigField configFields[] = {
+    routingField,
+    {"routes", readConfigRoutes<PrefixType>,
      [](const Routing::ConfigGen& config) { return !config.route.empty(); },
      [](Output& out, const Routing::ConfigGen& config) { writeRoutes(out, config); }},
 };
@@ -180,15 +206,17 @@ void writeRoute(Output& out, const Routing::Route& route) {
 }
 
 template <class PrefixType>
-void readConfig(Node& node, ConfigPtr& config) {
+bool readConfig(Node& node, ConfigPtr& config, bool wantsAll) {
   if (node.null()) {
     config = nullptr;
-  } else {
-    readFields(node, configFields<PrefixType>, *config);
+    return false;
   }
+  ConfigReader reader{*config, wantsAll};
+  readFields(node, configFields<PrefixType>, reader);
+  return reader.hasRoutes;
 }
-template void readConfig<Kesh::Prefix>(Node& node, ConfigPtr& config);
-template void readConfig<Kesh::Ip6Prefix>(Node& node, ConfigPtr& config);
+template bool readConfig<Kesh::Prefix>(Node& node, ConfigPtr& config, bool wantsAll);
+template bool readConfig<Kesh::Ip6Prefix>(Node& node, ConfigPtr& config, bool wantsAll);
 
 bool configPresent(const ConfigPtr& config) {
   return !config || anyPresent(configFields<Kesh::Prefix>, *config);
@@ -204,7 +232,9 @@ void readInputs(Node& node, state::RouteInputs& inputs) {
   readMap<Lumo::String>(node, [&](const Lumo::String& agent, Node& value) {
     requireShown(value, "the agent", agent.str());
     const auto input = Lumo::newEntity<Routing::RouteInput>();
-    readRoutes<PrefixType>(value, *input, checkInputNames);
+    readRoutes<PrefixType>(value, checkInputNames, [&](const Lumo::Ptr<Routing::Route>& route) {
+      input->route.insertOrAssign(route->key, route);
+    });
     inputs.insertOrAssign(agent, input);
   });
 }

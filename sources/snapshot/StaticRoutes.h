@@ -9,11 +9,13 @@ namespace sources::snapshot {
 
 using ConfigPtr = Lumo::Ptr<Routing::ConfigGen>;
 
-/// Reads a configuration of routes to `PrefixType` prefixes; null gives a null pointer.
+/// Reads a configuration of routes to `PrefixType` prefixes; null gives a null pointer. With
+/// `wantsAll` unset it keeps those alone that displays of routes look at. Returns whether there are
+/// any.
 template <class PrefixType>
-void readConfig(Node& node, ConfigPtr& config);
-extern template void readConfig<Kesh::Prefix>(Node& node, ConfigPtr& config);
-extern template void readConfig<Kesh::Ip6Prefix>(Node& node, ConfigPtr& config);
+bool readConfig(Node& node, ConfigPtr& config, bool wantsAll);
+extern template bool readConfig<Kesh::Prefix>(Node& node, ConfigPtr& config, bool wantsAll);
+extern template bool readConfig<Kesh::Ip6Prefix>(Node& node, ConfigPtr& config, bool wantsAll);
 
 /// Whether the configuration is another than that of a fresh VRF.
 bool configPresent(const ConfigPtr& config);

@@ -6,16 +6,17 @@
 
 namespace sources::snapshot {
 
-std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t max) {
+namespace {
+
+/// The number that a text begins with; moves the text behind it.
+std::optional<std::uint64_t> takeNumber(std::string_view& text, std::uint64_t max) {
   std::uint64_t value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end || value > max) return {};
-  if (text.size() > 1 && text[0] == '0') return {};
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const auto digits = static_cast<std::size_t>(stop - text.data());
+  if (error != std::errc() || value > max || (digits > 1 && text[0] == '0')) return {};
+  text.remove_prefix(digits);
   return value;
 }
-
-namespace {
 
 /// Two numbers with a point between, packed as "high above `lowBits` bits of low".
 struct PairForm {
@@ -33,11 +34,11 @@ constexpr PairForm encapForm = {15, 28, "an encapsulation as KIND.NUMBER", false
 constexpr PairForm counterKeyForm = {0xffffffff, 32, "an entry as GROUP.ENTRY", false};
 
 std::optional<std::uint64_t> parsePair(const PairForm& form, std::string_view text) {
-  const auto point = text.find('.');
-  if (point == text.npos) return {};
-  const auto high = parseNumber(text.substr(0, point), form.maxHigh);
-  const auto low = parseNumber(text.substr(point + 1), form.maxLow());
-  if (!high || !low) return {};
+  const auto high = takeNumber(text, form.maxHigh);
+  if (!high || !text.starts_with('.')) return {};
+  text.remove_prefix(1);
+  const auto low = takeNumber(text, form.maxLow());
+  if (!low || !text.empty()) return {};
   const std::uint64_t value = *high << form.lowBits | *low;
   if (form.zeroIsNull && value == 0) return {};
   return value;
@@ -66,6 +67,11 @@ std::string orElse(std::string text, const char* otherwise) {
 }
 
 } // namespace
+
+std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t max) {
+  const auto value = takeNumber(text, max);
+  return text.empty() ? value : std::nullopt;
+}
 
 std::string Text<Kesh::Prefix>::expected(std::string_view text) {
   return orElse(cutPrefix<Kesh::IpAddr>(text), "an IPv4 prefix");

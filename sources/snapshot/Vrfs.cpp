@@ -28,7 +28,7 @@ struct Missing {
 };
 
 struct VrfReader {
-  state::DeviceBuilder& builder;
+  Target& builder;
   VrfTables& tables;
   VrfState& state;
 };
@@ -51,8 +51,9 @@ template <class Family>
 constexpr VrfField configField(std::string_view name) {
   return {name,
           [](Node& node, VrfReader& vrf) {
-            readConfig<typename Family::Prefix>(node, vrf.state.*Family::routingConfig);
-            checkConfiguredVrf(node, vrf.state.name, vrf.state.*Family::routingConfig);
+            const bool hasRoutes = readConfig<typename Family::Prefix>(
+                node, vrf.state.*Family::routingConfig, vrf.builder.wantsConfigured);
+            if (hasRoutes) checkConfiguredVrf(node, vrf.state.name);
           },
           [](const VrfWriter& vrf) { return configPresent(vrf.state.*Family::routingConfig); },
           [](Output& out, const VrfWriter& vrf) {
@@ -212,7 +213,7 @@ VrfId readId(Node& node, const L3::VrfName& name) {
 }
 
 // A VRF that comes twice is found at once: its second number would contradict the first.
-void readVrfs(Node& node, state::DeviceBuilder& builder) {
+void readVrfs(Node& node, Target& builder) {
   std::set<L3::VrfName> names;
   Unique<VrfId> ids;
   node.members([&](std::string_view text, Node& value) {
