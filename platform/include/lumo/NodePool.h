@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -15,7 +16,7 @@ class NodePool {
   NodePool(const NodePool&) = delete;
   NodePool& operator=(const NodePool&) = delete;
   ~NodePool() {
-    while (last_) ::operator delete(std::exchange(last_, last_->earlier), alignment);
+    while (last_) ::operator delete(std::exchange(last_, last_->earlier));
   }
 
   void* allocate(std::size_t bytes) {
@@ -40,18 +41,22 @@ class NodePool {
   struct Cell {
     Cell* next;
   };
-  /// Ahead of its cells. As long as a line of the cache, so that cells of that size take one each.
-  struct alignas(64) Block {
+  struct Block {
     Block* earlier;
   };
-  static constexpr std::align_val_t alignment{alignof(Block)};
   static constexpr std::size_t firstBlock = 1, largestBlock = 16384; // in cells
+  static constexpr std::size_t cacheLine = 64;
 
+  /// The cells of large blocks begin at a line of the cache, so that cells of that size take one
+  /// each.
   void addBlock(std::size_t cellBytes) {
     const std::size_t bytes = cellBytes * blockCells_;
+    const std::size_t alignment = bytes > 16 * cacheLine ? cacheLine : alignof(Block);
     if (blockCells_ < largestBlock) blockCells_ *= 2;
-    last_ = ::new (::operator new(sizeof(Block) + bytes, alignment)) Block{last_};
-    next_ = reinterpret_cast<std::byte*>(last_ + 1);
+    last_ = ::new (::operator new(sizeof(Block) + alignment + bytes)) Block{last_};
+    auto begin = reinterpret_cast<std::uintptr_t>(last_ + 1);
+    begin += -begin % alignment;
+    next_ = reinterpret_cast<std::byte*>(begin);
     end_ = next_ + bytes;
   }
 
