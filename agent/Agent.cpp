@@ -232,7 +232,7 @@ bool Agent::writeAll() {
                        [&](const auto& fec) { device_.numbers().keep(fec); });
     }
     const auto device = device_.make(follower_, sources::kernel::readForwarding());
-    const Changes changes = writer.replace(device, facts_);
+    const Changes changes = writer.replace(device, facts_, device_.facts());
     rows_ = changes.entered + changes.removed;
   });
   if (!behind_) manager_.ready();

@@ -23,6 +23,7 @@ class SnapshotText {
     out_ = "{\"rovaSnapshot\":1,\"vrfs\":{";
     const char* separator = "";
     for (const auto& vrf : readVrfs(connection_)) {
+      if (!isWanted(vrf)) continue;
       out_ += std::exchange(separator, ",");
       addVrf(vrf);
     }
@@ -31,6 +32,13 @@ class SnapshotText {
   }
 
  private:
+  /// Who lists the VRFs of one family does not meet tables that have no routes of it.
+  bool isWanted(const VrfRow& vrf) {
+    const bool listsAll = needs_.routes && needs_.vrf == "all";
+    if (!vrf.plain || !listsAll || needs_.ip4 == needs_.ip6) return true;
+    return hasRoutes(connection_, vrf.id, needs_.ip4 ? 4 : 6);
+  }
+
   void addVrf(const VrfRow& vrf) {
     out_ += snapshot::quotedText(vrf.name) + ":{\"id\":" + std::to_string(vrf.id);
     addFamily(vrf.id, 4, "routingConfig", "routeInput");

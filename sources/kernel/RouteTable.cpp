@@ -163,7 +163,9 @@ class RouteTable<Family>::Update {
     const auto hops = hopsOf(row);
     if (hops.size() > 1) return true;
     const bool advertised = row.protocol == RTPROT_RA || row.protocol == RTPROT_REDIRECT;
-    return hops.size() == 1 && !advertised && hops[0].gateway != Kesh::IpGenAddr();
+    const bool isThroughGateway =
+        hops.size() == 1 && hops[0].gateway != Kesh::IpGenAddr() && hops[0].onLink == 0;
+    return isThroughGateway && !advertised;
   }
   auto findJoined(bool joined, Equals& equals) const {
     return std::ranges::find_if(

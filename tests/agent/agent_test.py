@@ -71,7 +71,7 @@ class FileTest(AgentTest):
         self.start()
         facts = self.facts()
         inode = os.stat(f"/run/netns/{self.netns.name}").st_ino
-        self.assertEqual(facts["source"], f"kernel:{self.netns.name}")
+        self.assertEqual(facts["source"], self.kernel())
         self.assertEqual(facts["boot"], Path("/proc/sys/kernel/random/boot_id").read_text().strip())
         self.assertEqual(facts["network"].split(":")[1], str(inode))
         self.assertEqual((facts["agent"], facts["reason"], facts["stopped"]),
@@ -98,6 +98,35 @@ class FileTest(AgentTest):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(self.differences(), [])
         self.assertFalse(Path(self.file + "-wal").exists())
+
+    def test_what_is_told_is_what_the_kernel_tells(self):
+        """Of routes that lose and of tables without routes of a family; at first, and by what changes."""
+        self.netns.batch(["route add 20.0.0.0/8 via 10.1.0.2", "route add 20.0.0.0/8 via 10.1.0.3 metric 5",
+                          "route add 20.0.0.0/8 via 10.1.0.4 tos 8", "route add 21.0.0.0/8 via 10.1.0.2 table 7",
+                          "route add 21.0.0.0/8 via 10.1.0.3 table 7 metric 9",
+                          "route add 22.0.0.0/8 via 10.1.0.3 table 8 tos 8"])
+        self.netns.ip("-6 route add fd60::/64 via fd01::2 dev eth1 table 6")
+        self.start()
+        self.assert_told(("ip", ""), 2)
+        self.netns.batch(["route add 20.0.0.0/8 via 10.1.0.3 metric 6", "route del 20.0.0.0/8 via 10.1.0.4 tos 8",
+                          "route add 20.0.0.0/8 via 10.1.0.3 metric 7"])
+        self.assert_told(("ip", ""), 3)
+        self.assertNotIn("resynchronised", self.agent.read_log())
+        for words, hidden in [(("ip", "vrf all"), 5), (("ip", "vrf table-7"), 1), (("ip", "vrf table-6"), 0),
+                              (("ip", "vrf table-8 summary"), 1), (("ipv6", "vrf all"), 0),
+                              (("ipv6", "vrf table-7"), 0), (("ip", "20.1.1.1"), 3)]:
+            self.assert_told(words, hidden)
+
+    def assert_told(self, words, hidden):
+        """A display comes to be that of the kernel, texts on standard error too."""
+        told = "".join(f"rova: {routes} of other metrics or TOS {verb} not shown\n" for routes, verb in
+                       [("1 route", "is") if hidden == 1 else (f"{hidden} routes", "are")] if hidden)
+        for form in ("text", "json"):
+            command = ["--format", form, "show", words[0], "route", *words[1].split()]
+            kernel = run(ROVA, "--state", self.kernel(), *command)
+            self.assertEqual((kernel.returncode, kernel.stderr), (0, told), command)
+            self.wait_until(lambda: run(ROVA, "--state", self.file, *command).stderr == told)  # pylint: disable=cell-var-from-loop
+            self.assertEqual(run(ROVA, "--state", self.file, *command).stdout, kernel.stdout, command)
 
     def test_fecs_keep_their_identifiers(self):
         self.netns.batch(["nexthop add id 7 via 10.1.0.3 dev eth1", "route add 32.0.0.0/8 nhid 7"])

@@ -36,6 +36,7 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
   const R a{"fd00::", 64, {{"fe80::1"}}}, b{"fd00::", 64, {{"fe80::2"}}}, onLink{"fd00::", 64};
   const R both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
   const R all{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}, {"fe80::3"}}};
+  const R toHost{"fd00::9", 128, {{"fe80::1"}}}, toHostOnLink{"fd00::9", 128};
   R advertised = a, advertisedToo = b, throws = onLink, overObject = onLink;
   advertised.protocol = advertisedToo.protocol = RTPROT_RA;
   throws.type = RTN_THROW;
@@ -59,6 +60,7 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
       {{overObject, told(RTM_NEWROUTE, onLink), told(RTM_DELROUTE, overObject)}, "| eth1"},
       {{onLink, told(RTM_NEWROUTE, a)}, "| eth1"},
       {{onLink, told(RTM_NEWROUTE, a), told(RTM_DELROUTE, onLink)}, "| fe80::1 eth1"},
+      {{toHost, told(RTM_NEWROUTE, toHostOnLink)}, "| fe80::1 eth1"},
   };
   for (const auto& one : cases) {
     kernel.scripts["IPv6 routes"] = {one.steps};
