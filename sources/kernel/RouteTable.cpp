@@ -143,7 +143,9 @@ class RouteTable<Family>::Update {
   std::uint32_t nexthopOf(const Row& row) const { return lists_.lists()[row.hopList].nexthopId; }
 
   bool isSame(const Row& a, const Row& b) const {
-    if (a.type != b.type || nexthopOf(a) != nexthopOf(b)) return false;
+    if (nexthopOf(a) != nexthopOf(b)) return false;
+    // Whether a route over a nexthop object drops is what the object says by then.
+    if (nexthopOf(a) == 0 && a.type != b.type) return false;
     if (Family::detailsTellApart && !hasSameDetails(a, b)) return false;
     return nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), isSameWay);
   }

@@ -11,6 +11,11 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
   const R both{"10.0.0.0", 8, {{"10.0.0.1"}, {"10.0.0.2", 2}}};
   R likeA = a;
   likeA.protocol = RTPROT_BGP;
+  R overObject{"10.0.0.0", 8};
+  overObject.nexthop = 7;
+  R overObjectThatDrops = overObject;
+  overObjectThatDrops.type = RTN_BLACKHOLE;
+  kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
   const struct {
     std::vector<Step> before, events;
     const char* shown;
@@ -23,6 +28,10 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
       {{a}, {told(RTM_DELROUTE, a)}, "none"},
       {{a}, {told(RTM_DELROUTE, b)}, "10.0.0.1 eth1"},
       {{a}, {told(RTM_NEWROUTE, likeA, NLM_F_APPEND), told(RTM_DELROUTE, a)}, "10.0.0.1 eth1"},
+      {{a, overObject},
+       {told(RTM_NEWROUTE, overObjectThatDrops, NLM_F_REPLACE),
+        told(RTM_DELNEXTHOP, nexthop(7, 1))},
+       "10.0.0.1 eth1"},
       {{both}, {told(RTM_DELROUTE, both)}, "none"},
       {{both}, {told(RTM_NEWROUTE, both)}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
       {{}, {told(RTM_NEWROUTE, a), told(RTM_DELROUTE, a), told(RTM_NEWROUTE, b)}, "10.0.0.2 eth1"},
