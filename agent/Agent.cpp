@@ -56,10 +56,10 @@ bool isIn(const std::string& netns) {
          named.st_ino == own.st_ino;
 }
 
-Agent::Agent(const Options& options, ServiceManager& manager)
+Agent::Agent(const Options& options, const Rights& rights, ServiceManager& manager)
     : options_(options),
       manager_(manager),
-      store_(options.state, options.once ? Log::joined : Log::kept, [this] { pulse(); }),
+      store_(options.state, rights, options.once ? Log::joined : Log::kept, [this] { pulse(); }),
       kernel_(roomForNotifications()),
       feed_(kernel_, [this] { beat(); }),
       follower_(feed_, {}) {

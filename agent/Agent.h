@@ -39,7 +39,7 @@ bool isIn(const std::string& netns);
 class Agent {
  public:
   /// For the network namespace that the process is in. Raises `SourceError`.
-  Agent(const Options& options, ServiceManager& manager);
+  Agent(const Options& options, const Rights& rights, ServiceManager& manager);
 
   /// Until a signal ends it. Raises `SourceError` when the kernel refuses at first, and when the
   /// namespace is gone.

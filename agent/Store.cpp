@@ -24,8 +24,11 @@ bool isPassing(const SqliteError& error) {
 
 } // namespace
 
-Store::Store(std::string path, Log log, std::function<void()> pulse)
-    : path_(std::move(path)), log_(log), lock_(path_), pulse_(std::move(pulse)) {}
+Store::Store(std::string path, const Rights& rights, Log log, std::function<void()> pulse)
+    : path_(std::move(path)), rights_(rights), log_(log), lock_(path_), pulse_(std::move(pulse)) {
+  if (lock_.isOwn()) rights_.giveDatabase(path_);
+  rights_.giveFile(path_ + "-lock");
+}
 
 void Store::open() {
   struct stat status {};
@@ -35,6 +38,7 @@ void Store::open() {
   writer_->checkpointByHand();
   writer_->connection().onSteps(pulse_);
   lock_.marksOwn();
+  rights_.giveDatabase(path_);
   if (stat(path_.c_str(), &status) == 0) {
     device_ = status.st_dev;
     file_ = status.st_ino;

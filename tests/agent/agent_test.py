@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """What the agent does with its file, its signals and its service manager."""
 
+import grp
 import os
 import signal
 import socket
+import stat
 import subprocess
 import sys
 import time
@@ -25,9 +27,10 @@ class CommandLineTest(unittest.TestCase):
     def test_words(self):
         for words, status, out, err in [
                 (["--version"], 0, "rova-agent ", ""),
-                (["--help"], 0, "usage: rova-agent [--netns NAME] [--state FILE] [--once]\n", ""),
+                (["--help"], 0, "usage: rova-agent [--netns NAME] [--state FILE] [--group NAME] [--once]\n", ""),
                 (["--state"], 2, "", "rova-agent: --state: found nothing behind it, expected a value"),
                 (["--once=1"], 2, "", "rova-agent: --once: takes no value, found \"1\""),
+                (["--group", "no-such"], 1, "", "rova-agent: there is no group \"no-such\": expected"),
                 (["now"], 2, "", "rova-agent: \"now\": found where an option is expected"),
                 (["--netns", "no-such", "--once"], 1, "", "rova-agent: cannot enter network namespace"),
                 (["--state", "/no/such/state.db"], 1, "", "rova-agent: /no/such/state.db-lock: cannot")]:
@@ -225,6 +228,55 @@ class FileTest(AgentTest):
                 one.wait()
         self.assertLess(largest, 64 << 20)
         self.assert_current()
+
+
+class RightsTest(AgentTest):
+    """Who may read what the agent writes, whatever it was started with."""
+
+    FILES = ("", "-wal", "-shm", "-lock")
+
+    def rights(self):
+        stats = [os.stat(self.file + suffix) for suffix in self.FILES]
+        return {(stat.S_IMODE(one.st_mode), grp.getgrgid(one.st_gid).gr_name) for one in stats}
+
+    def listed_by(self, group):
+        return run("setpriv", "--reuid=65534", f"--regid={grp.getgrnam(group).gr_gid}", "--clear-groups",
+                   ROVA, "--state", self.file, "show", "ip", "route")
+
+    def test_of_files(self):
+        self.folder.chmod(0o755)
+        if self.listed_by("daemon").stderr.find("rova: ") != 0:
+            self.skipTest("other users do not reach the program")
+        for umask in (0, 0o77):
+            self.start(umask=umask)
+            self.assertEqual(self.rights(), {(0o644, "root")}, umask)
+            self.assertEqual(self.listed_by("daemon").returncode, 0)
+            self.start("--group", "daemon", umask=umask)  # on what the one before left behind
+            self.assertEqual(self.rights(), {(0o640, "daemon")}, umask)
+            self.assertEqual(self.listed_by("daemon").returncode, 0)
+            other = self.listed_by("bin")
+            self.assertEqual((other.returncode, other.stderr),
+                             (1, f"rova: {self.file}: cannot be read: Permission denied\n"))
+            self.remove_files()
+            self.start("--group", "daemon", umask=umask)
+            self.assertEqual(self.rights(), {(0o640, "daemon")}, umask)
+            self.remove_files()
+
+    def remove_files(self):
+        self.kill()
+        for suffix in self.FILES:
+            os.remove(self.file + suffix)
+
+    def test_of_the_folder_that_it_makes(self):
+        show = "stat -c '%a %G' /run/rova /run/rova/state.db"
+        for group, expected in (("", ["755 root", "644 root"]),
+                                ("--group daemon", ["750 daemon", "640 daemon"])):
+            result = self.netns.inside("sh", "-c", "umask 0; mount -t tmpfs none /run && "
+                                       f"{AGENT} --once {group} && {show}")
+            self.assertEqual(result.stdout.splitlines(), expected, result.stderr)
+        result = self.netns.inside("sh", "-c", "mount -t tmpfs none /run && mkdir -m 711 /run/rova && "
+                                   f"{AGENT} --once --group daemon && {show}")
+        self.assertEqual(result.stdout.splitlines(), ["711 root", "640 daemon"], "the folder was there")
 
 
 class ServiceManagerTest(AgentTest):

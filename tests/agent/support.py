@@ -81,9 +81,9 @@ class Namespace:
 class Agent:
     """A running rova-agent, with its log."""
 
-    def __init__(self, *words, **environment):
+    def __init__(self, *words, umask=-1, **environment):
         self.log = tempfile.TemporaryFile("w+")
-        self.process = subprocess.Popen([AGENT, *words], stderr=self.log,
+        self.process = subprocess.Popen([AGENT, *words], stderr=self.log, umask=umask,
                                         env={**os.environ, **environment})
 
     def read_log(self):
@@ -128,10 +128,10 @@ class AgentTest(unittest.TestCase):
         self.netns.batch(["addr add 10.1.0.1/24 dev eth1", "addr add 10.2.0.1/24 dev eth2"])
         self.netns.batch(["addr add fd01::1/64 dev eth1 nodad", "addr add fd02::1/64 dev eth2 nodad"], "-6")
 
-    def start(self, **environment):
+    def start(self, *words, **environment):
         if self.agent:
             self.kill()
-        self.agent = Agent("--netns", self.netns.name, "--state", self.file, **environment)
+        self.agent = Agent("--netns", self.netns.name, "--state", self.file, *words, **environment)
         self.addCleanup(self.kill)
         self.agent.wait_for("loaded")
 
