@@ -100,9 +100,29 @@ void Agent::begin() {
   load(atStart);
 }
 
+/// False when the kernel refuses what it gave before, which it may do for a while: the tables stay
+/// as they are, and not known to be whole.
+bool Agent::read(const std::string& reason) {
+  try {
+    follower_.read(patience);
+    refusal_.clear();
+    return true;
+  } catch (const sources::SourceError& error) {
+    if (reason == atStart) throw;
+    if (std::exchange(refusal_, error.what()) != refusal_) {
+      LogLine("trouble").with("what", refusal_).with("remedy", "try again");
+    }
+    return false;
+  }
+}
+
 void Agent::load(const std::string& reason) {
   const Time begin = steady_clock::now();
-  follower_.read(patience);
+  if (!read(reason)) {
+    doubt_ = reason;
+    behind_ = true; // what was brought in for the dump is in no batch
+    return;
+  }
   listen();
   facts_.synchronised = timeNow();
   facts_.reason = reason;

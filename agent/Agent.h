@@ -56,6 +56,7 @@ class Agent {
   void listen();
 
   void load(const std::string& reason);
+  bool read(const std::string& reason);
   void resynchronise(const std::string& reason);
   void writeBatch();
   bool writeChanges();
@@ -85,6 +86,7 @@ class Agent {
   bool behind_ = true;            ///< the database may lack what was heard before
   std::string asked_;             ///< why all is to be read anew; empty for no reason
   std::string doubt_;             ///< why tables are not known to be whole
+  std::string refusal_;           ///< what the kernel said to the last reading; empty for nothing
   Backoff rereads_;
   Time rereadAt_{}, beatAt_{}, pulseAt_{};
   int ended_ = 0; ///< the signal that ends it

@@ -3,6 +3,7 @@
 #include "agent/LogLine.h"
 #include "vanta/VantaBase.h"
 
+#include <new>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
@@ -54,6 +55,8 @@ bool Store::attempt(const std::function<void(Writer&)>& write) {
     backoff_.reset();
     return true;
   } catch (const SqliteError& error) {
+    // Without memory there is one way to end, for SQLite too, which does not take it itself.
+    if (error.code() == SQLITE_NOMEM) std::get_new_handler()();
     if (!lock_.isOwn() && !isPassing(error)) throw;
     failed(error.what(), isDamage(error));
   } catch (const WrongColumn& wrong) {

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """What the agent does with its file, its signals and its service manager."""
 
+import errno
 import grp
 import os
 import signal
@@ -46,12 +47,6 @@ class FileTest(AgentTest):
     def setUp(self):
         super().setUp()
         self.netns.batch([f"route add 30.0.{i}.0/24 via 10.1.0.2 dev eth1" for i in range(50)])
-
-    def wait_until(self, holds, seconds=10):
-        end = time.monotonic() + seconds
-        while not holds():
-            self.assertLess(time.monotonic(), end, self.agent.read_log())
-            time.sleep(0.005)
 
     def fec_of(self, prefix):
         return query(self.file, f"select fec, since_ms from ip_route where prefix = '{prefix}'")
@@ -162,6 +157,20 @@ class FileTest(AgentTest):
                 self.assert_current(name)
                 self.kill()
 
+    def test_damage_under_its_hands(self):
+        for begin in (0, 100):
+            self.start()
+            # What it holds in memory, and in the log, is whole.
+            self.assertEqual(query(self.file, "select count(*) > 50 from ip_route"), ["1"])
+            run("sqlite3", self.file, "pragma wal_checkpoint(truncate)")
+            self.overwrite(begin)
+            self.netns.ip("route replace 31.0.0.0/24 via 10.1.0.2 dev eth1")
+            self.agent.wait_for('remedy="start anew"')
+            self.agent.wait_for("recovered")
+            self.assert_current(begin)
+            self.assertEqual(self.agent.read_log().count("trouble"), 1, self.agent.read_log())
+            self.kill()
+
     def overwrite(self, begin):
         size = os.path.getsize(self.file)
         with open(self.file, "r+b") as file:
@@ -228,6 +237,45 @@ class FileTest(AgentTest):
                 one.wait()
         self.assertLess(largest, 64 << 20)
         self.assert_current()
+
+
+@unittest.skipUnless("FAILING_CALLS" in os.environ, "what makes calls fail cannot be loaded here")
+class FailingCallsTest(AgentTest):
+    """What the system refuses for a while, and for good."""
+
+    def failing(self, call, error, first, lasts=0):
+        return {"LD_PRELOAD": os.environ["FAILING_CALLS"], "FAIL_CALL": call, "FAIL_AT": str(first),
+                "FAIL_ERRNO": str(error), "FAIL_LASTS": str(lasts)}
+
+    def test_a_reading_that_the_kernel_refuses_is_tried_again(self):
+        self.start(**self.failing("sendto", errno.ENOBUFS, 30))
+        for _ in range(10):
+            self.agent.send(signal.SIGHUP)
+            time.sleep(0.2)
+            if "trouble" in self.agent.read_log():
+                break
+        self.netns.ip("route add 31.0.0.0/24 via 10.1.0.2 dev eth1")
+        self.agent.wait_for("trouble what=\"cannot ask for the kernel's ")
+        self.assertEqual(self.facts()["whole_since"], "0")
+        self.assert_current()
+        self.wait_until(lambda: self.facts()["whole_since"] != "0")
+        self.assertTrue(self.agent.read_log().splitlines()[-1].startswith("rova-agent: resynchronised "))
+        self.assertEqual(self.agent.read_log().count("trouble"), 1)
+
+    def test_without_memory_it_ends_in_one_line(self):
+        count = self.folder / "count"
+        words = [AGENT, "--netns", self.netns.name, "--state", self.file, "--once"]
+
+        def once(**environment):
+            return subprocess.run(words, capture_output=True, text=True, check=False,
+                                  env={**os.environ, **environment, "FAIL_COUNT": str(count)})
+        for _ in range(2):  # the second one finds the file that the first one made
+            self.assertEqual(once(**self.failing("malloc", errno.ENOMEM, 0)).returncode, 0)
+        total = int(count.read_text())
+        for first in range(1, total * 9 // 10, max(total // 40, 1)):
+            result = once(**self.failing("malloc", errno.ENOMEM, first, lasts=1))
+            self.assertEqual((result.returncode, result.stderr),
+                             (1, "rova-agent: there is not enough memory\n"), first)
 
 
 class RightsTest(AgentTest):

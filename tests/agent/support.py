@@ -159,6 +159,12 @@ class AgentTest(unittest.TestCase):
             self.assertEqual(display(self.file, words), display(self.kernel(), words),
                              f"{words}; {hint}\n{self.agent.read_log()}")
 
+    def wait_until(self, holds, seconds=10):
+        end = time.monotonic() + seconds
+        while not holds():
+            self.assertLess(time.monotonic(), end, self.agent.read_log())
+            time.sleep(0.005)
+
     def facts(self):
         rows = run("sqlite3", "-readonly", self.file, "select key, value from meta").stdout
         return dict(line.split("|", 1) for line in rows.splitlines())
