@@ -34,14 +34,16 @@ class LiveDevice::Changer {
   Changer(LiveDevice& device, RouteTable<Family>& table, RouteChanges<Family>& changes)
       : device_(device), table_(table), reader_(*device.lists_), changes_(changes) {}
 
-  /// False when the changes cannot be told.
-  bool run() {
-    const std::vector<Row> keys = table_.touched();
-    std::vector<Listed<Family>> before;
-    for (const Row& key : keys) before.push_back(listedAt(table_.rowsAt(key)));
+  void bringIn() {
+    keys_ = table_.touched();
+    for (const Row& key : keys_) before_.push_back(listedAt(table_.rowsAt(key)));
     table_.bringIn();
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-      if (!change(keys[i], before[i])) return false;
+  }
+
+  /// Once the hop lists of what was brought in are known. False when the changes cannot be told.
+  bool run() {
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+      if (!change(keys_[i], before_[i])) return false;
     }
     tellHidden();
     return true;
@@ -105,6 +107,8 @@ class LiveDevice::Changer {
   RouteTable<Family>& table_;
   const RowReader<Family> reader_;
   RouteChanges<Family>& changes_;
+  std::vector<Row> keys_;
+  std::vector<Listed<Family>> before_;        ///< of each key
   std::map<VrfId, std::uint64_t> moreHidden_; ///< modulo 2^64: fewer is a number below 0
 
  public:
@@ -201,12 +205,15 @@ state::DeviceState LiveDevice::groupsOf(Follower& follower) const {
 std::optional<DeviceChanges> LiveDevice::change(Follower& follower) {
   if (!lists_ || hardwareTakesPart_ || follower.hasEncapsulations()) return {};
   if (follower.isUntidy()) return {};
-  lists_->extend(follower.hopLists(), nexthops_, *interfaces_);
   DeviceChanges changes;
   auto& routes = follower.routes<Ip4>();
   auto& routes6 = follower.routes<Ip6>();
   Changer<Ip4> changer(*this, routes, changes.routes);
   Changer<Ip6> changer6(*this, routes6, changes.routes6);
+  changer.bringIn();
+  changer6.bringIn();
+  // The hops that are left of a route may be a list that nobody told.
+  lists_->extend(follower.hopLists(), nexthops_, *interfaces_);
   if (!changer.run() || !changer6.run()) return {};
   if (changer.touchedPlain_ || changer6.touchedPlain_) {
     for (const auto& [table, vrf] : vrfs_) {

@@ -148,6 +148,18 @@ TEST_F(LiveDeviceTest, WhatTakesTheWhole) {
   expectCurrent("in the end");
 }
 
+/// Nobody tells the protocol of the hop that is first when the first one goes.
+TEST_F(LiveDeviceTest, HopsOfAnotherProtocolHaveRoutesReadAgain) {
+  R ofBgp{"fd00::", 64, {{"fe80::1"}}}, both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
+  ofBgp.protocol = RTPROT_BGP;
+  kernel.scripts["IPv6 routes"] = {{ofBgp}};
+  begin();
+  hear({told(RTM_NEWROUTE, both, NLM_F_APPEND)});
+  EXPECT_TRUE(follower.moved().empty());
+  hear({told(RTM_DELROUTE, ofBgp)});
+  EXPECT_EQ(follower.moved(), std::vector<std::string>{"IPv6 routes"});
+}
+
 /// An agent lives for years, in which every way to forward comes and goes.
 TEST_F(LiveDeviceTest, HopListsWithoutRoutesGo) {
   begin();

@@ -46,7 +46,8 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
   const R both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
   const R all{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}, {"fe80::3"}}};
   const R toHost{"fd00::9", 128, {{"fe80::1"}}}, toHostOnLink{"fd00::9", 128};
-  R advertised = a, advertisedToo = b, throws = onLink, overObject = onLink;
+  R advertised = a, advertisedToo = b, throws = onLink, overObject = onLink, ofBgp = a;
+  ofBgp.protocol = RTPROT_BGP;
   advertised.protocol = advertisedToo.protocol = RTPROT_RA;
   throws.type = RTN_THROW;
   overObject.nexthop = 7;
@@ -56,6 +57,8 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
     const char* shown;
   } cases[] = {
       {{a, told(RTM_NEWROUTE, both, NLM_F_APPEND)}, "| fe80::1 eth1 | fe80::2 eth1"},
+      {{ofBgp, told(RTM_NEWROUTE, both, NLM_F_APPEND)},
+       "bgp [200/0] | fe80::1 eth1 | fe80::2 eth1"},
       {{both, told(RTM_DELROUTE, a)}, "| fe80::2 eth1"},
       {{all, told(RTM_DELROUTE, a), told(RTM_DELROUTE, b)}, "| fe80::3 eth1"},
       {{all, told(RTM_DELROUTE, both)}, "| fe80::3 eth1"},
