@@ -164,7 +164,8 @@ class FileTest(AgentTest):
             self.assertEqual(query(self.file, "select count(*) > 50 from ip_route"), ["1"])
             run("sqlite3", self.file, "pragma wal_checkpoint(truncate)")
             self.overwrite(begin)
-            self.netns.ip("route replace 31.0.0.0/24 via 10.1.0.2 dev eth1")
+            self.netns.ip(f"route add 31.0.{begin}.0/24 via 10.1.0.2 dev eth1")
+            self.agent.send(signal.SIGHUP)  # which has it look at everything
             self.agent.wait_for('remedy="start anew"')
             self.agent.wait_for("recovered")
             self.assert_current(begin)
