@@ -56,10 +56,10 @@ bool isIn(const std::string& netns) {
          named.st_ino == own.st_ino;
 }
 
-Agent::Agent(const Options& options, ServiceManager& manager)
+Agent::Agent(const Options& options, const Rights& rights, ServiceManager& manager)
     : options_(options),
       manager_(manager),
-      store_(options.state, options.once ? Log::joined : Log::kept, [this] { pulse(); }),
+      store_(options.state, rights, options.once ? Log::joined : Log::kept, [this] { pulse(); }),
       kernel_(roomForNotifications()),
       feed_(kernel_, [this] { beat(); }),
       follower_(feed_, {}) {
@@ -100,9 +100,29 @@ void Agent::begin() {
   load(atStart);
 }
 
+/// False when the kernel refuses what it gave before, which it may do for a while: the tables stay
+/// as they are, and not known to be whole.
+bool Agent::read(const std::string& reason) {
+  try {
+    follower_.read(patience);
+    refusal_.clear();
+    return true;
+  } catch (const sources::SourceError& error) {
+    if (reason == atStart) throw;
+    if (std::exchange(refusal_, error.what()) != refusal_) {
+      LogLine("trouble").with("what", refusal_).with("remedy", "try again");
+    }
+    return false;
+  }
+}
+
 void Agent::load(const std::string& reason) {
   const Time begin = steady_clock::now();
-  follower_.read(patience);
+  if (!read(reason)) {
+    doubt_ = reason;
+    behind_ = true; // what was brought in for the dump is in no batch
+    return;
+  }
   listen();
   facts_.synchronised = timeNow();
   facts_.reason = reason;
@@ -232,7 +252,7 @@ bool Agent::writeAll() {
                        [&](const auto& fec) { device_.numbers().keep(fec); });
     }
     const auto device = device_.make(follower_, sources::kernel::readForwarding());
-    const Changes changes = writer.replace(device, facts_);
+    const Changes changes = writer.replace(device, facts_, device_.facts());
     rows_ = changes.entered + changes.removed;
   });
   if (!behind_) manager_.ready();

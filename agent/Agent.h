@@ -39,7 +39,7 @@ bool isIn(const std::string& netns);
 class Agent {
  public:
   /// For the network namespace that the process is in. Raises `SourceError`.
-  Agent(const Options& options, ServiceManager& manager);
+  Agent(const Options& options, const Rights& rights, ServiceManager& manager);
 
   /// Until a signal ends it. Raises `SourceError` when the kernel refuses at first, and when the
   /// namespace is gone.
@@ -56,6 +56,7 @@ class Agent {
   void listen();
 
   void load(const std::string& reason);
+  bool read(const std::string& reason);
   void resynchronise(const std::string& reason);
   void writeBatch();
   bool writeChanges();
@@ -85,6 +86,7 @@ class Agent {
   bool behind_ = true;            ///< the database may lack what was heard before
   std::string asked_;             ///< why all is to be read anew; empty for no reason
   std::string doubt_;             ///< why tables are not known to be whole
+  std::string refusal_;           ///< what the kernel said to the last reading; empty for nothing
   Backoff rereads_;
   Time rereadAt_{}, beatAt_{}, pulseAt_{};
   int ended_ = 0; ///< the signal that ends it

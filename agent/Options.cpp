@@ -65,6 +65,8 @@ Options readOptions(std::span<const char* const> words) {
       options.netns = each.value();
     } else if (each.option() == "--state") {
       options.state = each.value();
+    } else if (each.option() == "--group") {
+      options.group = each.value();
     } else if (each.option() == "--once") {
       each.requireNoValue();
       options.once = true;

@@ -3,6 +3,7 @@
 #include "agent/LogLine.h"
 #include "vanta/VantaBase.h"
 
+#include <new>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
@@ -24,8 +25,11 @@ bool isPassing(const SqliteError& error) {
 
 } // namespace
 
-Store::Store(std::string path, Log log, std::function<void()> pulse)
-    : path_(std::move(path)), log_(log), lock_(path_), pulse_(std::move(pulse)) {}
+Store::Store(std::string path, const Rights& rights, Log log, std::function<void()> pulse)
+    : path_(std::move(path)), rights_(rights), log_(log), lock_(path_), pulse_(std::move(pulse)) {
+  if (lock_.isOwn()) rights_.giveDatabase(path_);
+  rights_.giveFile(path_ + "-lock");
+}
 
 void Store::open() {
   struct stat status {};
@@ -35,6 +39,7 @@ void Store::open() {
   writer_->checkpointByHand();
   writer_->connection().onSteps(pulse_);
   lock_.marksOwn();
+  rights_.giveDatabase(path_);
   if (stat(path_.c_str(), &status) == 0) {
     device_ = status.st_dev;
     file_ = status.st_ino;
@@ -50,6 +55,8 @@ bool Store::attempt(const std::function<void(Writer&)>& write) {
     backoff_.reset();
     return true;
   } catch (const SqliteError& error) {
+    // Without memory there is one way to end, for SQLite too, which does not take it itself.
+    if (error.code() == SQLITE_NOMEM) std::get_new_handler()();
     if (!lock_.isOwn() && !isPassing(error)) throw;
     failed(error.what(), isDamage(error));
   } catch (const WrongColumn& wrong) {

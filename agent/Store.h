@@ -3,6 +3,7 @@
 // damaged file is started anew.
 #pragma once
 
+#include "agent/Rights.h"
 #include "sources/database/Lock.h"
 #include "sources/database/Writer.h"
 
@@ -33,7 +34,8 @@ class Store {
  public:
   /// Takes the lock of the database at `path`; raises `SourceError` when another has it. Calls
   /// `pulse` every now and then while it writes; that raises nothing.
-  Store(std::string path, sources::database::Log log, std::function<void()> pulse);
+  Store(std::string path, const Rights& rights, sources::database::Log log,
+        std::function<void()> pulse);
 
   /// Tells that the writer lives.
   void beat() { lock_.beat(); }
@@ -55,6 +57,7 @@ class Store {
   void failed(const std::string& what, bool damaged);
 
   const std::string path_;
+  const Rights rights_;
   const sources::database::Log log_;
   sources::database::WriterLock lock_;
   const std::function<void()> pulse_;

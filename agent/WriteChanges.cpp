@@ -11,6 +11,7 @@ void writeRoutes(const sources::kernel::RouteChanges<Family>& changes,
   for (const auto& [vrf, prefix] : changes.removed) batch.remove(vrf, prefix);
   for (const auto& [vrf, route] : changes.configured) batch.configure(vrf, *route);
   for (const auto& [vrf, key] : changes.unconfigured) batch.unconfigure(vrf, key);
+  for (const auto& [vrf, routes] : changes.hidden) batch.hide(vrf, Family::version, routes);
 }
 
 } // namespace

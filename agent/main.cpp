@@ -22,10 +22,11 @@ int fail(const char* what, int status) {
 }
 
 /// The folder of the default file is the agent's own; any other has to be there.
-void makeFolder(const std::string& state) {
+void makeFolder(const std::string& state, const Rights& rights) {
   if (state != sources::database::defaultPath) return;
   std::error_code error; // the opening of the file says what is wrong
-  std::filesystem::create_directories(std::filesystem::path(state).parent_path(), error);
+  const auto folder = std::filesystem::path(state).parent_path();
+  if (std::filesystem::create_directories(folder, error)) rights.giveFolder(folder);
 }
 
 void run(const Options& options) {
@@ -33,8 +34,9 @@ void run(const Options& options) {
   // Who is there already needs no right to enter.
   const sources::kernel::NamespaceStay stay(
       options.netns.empty() || isIn(options.netns) ? "" : options.netns);
-  makeFolder(options.state);
-  Agent agent(options, manager);
+  const Rights rights(options.group);
+  makeFolder(options.state, rights);
+  Agent agent(options, rights, manager);
   options.once ? agent.runOnce() : agent.run();
 }
 

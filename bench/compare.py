@@ -40,15 +40,15 @@ def ip(*words, **options):
 
 
 @contextlib.contextmanager
-def table(routes):
-    """A network namespace with that many routes to one next hop."""
+def table(routes, more=""):
+    """A network namespace with that many routes to one next hop; `more` says what else they are."""
     ip("netns", "add", NAME)
     try:
         ip("-n", NAME, "link", "add", "eth1", "type", "veth", "peer", "name", "eth2")
         ip("-n", NAME, "link", "set", "eth1", "up")
         ip("-n", NAME, "link", "set", "eth2", "up")
         ip("-n", NAME, "address", "add", "192.0.2.1/24", "dev", "eth1")
-        lines = (f"route add {10 + (i >> 16)}.{i >> 8 & 255}.{i & 255}.0/24 via 192.0.2.2\n"
+        lines = (f"route add {10 + (i >> 16)}.{i >> 8 & 255}.{i & 255}.0/24 via 192.0.2.2 {more}\n"
                  for i in range(routes))
         ip("-n", NAME, "-batch", "-", input="".join(lines))
         yield

@@ -84,6 +84,7 @@ sources::Needs needsOf(const QueryOf<Family>& query) {
   needs.neighbours = query.host || query.summary;
   // Whether an interface is there is asked of all that could name it.
   needs.configured = needs.addressConfig = query.interface.has_value();
+  needs.descriptions = query.detail || query.interface.has_value();
   needs.nexthopGroups = false;
   needs.vrf = query.vrf;
   return needs;

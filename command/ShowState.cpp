@@ -5,6 +5,7 @@
 #include "sources/database/Database.h"
 #include "sources/database/Lock.h"
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace command {
@@ -34,17 +35,24 @@ class StatePrinter {
     printer_.addFrills("%-20s", label);
     printer_.addAttributes("%llu\n", 1, info.getArg());
   }
-  void time(const char* label, const char* key, std::int64_t value) {
-    if (value != 0) text(label, key, timeText(value));
+  /// A time with its age.
+  void time(const char* label, const char* key, const char* ageKey, std::int64_t value) {
+    if (value == 0) return;
+    scrivo::StringAttrInfo time(printer_, key);
+    scrivo::Uint64AttrInfo age(printer_, ageKey);
+    time.setValue(timeText(value));
+    age.setValue(static_cast<std::uint64_t>(std::max<std::int64_t>(now_ - value, 0) / 1000));
+    printer_.addFrills("%-20s", label);
+    printer_.addAttributes("%s, %llu s ago\n", 2, time.getArg(), age.getArg());
   }
 
   void facts(const Facts& facts) {
     text("State of", "of", facts.source);
     text("Boot", "boot", facts.boot);
     text("Network namespace", "network", facts.network);
-    time("Whole since", "wholeSince", facts.wholeSince);
-    time("Last change", "changed", facts.changed);
-    time("Last read anew", "synchronised", facts.synchronised);
+    time("Whole since", "wholeSince", "wholeSinceAge", facts.wholeSince);
+    time("Last change", "changed", "changedAge", facts.changed);
+    time("Last read anew", "synchronised", "synchronisedAge", facts.synchronised);
     text("Why", "reason", facts.reason);
   }
 
@@ -53,8 +61,8 @@ class StatePrinter {
     const auto writer = sources::database::liveWriter(path);
     text("Agent", "agent", writer ? "alive" : "gone");
     number("Process", "process", facts.agent);
-    time("Running since", "agentSince", facts.agentSince);
-    if (!writer) time("Stopped", "stopped", facts.stopped);
+    time("Running since", "agentSince", "agentSinceAge", facts.agentSince);
+    if (!writer) time("Stopped", "stopped", "stoppedAge", facts.stopped);
   }
 
   void tables(const std::string& path) {
@@ -76,6 +84,7 @@ class StatePrinter {
 
  private:
   scrivo::Printer& printer_;
+  const std::int64_t now_ = sources::database::timeNow();
 };
 
 std::string kindOf(const std::string& source) {

@@ -5,6 +5,7 @@
 #include "sources/kernel/Kernel.h"
 #include "sources/snapshot/Snapshot.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <unistd.h>
 
@@ -32,7 +33,10 @@ std::string foreign(const database::Facts& facts) {
 
 /// Why the database at the path is not the one to read; empty when it is.
 std::string unfit(const std::string& path) {
-  if (access(path.c_str(), F_OK) != 0) return "there is no state database at " + path;
+  if (access(path.c_str(), R_OK) != 0) {
+    if (errno == ENOENT) return "there is no state database at " + path;
+    return path + " cannot be read: " + Lumo::errorString(errno);
+  }
   if (!database::liveWriter(path)) return "no agent keeps " + path;
   try {
     const auto why = foreign(database::factsOf(path));

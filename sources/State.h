@@ -21,6 +21,7 @@ struct Needs {
   bool neighbours = true;    ///< ARP entries and IPv6 neighbours
   bool nexthopGroups = true; ///< with their counters
   bool addressConfig = true; ///< configured addresses and route distinguishers
+  bool descriptions = true;  ///< of interfaces
   std::string vrf = "all";   ///< the VRF whose routes are wanted, or "all"
 };
 

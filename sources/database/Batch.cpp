@@ -1,5 +1,7 @@
 #include "sources/database/Batch.h"
 
+#include "sources/database/HiddenRows.h"
+
 namespace sources::database {
 
 namespace {
@@ -31,6 +33,10 @@ void Batch::configure(VrfId vrf, const Routing::Route& route) {
 
 void Batch::unconfigure(VrfId vrf, const Routing::RouteKey& key) {
   static_.remove(vrf.value(), familyOf(key), key);
+}
+
+void Batch::hide(VrfId vrf, int family, std::uint64_t routes) {
+  writeHidden(connection_, vrf, family, routes);
 }
 
 RowWriter<NeighbourRows>& Batch::neighbours(const Arp::Table::ArpKey& key) {

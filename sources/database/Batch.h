@@ -33,6 +33,9 @@ class Batch {
   void configure(VrfId vrf, const Routing::Route& route);
   void unconfigure(VrfId vrf, const Routing::RouteKey& key);
 
+  /// How many routes of a VRF and family (4 or 6) lose against another of their prefix.
+  void hide(VrfId vrf, int family, std::uint64_t routes);
+
   /// A neighbour, of the family of its address.
   void enter(const Arp::Table::ArpEntry& neighbour);
   void remove(const Arp::Table::ArpKey& key);

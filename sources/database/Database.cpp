@@ -1,5 +1,6 @@
 #include "sources/database/Database.h"
 
+#include "sources/database/HiddenRows.h"
 #include "sources/database/Lock.h"
 #include "sources/database/Schema.h"
 #include "sources/database/Showable.h"
@@ -157,6 +158,7 @@ State load(const std::string& path, const Needs& needs) {
     const auto text = database::snapshotText(connection, needs);
     State state{snapshot::loadText(text, path), {}, session};
     requireShowable(state.device, path + ": damaged");
+    state.notes.hiddenRoutes = hiddenAmong(readHidden(connection), needs, state.device);
     state.notes.silence = silenceOf(path, readFacts(connection));
     putTables(Tables(session), state.device);
     putCounters(Tables(session), state.device);

@@ -17,7 +17,10 @@ constexpr std::int64_t applicationId = 0x726f7661;
 /// The tables and views that do not speak of a family.
 constexpr const char* common[] = {
     "CREATE TABLE meta(key text primary key, value) without rowid",
-    "CREATE TABLE vrf(id integer primary key, place integer not null, name text not null)",
+    "CREATE TABLE vrf(id integer primary key, place integer not null, name text not null, "
+    "plain integer not null)",
+    "CREATE TABLE hidden_routes(vrf integer, family integer, routes integer not null, "
+    "primary key(vrf, family)) without rowid",
     "CREATE TABLE interface(id integer primary key, name text not null)",
     "CREATE TABLE route_type(family integer, number integer, name text not null, "
     "primary key(family, number)) without rowid",

@@ -10,20 +10,23 @@ namespace sources::database {
 
 namespace {
 
+bool needsAddressConfig(const Needs& needs) { return needs.addressConfig; }
+bool needsNexthopGroups(const Needs& needs) { return needs.nexthopGroups; }
+
 /// The sections of a snapshot that are no shared tables, and who needs them.
 struct Section {
   std::string_view name;
-  bool Needs::*needed = nullptr; ///< null for everybody
+  bool (*isNeeded)(const Needs& needs) = nullptr; ///< null for everybody
 };
 constexpr Section sections[] = {
-    {"allIntfConfig"},
-    {"ipStatus"},
-    {"ip6Status"},
-    {"ipConfig", &Needs::addressConfig},
-    {"ip6Config", &Needs::addressConfig},
-    {"routeDistinguisherInputDir", &Needs::addressConfig},
-    {"nhgConfig", &Needs::nexthopGroups},
-    {"nhgHwStatus", &Needs::nexthopGroups},
+    {"allIntfConfig", [](const Needs& needs) { return needs.descriptions; }},
+    {"ipStatus", [](const Needs& needs) { return needs.ip4 || needs.addressConfig; }},
+    {"ip6Status", [](const Needs& needs) { return needs.ip6 || needs.addressConfig; }},
+    {"ipConfig", needsAddressConfig},
+    {"ip6Config", needsAddressConfig},
+    {"routeDistinguisherInputDir", needsAddressConfig},
+    {"nhgConfig", needsNexthopGroups},
+    {"nhgHwStatus", needsNexthopGroups},
     {"routingHardwareStatus"},
     {"routing6HardwareStatus"},
     {"tunnelFib"},
@@ -74,7 +77,7 @@ std::string sectionMembers(Connection& connection, const Needs& needs) {
     const auto found = select.text("name");
     const auto section = std::ranges::find(sections, found, &Section::name);
     if (section == std::end(sections)) select.wrong("name", "a section");
-    if (section->needed && !(needs.*section->needed)) continue;
+    if (section->isNeeded && !section->isNeeded(needs)) continue;
     text += ",\"" + std::string(found) + "\":";
     text += select.text("json");
   }

@@ -9,20 +9,26 @@ namespace sources::database {
 
 namespace {
 
+constexpr const char* everyRoute =
+    "select json from static_route where vrf = ? and family = ? and agent = ?";
+// Without statistics SQLite takes the longest key for the best one.
+constexpr const char* listedRoutes =
+    "select json from static_route indexed by listed_static_route where vrf = ? and family = ? and "
+    "agent = ? and listed = 1";
+
 class SnapshotText {
  public:
   SnapshotText(Connection& connection, const Needs& needs)
       : connection_(connection),
         needs_(needs),
         lists_(readLists(connection)),
-        routes_(connection, std::string("select json from static_route where vrf = ? and family = "
-                                        "? and agent = ?") +
-                                (needs.configured ? "" : " and listed = 1")) {}
+        routes_(connection, needs.configured ? everyRoute : listedRoutes) {}
 
   std::string text() {
     out_ = "{\"rovaSnapshot\":1,\"vrfs\":{";
     const char* separator = "";
     for (const auto& vrf : readVrfs(connection_)) {
+      if (!isWanted(vrf)) continue;
       out_ += std::exchange(separator, ",");
       addVrf(vrf);
     }
@@ -31,6 +37,13 @@ class SnapshotText {
   }
 
  private:
+  /// Who lists the VRFs of one family does not meet tables that have no routes of it.
+  bool isWanted(const VrfRow& vrf) {
+    const bool listsAll = needs_.routes && needs_.vrf == "all";
+    if (!vrf.plain || !listsAll || needs_.ip4 == needs_.ip6) return true;
+    return hasRoutes(connection_, vrf.id, needs_.ip4 ? 4 : 6);
+  }
+
   void addVrf(const VrfRow& vrf) {
     out_ += snapshot::quotedText(vrf.name) + ":{\"id\":" + std::to_string(vrf.id);
     addFamily(vrf.id, 4, "routingConfig", "routeInput");

@@ -1,5 +1,6 @@
 #include "sources/database/Writer.h"
 
+#include "sources/database/HiddenRows.h"
 #include "sources/database/Schema.h"
 #include "sources/database/SectionRows.h"
 #include "sources/database/Showable.h"
@@ -56,8 +57,9 @@ void requireReadable(const state::DeviceState& device, const state::VrfState& vr
 /// Brings a whole state in.
 class Replacing {
  public:
-  Replacing(const std::shared_ptr<Session>& session, const state::DeviceState& device)
-      : session_(session), device_(device), now_(timeNow()) {}
+  Replacing(const std::shared_ptr<Session>& session, const state::DeviceState& device,
+            const RouteFacts& routeFacts)
+      : session_(session), device_(device), routeFacts_(routeFacts), now_(timeNow()) {}
 
   Changes run() {
     requireShowable(device_, "the state");
@@ -77,7 +79,8 @@ class Replacing {
     replace(CounterKeyRows(), device_.counterKeyTable->counterKeyInfo);
     replace(CounterRows("counter"), device_.counterTable->counter);
     replace(CounterRows("counter_snapshot"), device_.snapshotTable->counter);
-    replaceVrfs(connection, device_);
+    replaceVrfs(connection, device_, routeFacts_);
+    replaceHidden(connection, routeFacts_.hidden);
     replaceInterfaces(connection, interfaces_);
     replaceSections(connection, device_);
     replaceStaticRoutes(connection, device_);
@@ -105,6 +108,7 @@ class Replacing {
 
   std::shared_ptr<Session> session_;
   const state::DeviceState& device_;
+  const RouteFacts& routeFacts_;
   std::int64_t now_;
   InterfaceSet interfaces_;
   Changes changes_;
@@ -210,9 +214,10 @@ void Writer::visitFecs(const std::function<void(const Vanta::Fib::Fec&)>& visit,
   visitRows(session_, FecRows<Vanta::Fib6::Fec>("fec6"), visit6);
 }
 
-Changes Writer::replace(const state::DeviceState& device, const Facts& facts) {
+Changes Writer::replace(const state::DeviceState& device, const Facts& facts,
+                        const RouteFacts& routeFacts) {
   Transaction transaction(connection());
-  const Changes changes = Replacing(session_, device).run();
+  const Changes changes = Replacing(session_, device, routeFacts).run();
   writeFacts(connection(), facts);
   transaction.commit();
   return changes;

@@ -1,9 +1,9 @@
 // Writes a device's state into a database.
 #pragma once
 
+#include "sources/RouteFacts.h"
 #include "sources/database/Facts.h"
 #include "sources/database/Session.h"
-#include "state/DeviceState.h"
 
 #include <functional>
 #include <memory>
@@ -29,11 +29,12 @@ class Writer {
   /// `SourceError`.
   Writer(const std::string& path, Log log);
 
-  /// Makes the database hold that state and nothing else, with those facts on it, in one
-  /// transaction. Rows that are the same already are left alone, so that their routes keep the time
-  /// since when they are as they are. Raises `SourceError`, for a state too whose listing would end
-  /// in a fatal error, and whatever reading the state raises; then nothing is changed.
-  Changes replace(const state::DeviceState& device, const Facts& facts);
+  /// Makes the database hold that state and nothing else, with those facts on it and on its routes,
+  /// in one transaction. Rows that are the same already are left alone, so that their routes keep
+  /// the time since when they are as they are. Raises `SourceError`, for a state too whose listing
+  /// would end in a fatal error, and whatever reading the state raises; then nothing is changed.
+  Changes replace(const state::DeviceState& device, const Facts& facts,
+                  const RouteFacts& routeFacts = {});
 
   /// Changes the facts alone.
   void tell(const Facts& facts);

@@ -28,6 +28,7 @@ struct Ip4 : state::Ip4Tables {
   /// Routes to the addresses of an interface stay when it goes down.
   static constexpr bool keepsOwnAddresses = true;
   static constexpr std::uint8_t family = AF_INET;
+  static constexpr int version = 4;
   static constexpr const char* routesName = "IPv4 routes";
 };
 
@@ -49,6 +50,7 @@ struct Ip6 : state::Ip6Tables {
   static constexpr bool entersAhead = false;
   static constexpr bool keepsOwnAddresses = false;
   static constexpr std::uint8_t family = AF_INET6;
+  static constexpr int version = 6;
   static constexpr const char* routesName = "IPv6 routes";
 };
 

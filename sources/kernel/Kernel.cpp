@@ -2,7 +2,7 @@
 
 #include "sources/kernel/Device.h"
 #include "sources/kernel/Follower.h"
-#include "sources/kernel/Vrfs.h"
+#include "sources/kernel/KernelFacts.h"
 
 namespace sources::kernel {
 
@@ -22,22 +22,6 @@ std::unique_ptr<Access> enter(const std::string& netns) {
   return std::make_unique<Access>();
 }
 
-/// Those of the routes that were asked for, where more was read.
-std::uint64_t hiddenIn(std::optional<std::uint32_t> table, const Needs& asked,
-                       const KernelState& kernel) {
-  return (asked.ip4 ? hiddenRoutes<Ip4>(kernel.routes, table) : 0) +
-         (asked.ip6 ? hiddenRoutes<Ip6>(kernel.routes6, table) : 0);
-}
-
-std::uint64_t hiddenAmong(const Needs& asked, const KernelState& kernel) {
-  if (!asked.routes) return 0;
-  if (asked.vrf == "all") return hiddenIn({}, asked, kernel);
-  for (const VrfIdentity& vrf : vrfsOf(kernel)) {
-    if (vrf.name.stringValue().view() == asked.vrf) return hiddenIn(vrf.table, asked, kernel);
-  }
-  return 0;
-}
-
 /// What was asked for, from the parts that are needed for it.
 State read(Access& access, const Needs& asked, const Needs& needs) {
   Follower follower(access.feed, needs);
@@ -49,7 +33,7 @@ State read(Access& access, const Needs& asked, const Needs& needs) {
   kernel.forwarding = access.forwarding;
   kernel.configured = asked.configured;
   state.device = makeDevice(kernel);
-  state.notes.hiddenRoutes = hiddenAmong(asked, kernel);
+  state.notes.hiddenRoutes = hiddenAmong(routeFacts(kernel).hidden, asked, state.device);
   return state;
 }
 

@@ -21,6 +21,7 @@ template <class Family>
 struct Listed {
   std::optional<RouteRow<Family>> row;
   Lumo::Ptr<Routing::Route> configured; ///< null for none
+  std::uint64_t hidden;                 ///< routes that lose against the one that is listed
 };
 
 } // namespace
@@ -33,22 +34,26 @@ class LiveDevice::Changer {
   Changer(LiveDevice& device, RouteTable<Family>& table, RouteChanges<Family>& changes)
       : device_(device), table_(table), reader_(*device.lists_), changes_(changes) {}
 
-  /// False when the changes cannot be told.
-  bool run() {
-    const std::vector<Row> keys = table_.touched();
-    std::vector<Listed<Family>> before;
-    for (const Row& key : keys) before.push_back(listedAt(table_.rowsAt(key)));
+  void bringIn() {
+    keys_ = table_.touched();
+    for (const Row& key : keys_) before_.push_back(listedAt(table_.rowsAt(key)));
     table_.bringIn();
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-      if (!change(keys[i], before[i])) return false;
+  }
+
+  /// Once the hop lists of what was brought in are known. False when the changes cannot be told.
+  bool run() {
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+      if (!change(keys_[i], before_[i])) return false;
     }
+    tellHidden();
     return true;
   }
 
  private:
   Listed<Family> listedAt(const std::vector<Row>& rows) const {
     const Row* const row = reader_.forwarding(rows);
-    return {row ? std::optional(*row) : std::nullopt, reader_.configured(rows)};
+    return {row ? std::optional(*row) : std::nullopt, reader_.configured(rows),
+            hiddenRoutes<Family>(rows)};
   }
 
   bool change(const Row& key, const Listed<Family>& before) {
@@ -60,6 +65,7 @@ class LiveDevice::Changer {
     const Listed<Family> now = listedAt(rows);
     const VrfId id = vrf->second.id;
     tellConfigured(id, before, now);
+    if (now.hidden != before.hidden) moreHidden_[id] += now.hidden - before.hidden;
     return tellRoute(id, before.row, now.row);
   }
 
@@ -88,10 +94,22 @@ class LiveDevice::Changer {
     }
   }
 
+  void tellHidden() {
+    for (const auto& [vrf, more] : moreHidden_) {
+      if (more == 0) continue;
+      std::uint64_t& count = device_.facts_.hidden[{vrf, Family::version}];
+      count += more;
+      changes_.hidden.emplace_back(vrf, count);
+    }
+  }
+
   LiveDevice& device_;
   RouteTable<Family>& table_;
   const RowReader<Family> reader_;
   RouteChanges<Family>& changes_;
+  std::vector<Row> keys_;
+  std::vector<Listed<Family>> before_;        ///< of each key
+  std::map<VrfId, std::uint64_t> moreHidden_; ///< modulo 2^64: fewer is a number below 0
 
  public:
   bool touchedPlain_ = false; ///< a VRF that may be gone with its last route
@@ -113,6 +131,7 @@ void LiveDevice::note(MadeDevice& made, const KernelState& kernel) {
   lists_ = std::move(made.lists);
   interfaces_ = std::move(made.interfaces);
   nexthops_ = kernel.nexthops;
+  facts_ = routeFacts(kernel);
   hardwareTakesPart_ = std::ranges::any_of(kernel.routes, isOfHardware<RouteRow<Ip4>>) ||
                        std::ranges::any_of(kernel.routes6, isOfHardware<RouteRow<Ip6>>);
   noteVrfs(kernel);
@@ -121,11 +140,7 @@ void LiveDevice::note(MadeDevice& made, const KernelState& kernel) {
 
 void LiveDevice::noteVrfs(const KernelState& kernel) {
   vrfs_.clear();
-  for (const VrfIdentity& vrf : vrfsOf(kernel)) vrfs_[vrf.table] = {vrf.id, false};
-  vrfs_[RT_TABLE_MAIN].stays = true;
-  for (const Link& link : kernel.links) {
-    if (link.vrfTable != 0) vrfs_[vrfTable(link.vrfTable)].stays = true;
-  }
+  for (const VrfIdentity& vrf : vrfsOf(kernel)) vrfs_[vrf.table] = {vrf.id, !vrf.isPlain};
 }
 
 void LiveDevice::countUsers() {
@@ -190,12 +205,15 @@ state::DeviceState LiveDevice::groupsOf(Follower& follower) const {
 std::optional<DeviceChanges> LiveDevice::change(Follower& follower) {
   if (!lists_ || hardwareTakesPart_ || follower.hasEncapsulations()) return {};
   if (follower.isUntidy()) return {};
-  lists_->extend(follower.hopLists(), nexthops_, *interfaces_);
   DeviceChanges changes;
   auto& routes = follower.routes<Ip4>();
   auto& routes6 = follower.routes<Ip6>();
   Changer<Ip4> changer(*this, routes, changes.routes);
   Changer<Ip6> changer6(*this, routes6, changes.routes6);
+  changer.bringIn();
+  changer6.bringIn();
+  // The hops that are left of a route may be a list that nobody told.
+  lists_->extend(follower.hopLists(), nexthops_, *interfaces_);
   if (!changer.run() || !changer6.run()) return {};
   if (changer.touchedPlain_ || changer6.touchedPlain_) {
     for (const auto& [table, vrf] : vrfs_) {

@@ -5,6 +5,7 @@
 #include "sources/kernel/Device.h"
 #include "sources/kernel/Follower.h"
 #include "sources/kernel/KeptFecNumbers.h"
+#include "sources/kernel/KernelFacts.h"
 
 #include <optional>
 
@@ -19,6 +20,7 @@ struct RouteChanges {
   std::vector<std::pair<VrfId, typename Family::Prefix>> removed;
   std::vector<std::pair<VrfId, Lumo::Ptr<Routing::Route>>> configured;
   std::vector<std::pair<VrfId, Routing::RouteKey>> unconfigured;
+  std::vector<std::pair<VrfId, std::uint64_t>> hidden; ///< how many routes of a VRF lose by now
 };
 
 /// What changes of a device. FECs come ahead of the routes that lead to them, and go behind them.
@@ -38,6 +40,9 @@ class LiveDevice {
 
   /// The whole device. Raises `SourceError` as `makeDevice` does.
   state::DeviceState make(Follower& follower, const Forwarding& forwarding);
+
+  /// What is known of its routes by the last call of either.
+  const RouteFacts& facts() const { return facts_; }
 
   /// What changes by the routes and neighbours that the follower was notified of since this or
   /// `make` was called, which is all that it was notified of. Nothing when that cannot be told
@@ -74,6 +79,7 @@ class LiveDevice {
   };
   std::map<std::uint64_t, Before> before_; ///< FECs whose users changed
   bool hardwareTakesPart_ = false;
+  RouteFacts facts_;
 };
 
 } // namespace sources::kernel

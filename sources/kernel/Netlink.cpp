@@ -130,12 +130,20 @@ void KernelFeed::ask(const Request& request) {
 
 DumpEnd KernelFeed::dump(const Request& request, const TakeMessage& take,
                          const std::function<bool()>& keepsOn) {
+  if (std::exchange(isGivenUp_, false)) finishGivenUp(request);
   ask(request);
   DumpReader reader(request, sequence_);
   while (reader.feed(dumps_.receive(request), take)) {
-    if (!keepsOn()) return {true, reader.interrupted(), false};
+    isGivenUp_ = !keepsOn();
+    if (isGivenUp_) return {true, reader.interrupted(), false};
   }
   return {reader.known(), reader.interrupted(), true};
+}
+
+/// The kernel refuses another dump until the one before is over.
+void KernelFeed::finishGivenUp(const Request& request) {
+  DumpReader rest(request, sequence_);
+  while (rest.feed(dumps_.receive(request), [](Bytes) {})) continue;
 }
 
 bool KernelFeed::drain(const TakeNotification& take) {

@@ -67,7 +67,7 @@ class Feed {
   /// Has the kernel tell from now on of the objects of that group (RTNLGRP_*).
   virtual void follow(unsigned group) = 0;
   /// Dumps what `request` names. Calls `keepsOn` behind each datagram, and gives the dump up when
-  /// it says so; no other can follow then. Raises `SourceError` when the kernel refuses.
+  /// it says so. Raises `SourceError` when the kernel refuses.
   virtual DumpEnd dump(const Request& request, const TakeMessage& take,
                        const std::function<bool()>& keepsOn) = 0;
   /// Hands on what was notified up to now, without waiting. False when some of it was lost.
@@ -109,10 +109,12 @@ class KernelFeed final : public Feed {
 
  private:
   void ask(const Request& request);
+  void finishGivenUp(const Request& request);
 
   Socket dumps_;
   Socket notifications_; // of its own: a dump must not crowd them out
   std::uint32_t sequence_ = 0;
+  bool isGivenUp_ = false; ///< the last dump, whose rest waits
 };
 
 } // namespace sources::kernel

@@ -96,26 +96,18 @@ void putInOrder(std::vector<RouteRow<Family>>& rows) {
 }
 
 template <class Family>
-std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> rows,
-                           std::optional<std::uint32_t> table) {
-  std::uint64_t count = 0;
-  forEachPrefix(rows, [&](std::span<const RouteRow<Family>> same) {
-    if (Family::isOnEveryLink(same[0].prefix)) return;
-    if (table && vrfTable(same[0].table) != *table) return;
-    const std::size_t shown = same[0].tos == 0 ? 1 : 0;
-    count += static_cast<std::uint64_t>(std::ranges::count_if(
-        same.subspan(shown), [&](const auto& row) { return !isKernelsTwin(row, same[0]); }));
-  });
-  return count;
+std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> same) {
+  if (same.empty() || Family::isOnEveryLink(same[0].prefix)) return 0;
+  const std::size_t shown = same[0].tos == 0 ? 1 : 0;
+  return static_cast<std::uint64_t>(std::ranges::count_if(
+      same.subspan(shown), [&](const auto& row) { return !isKernelsTwin(row, same[0]); }));
 }
 
 template RouteRow<Ip4> rowOf(const RouteMessage&, HopLists&);
 template RouteRow<Ip6> rowOf(const RouteMessage&, HopLists&);
 template void putInOrder<Ip4>(std::vector<RouteRow<Ip4>>&);
 template void putInOrder<Ip6>(std::vector<RouteRow<Ip6>>&);
-template std::uint64_t hiddenRoutes<Ip4>(std::span<const RouteRow<Ip4>>,
-                                         std::optional<std::uint32_t>);
-template std::uint64_t hiddenRoutes<Ip6>(std::span<const RouteRow<Ip6>>,
-                                         std::optional<std::uint32_t>);
+template std::uint64_t hiddenRoutes<Ip4>(std::span<const RouteRow<Ip4>>);
+template std::uint64_t hiddenRoutes<Ip6>(std::span<const RouteRow<Ip6>>);
 
 } // namespace sources::kernel

@@ -66,12 +66,10 @@ void forEachPrefix(std::span<const Row> rows, Visit&& visit) {
   }
 }
 
-/// How many of the rows, or of those of one VRF by its table, lose against another of their prefix,
-/// or look at the type of service.
+/// How many of the rows of one prefix lose against another of them, or look at the type of service.
 /// Every interface has the link-local and multicast prefixes, and the kernel has a route of its own
 /// to a local address in two tables: those are not counted.
 template <class Family>
-std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> rows,
-                           std::optional<std::uint32_t> table = {});
+std::uint64_t hiddenRoutes(std::span<const RouteRow<Family>> same);
 
 } // namespace sources::kernel

@@ -42,8 +42,15 @@ bool isSameWay(const Hop& a, const Hop& b) {
 template <class Family>
 class RouteTable<Family>::Update {
  public:
-  Update(const std::vector<Row>& rows, HopLists& lists)
-      : rows_(rows), lists_(lists), losses_(lists.lists().size()) {}
+  Update(const std::vector<Row>& rows, HopLists& lists, bool mixesProtocols)
+      : rows_(rows),
+        lists_(lists),
+        losses_(lists.lists().size()),
+        mixesProtocols_(mixesProtocols) {}
+
+  bool mixesProtocols() const { return mixesProtocols_; }
+  /// Whether a hop went since this was asked, behind which one of another protocol may be first.
+  bool lostProtocol() { return std::exchange(lostProtocol_, false); }
 
   void add(const Event& event) {
     ++now_;
@@ -108,7 +115,7 @@ class RouteTable<Family>::Update {
     if (event.change == Change::removed) return remove(event.row, equals);
     const auto same = findSame(event.row, equals);
     if (same != equals.end()) {
-      *same = {event.row, now_}; // its state changed, or the dump has it already
+      *same = {inPlaceOf(same->row, event), now_}; // its state changed, or the dump has it already
     } else {
       enter(event, equals);
     }
@@ -143,7 +150,9 @@ class RouteTable<Family>::Update {
   std::uint32_t nexthopOf(const Row& row) const { return lists_.lists()[row.hopList].nexthopId; }
 
   bool isSame(const Row& a, const Row& b) const {
-    if (a.type != b.type || nexthopOf(a) != nexthopOf(b)) return false;
+    if (nexthopOf(a) != nexthopOf(b)) return false;
+    // Whether a route over a nexthop object drops is what the object says by then.
+    if (nexthopOf(a) == 0 && a.type != b.type) return false;
     if (Family::detailsTellApart && !hasSameDetails(a, b)) return false;
     return nexthopOf(a) != 0 || std::ranges::equal(hopsOf(a), hopsOf(b), isSameWay);
   }
@@ -163,30 +172,46 @@ class RouteTable<Family>::Update {
     const auto hops = hopsOf(row);
     if (hops.size() > 1) return true;
     const bool advertised = row.protocol == RTPROT_RA || row.protocol == RTPROT_REDIRECT;
-    return hops.size() == 1 && !advertised && hops[0].gateway != Kesh::IpGenAddr();
+    const bool isThroughGateway =
+        hops.size() == 1 && hops[0].gateway != Kesh::IpGenAddr() && hops[0].onLink == 0;
+    return isThroughGateway && !advertised;
   }
   auto findJoined(bool joined, Equals& equals) const {
     return std::ranges::find_if(
         equals, [&, joined](const TimedRow& one) { return isJoined(one.row) == joined; });
   }
 
-  void enter(const RowChange& event, Equals& equals) const {
+  /// A joined route is listed with the protocol of its first hop; what enters another hop tells
+  /// that of the other.
+  Row inPlaceOf(const Row& before, const RowChange& event) {
+    Row row = event.row;
+    if (event.change == Change::replaced || !isJoined(before)) return row;
+    if (row.protocol != before.protocol && hopsOf(row).size() > 1) {
+      row.protocol = before.protocol;
+      mixesProtocols_ = true;
+    }
+    return row;
+  }
+
+  void enter(const RowChange& event, Equals& equals) {
     const bool joined = isJoined(event.row), replaces = event.change == Change::replaced;
     auto at = findJoined(joined, equals);
     if (at == equals.end() && replaces) at = equals.begin();
     if (at != equals.end() && (replaces || joined)) {
-      *at = {event.row, now_};
+      *at = {inPlaceOf(at->row, event), now_};
       return;
     }
     const bool ahead = Family::entersAhead && event.change == Change::entered;
     equals.insert(ahead ? equals.begin() : equals.end(), {event.row, now_});
   }
 
-  void remove(const Row& row, Equals& equals) const {
+  void remove(const Row& row, Equals& equals) {
     const auto same = findSame(row, equals);
     if (same != equals.end()) return void(equals.erase(same));
     const auto joined = findJoined(true, equals);
-    if (isJoined(row) && joined != equals.end()) removeHops(hopsOf(row), joined->row);
+    if (!isJoined(row) || joined == equals.end()) return;
+    removeHops(hopsOf(row), joined->row);
+    if (mixesProtocols_ && row.protocol == joined->row.protocol) lostProtocol_ = true;
   }
 
   /// Takes those hops out of the row, of which others stay.
@@ -205,6 +230,8 @@ class RouteTable<Family>::Update {
   std::map<Row, Equals, Order<Row>> touched_;
   std::vector<Losses> losses_; ///< by hop list
   Time now_ = 0;
+  bool mixesProtocols_; ///< of the hops of some joined route
+  bool lostProtocol_ = false;
 };
 
 template <class Family>
@@ -272,9 +299,11 @@ void RouteTable<Family>::bringIn() {
   // Beyond that, looking in two places costs more than a walk over all rows now and then.
   constexpr std::size_t fewest = 4096, share = 16;
   if (journal_.empty()) return;
-  if (!update_) update_ = std::make_unique<Update>(rows_, lists_);
+  if (!update_) update_ = std::make_unique<Update>(rows_, lists_, mixesProtocols_);
   for (const Event& event : journal_) update_->add(event);
   journal_.clear();
+  mixesProtocols_ = update_->mixesProtocols();
+  if (update_->lostProtocol()) disturbed();
   if (update_->size() > fewest + rows_.size() / share) settle();
 }
 

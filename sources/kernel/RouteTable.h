@@ -84,6 +84,7 @@ class RouteTable : public Wholeness {
   std::vector<Row> rows_;          ///< in order, as of the time before the journal
   std::vector<Row> incoming_;      ///< of the dump in progress
   std::vector<Event> journal_;     ///< in the order of events
+  bool mixesProtocols_ = false;    ///< hops of different protocols were joined to one route
   std::unique_ptr<Update> update_; ///< what was brought in; null for nothing. It looks at `rows_`
 };
 

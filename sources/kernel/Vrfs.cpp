@@ -86,18 +86,23 @@ std::optional<std::uint32_t> tableOf(const std::string& vrf, const std::vector<L
 
 std::vector<VrfIdentity> vrfsOf(const KernelState& kernel) {
   const Names names = vrfNames(kernel);
-  std::vector<VrfIdentity> vrfs{{RT_TABLE_MAIN, L3::defaultVrfName, VrfId(0)}};
+  std::vector<VrfIdentity> vrfs{{RT_TABLE_MAIN, L3::defaultVrfName, VrfId(0), false}};
+  std::set<std::uint32_t> ofDevices;
+  for (const Link& link : kernel.links) {
+    if (link.vrfTable != 0) ofDevices.insert(vrfTable(link.vrfTable));
+  }
   std::set<std::string> used{L3::defaultVrfName};
   Numbers numbers(names);
   for (const auto& [table, name] : names) {
     if (table == RT_TABLE_MAIN) continue;
-    vrfs.push_back({table, uniqueName(name, table, used).c_str(), numbers.of(table)});
+    vrfs.push_back({table, uniqueName(name, table, used).c_str(), numbers.of(table),
+                    !ofDevices.contains(table)});
   }
   return vrfs;
 }
 
 Vrfs::Vrfs(const KernelState& kernel, state::DeviceBuilder& builder) : builder_(builder) {
-  for (const auto& [table, name, id] : vrfsOf(kernel)) {
+  for (const auto& [table, name, id, isPlain] : vrfsOf(kernel)) {
     places_[table] = {&builder.vrf(name, id), builder.vrfPlace(name, id)};
   }
   for (state::VrfState& vrf : builder.state.vrfs) {

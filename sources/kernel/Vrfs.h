@@ -20,6 +20,7 @@ struct VrfIdentity {
   std::uint32_t table; ///< as `vrfTable` gives it
   L3::VrfName name;
   Vrf::VrfIdMap::VrfId id;
+  bool isPlain; ///< there by nothing but its routes
 };
 
 /// The VRFs of a device, each with a name and a number of its own: the default one, then by table

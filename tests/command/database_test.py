@@ -89,6 +89,21 @@ class DatabaseTest(CommandTest):
         self.assertEqual(model["of"], STATE)
         self.assertEqual(model["tables"]["route4"]["rows"], 2)
         self.assertNotIn("agent", model)
+        self.assertLess(model["changedAge"], 60)
+        connection = sqlite3.connect(self.path)
+        now = time.time()
+        for key, value in (("agent", 4711), ("agent_since", (now - 86400) * 1000), ("reason", "start"),
+                           ("synchronised", (now - 100) * 1000), ("changed", (now + 50) * 1000)):
+            connection.execute("insert or replace into meta values (?, ?)",
+                               (key, value if isinstance(value, str) else int(value)))
+        connection.commit()
+        connection.close()
+        model = json.loads(rova("--format", "json", "show", "state", state=self.path).stdout)
+        self.assertIn(model["synchronisedAge"] - 100, range(10))
+        self.assertIn(model["agentSinceAge"] - 86400, range(10))
+        self.assertEqual(model["changedAge"], 0, "a clock that was set back")
+        text = rova("show", "state", state=self.path).stdout
+        self.assertRegex(text, r"\nLast read anew      20[-0-9T:]*Z, 10\d s ago\nWhy                 start\n")
         self.assertEqual(json.loads(rova("--format", "json", "show", "state").stdout)["kind"],
                          "snapshot")
 

@@ -23,7 +23,7 @@ class LiveDeviceTest : public FollowerTest {
   void begin() {
     follower.read(std::chrono::seconds(2));
     follower.listen();
-    writer.replace(device.make(follower, {}), {});
+    writer.replace(device.make(follower, {}), {}, device.facts());
   }
   /// Writes what these change; false when it took the whole.
   bool hear(const std::vector<Step>& events) {
@@ -31,7 +31,7 @@ class LiveDeviceTest : public FollowerTest {
     follower.listen();
     const auto changes = device.change(follower);
     if (!changes) {
-      writer.replace(device.make(follower, {}), {});
+      writer.replace(device.make(follower, {}), {}, device.facts());
       return false;
     }
     Batch batch(writer);
@@ -41,9 +41,14 @@ class LiveDeviceTest : public FollowerTest {
   }
   void expectCurrent(const std::string& hint) {
     state::DeviceState whole;
-    follower.show([&](KernelState& state) { whole = makeDevice(state); });
+    std::uint64_t hidden = 0;
+    follower.show([&](KernelState& state) {
+      whole = makeDevice(state);
+      hidden = sources::hiddenAmong(sources::kernel::routeFacts(state).hidden, {}, whole);
+    });
     const auto written = sources::database::load(path);
     EXPECT_EQ(showRoutes(written.device), showRoutes(whole)) << hint;
+    EXPECT_EQ(written.notes.hiddenRoutes, hidden) << hint;
     EXPECT_EQ(written.device.vrfs.size(), whole.vrfs.size()) << hint;
     EXPECT_EQ(fecs(written.device), fecs(whole)) << hint;
     EXPECT_EQ(configured(written.device), configured(whole)) << hint;
@@ -143,6 +148,18 @@ TEST_F(LiveDeviceTest, WhatTakesTheWhole) {
   expectCurrent("in the end");
 }
 
+/// Nobody tells the protocol of the hop that is first when the first one goes.
+TEST_F(LiveDeviceTest, HopsOfAnotherProtocolHaveRoutesReadAgain) {
+  R ofBgp{"fd00::", 64, {{"fe80::1"}}}, both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
+  ofBgp.protocol = RTPROT_BGP;
+  kernel.scripts["IPv6 routes"] = {{ofBgp}};
+  begin();
+  hear({told(RTM_NEWROUTE, both, NLM_F_APPEND)});
+  EXPECT_TRUE(follower.moved().empty());
+  hear({told(RTM_DELROUTE, ofBgp)});
+  EXPECT_EQ(follower.moved(), std::vector<std::string>{"IPv6 routes"});
+}
+
 /// An agent lives for years, in which every way to forward comes and goes.
 TEST_F(LiveDeviceTest, HopListsWithoutRoutesGo) {
   begin();
@@ -175,12 +192,12 @@ TEST_F(LiveDeviceTest, FecsKeepTheirIdentifiers) {
   const auto before = std::pair(fecOf("10.0.0.0", 8), fecOf("10.1.0.0", 16));
   hear({told(RTM_NEWROUTE, R{"9.0.0.0", 8, {{"10.0.0.0"}}})});
   hear({told(RTM_NEWNEXTHOP, nexthop(7, 2))});
-  writer.replace(device.make(follower, {}), {});
+  writer.replace(device.make(follower, {}), {}, device.facts());
   EXPECT_EQ(std::pair(fecOf("10.0.0.0", 8), fecOf("10.1.0.0", 16)), before);
   LiveDevice later;
   writer.visitFecs([&](const auto& fec) { later.numbers().keep(fec); },
                    [&](const auto& fec) { later.numbers().keep(fec); });
-  EXPECT_EQ(writer.replace(later.make(follower, {}), {}).entered, 0u)
+  EXPECT_EQ(writer.replace(later.make(follower, {}), {}, later.facts()).entered, 0u)
       << "an agent that starts again";
 }
 

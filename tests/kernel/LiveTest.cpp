@@ -3,8 +3,11 @@
 #include "kernel/Shown.h"
 #include "sources/kernel/Kernel.h"
 #include "sources/kernel/Namespace.h"
+#include "sources/kernel/Netlink.h"
 #include "support/Expect.h"
 
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <fstream>
@@ -53,6 +56,26 @@ class KernelTest : public NetnsTest {
     }
   }
 };
+
+TEST_F(KernelTest, AnotherDumpFollowsOneThatWasGivenUp) {
+  runInside("for i in $(seq 3000); do echo route add 20.$((i / 250)).$((i % 250)).0/24 dev eth1; "
+            "done | ip -batch -");
+  const sources::kernel::NamespaceStay stay(name);
+  sources::kernel::KernelFeed feed;
+  const sources::kernel::Request routes{"IPv4 routes", RTM_GETROUTE, AF_INET, sizeof(rtmsg)};
+  std::size_t count = 0;
+  const auto dump = [&](bool whole) {
+    count = 0;
+    return feed.dump(
+        routes, [&](sources::kernel::Bytes) { ++count; }, [whole] { return whole; });
+  };
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_FALSE(dump(false).complete);
+    EXPECT_LT(count, 3000u);
+  }
+  EXPECT_TRUE(dump(true).complete);
+  EXPECT_GE(count, 3000u);
+}
 
 const std::initializer_list<const char*> everyKind = {
     "route add default via 10.1.0.2 metric 50",

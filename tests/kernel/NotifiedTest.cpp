@@ -11,6 +11,11 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
   const R both{"10.0.0.0", 8, {{"10.0.0.1"}, {"10.0.0.2", 2}}};
   R likeA = a;
   likeA.protocol = RTPROT_BGP;
+  R overObject{"10.0.0.0", 8};
+  overObject.nexthop = 7;
+  R overObjectThatDrops = overObject;
+  overObjectThatDrops.type = RTN_BLACKHOLE;
+  kernel.scripts["nexthop objects"] = {{nexthop(7, 1)}};
   const struct {
     std::vector<Step> before, events;
     const char* shown;
@@ -23,6 +28,10 @@ TEST_F(FollowerTest, Ip4RoutesAmongTheirEquals) {
       {{a}, {told(RTM_DELROUTE, a)}, "none"},
       {{a}, {told(RTM_DELROUTE, b)}, "10.0.0.1 eth1"},
       {{a}, {told(RTM_NEWROUTE, likeA, NLM_F_APPEND), told(RTM_DELROUTE, a)}, "10.0.0.1 eth1"},
+      {{a, overObject},
+       {told(RTM_NEWROUTE, overObjectThatDrops, NLM_F_REPLACE),
+        told(RTM_DELNEXTHOP, nexthop(7, 1))},
+       "10.0.0.1 eth1"},
       {{both}, {told(RTM_DELROUTE, both)}, "none"},
       {{both}, {told(RTM_NEWROUTE, both)}, "10.0.0.1 eth1 | 10.0.0.2 eth2"},
       {{}, {told(RTM_NEWROUTE, a), told(RTM_DELROUTE, a), told(RTM_NEWROUTE, b)}, "10.0.0.2 eth1"},
@@ -36,7 +45,9 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
   const R a{"fd00::", 64, {{"fe80::1"}}}, b{"fd00::", 64, {{"fe80::2"}}}, onLink{"fd00::", 64};
   const R both{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}}};
   const R all{"fd00::", 64, {{"fe80::1"}, {"fe80::2"}, {"fe80::3"}}};
-  R advertised = a, advertisedToo = b, throws = onLink, overObject = onLink;
+  const R toHost{"fd00::9", 128, {{"fe80::1"}}}, toHostOnLink{"fd00::9", 128};
+  R advertised = a, advertisedToo = b, throws = onLink, overObject = onLink, ofBgp = a;
+  ofBgp.protocol = RTPROT_BGP;
   advertised.protocol = advertisedToo.protocol = RTPROT_RA;
   throws.type = RTN_THROW;
   overObject.nexthop = 7;
@@ -46,6 +57,8 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
     const char* shown;
   } cases[] = {
       {{a, told(RTM_NEWROUTE, both, NLM_F_APPEND)}, "| fe80::1 eth1 | fe80::2 eth1"},
+      {{ofBgp, told(RTM_NEWROUTE, both, NLM_F_APPEND)},
+       "bgp [200/0] | fe80::1 eth1 | fe80::2 eth1"},
       {{both, told(RTM_DELROUTE, a)}, "| fe80::2 eth1"},
       {{all, told(RTM_DELROUTE, a), told(RTM_DELROUTE, b)}, "| fe80::3 eth1"},
       {{all, told(RTM_DELROUTE, both)}, "| fe80::3 eth1"},
@@ -59,6 +72,7 @@ TEST_F(FollowerTest, Ip6RoutesAmongTheirEquals) {
       {{overObject, told(RTM_NEWROUTE, onLink), told(RTM_DELROUTE, overObject)}, "| eth1"},
       {{onLink, told(RTM_NEWROUTE, a)}, "| eth1"},
       {{onLink, told(RTM_NEWROUTE, a), told(RTM_DELROUTE, onLink)}, "| fe80::1 eth1"},
+      {{toHost, told(RTM_NEWROUTE, toHostOnLink)}, "| fe80::1 eth1"},
   };
   for (const auto& one : cases) {
     kernel.scripts["IPv6 routes"] = {one.steps};
