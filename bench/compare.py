@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Measures whole commands over one kernel table beside those of ip, BIRD and FRR, as far as these
-are installed: in a network namespace of its own, each against `ip` in the same round. Needs root.
+are installed: in a network namespace of its own, all in turn in each round, their output into a
+pipe. `rova` asks the kernel, a snapshot of it, and the database that its agent keeps. Needs root.
 
+    scripts/bench --against [ROUTES]
     bench/compare.py [ROUTES] [ROUNDS]
 """
 
@@ -15,23 +17,32 @@ import tempfile
 import time
 from pathlib import Path
 
-ROVA = Path(__file__).resolve().parents[1] / "build/release/bin/rova"
+BIN = Path(__file__).resolve().parents[1] / "build/release/bin"
+ROVA = BIN / "rova"
 NAME = f"rova-compare-{os.getpid()}"
-ADDRESS = "10.1.2.3"
+ADDRESS, PREFIX = "10.1.2.3", "10.0.0.0/8"
 IP = ["ip", "-n", NAME]
-OWN = [ROVA, "--state", f"kernel:{NAME}"]
 BIRD = "router id 192.0.2.1;\nprotocol device {}\nprotocol kernel { learn; ipv4 { import all; }; }\n"
 
-DISPLAYS = {
-    "listing, text": {"ip": [*IP, "route", "show"], "rova": [*OWN, "show", "ip", "route"],
-                      "birdc": ["birdc", "show", "route"], "vtysh": ["vtysh", "show ip route"]},
-    "listing, JSON": {"ip": [*IP, "-j", "route", "show"],
-                      "rova": [*OWN, "--format", "json", "show", "ip", "route"],
-                      "vtysh": ["vtysh", "show ip route json"]},
-    "one address": {"ip": [*IP, "route", "get", ADDRESS],
-                    "rova": [*OWN, "show", "ip", "route", ADDRESS],
-                    "birdc": ["birdc", f"show route for {ADDRESS}"],
-                    "vtysh": ["vtysh", f"show ip route {ADDRESS}"]},
+# What each peer is asked, and what `rova` is.
+QUESTIONS = {
+    "nothing": ({"ip": ["ip", "-V"]}, ["--version"]),
+    "text": ({"ip": [*IP, "route", "show"], "birdc": ["birdc", "show route"],
+              "vtysh": ["vtysh", "show ip route"]},
+             ["show", "ip", "route"]),
+    "JSON": ({"ip": [*IP, "-j", "route", "show"], "vtysh": ["vtysh", "show ip route json"]},
+             ["--format", "json", "show", "ip", "route"]),
+    "summary": ({"birdc": ["birdc", "show route count"],
+                 "vtysh": ["vtysh", "show ip route summary"]},
+                ["show", "ip", "route", "summary"]),
+    "one address": ({"ip": [*IP, "route", "get", ADDRESS],
+                     "birdc": ["birdc", f"show route for {ADDRESS}"],
+                     "vtysh": ["vtysh", f"show ip route {ADDRESS}"]},
+                    ["show", "ip", "route", ADDRESS]),
+    "longer prefixes": ({"ip": [*IP, "route", "show", "root", PREFIX],
+                         "birdc": ["birdc", f"show route in {PREFIX}"],
+                         "vtysh": ["vtysh", f"show ip route {PREFIX} longer-prefixes"]},
+                        ["show", "ip", "route", PREFIX, "longer-prefixes"]),
 }
 
 
@@ -86,9 +97,9 @@ def output(command):
 
 
 def await_routes(tool, folder, routes):
-    """Waits until a daemon has read the whole table; false when it does not in a minute."""
-    command = asked(tool, DISPLAYS["listing, text"][tool], folder)
-    for _ in range(60):
+    """Waits until a daemon has read the whole table; false when it does not in two minutes."""
+    command = asked(tool, QUESTIONS["text"][0][tool], folder)
+    for _ in range(120):
         if output(command).count(b".0/24") >= routes:
             return True
         time.sleep(1)
@@ -96,36 +107,67 @@ def await_routes(tool, folder, routes):
 
 
 def seconds(command):
+    """How long a command takes whose output is read and dropped. It succeeds."""
     start = time.monotonic()
-    subprocess.run(command, stdout=subprocess.DEVNULL, check=True)
+    with subprocess.Popen(command, stdout=subprocess.PIPE) as process:
+        while os.read(process.stdout.fileno(), 1 << 20):
+            pass
+    if process.returncode != 0:
+        sys.exit(f"{' '.join(map(str, command))}: ended with status {process.returncode}")
     return time.monotonic() - start
 
 
-def compare(tools, folder, rounds):
-    for display, rows in DISPLAYS.items():
-        times = {tool: [] for tool in tools if tool in rows}
+def compare(peers, sources, folder, rounds):
+    """Prints the median of each, and what `rova` takes of each peer's."""
+    for question, (asks, words) in QUESTIONS.items():
+        commands = {peer: asked(peer, asks[peer], folder) for peer in peers if peer in asks}
+        for source, state in sources.items() if question != "nothing" else [("rova", "kernel")]:
+            commands[source] = [ROVA, "--state", state, *words]
+        times = {name: [] for name in commands}
         for _ in range(rounds):
-            for tool in times:
-                times[tool].append(seconds(asked(tool, rows[tool], folder)))
-        medians = {tool: statistics.median(values) for tool, values in times.items()}
-        print(f"{display:15}" + "".join(f"  {tool} {median:.3f} s, {median / medians['ip']:.2f} of ip"
-                                        for tool, median in medians.items()))
+            for name, command in commands.items():
+                times[name].append(seconds(command))
+        medians = {name: statistics.median(values) for name, values in times.items()}
+        print(f"{question}: " + ", ".join(f"{name} {median * 1e3:.1f} ms"
+                                          for name, median in medians.items()))
+        for name in commands:
+            if name not in asks:
+                print(f"    {name:9}" + "".join(f"  {medians[name] / medians[peer]:.3f} of {peer}"
+                                                for peer in peers if peer in asks), flush=True)
+
+
+@contextlib.contextmanager
+def agent(state):
+    """The agent of the namespace, once it has the whole table."""
+    command = [BIN / "rova-agent", "--netns", NAME, "--state", state]
+    with subprocess.Popen(command, stderr=subprocess.DEVNULL) as process:
+        try:
+            while b'"agent"' not in output([ROVA, "--json", "--state", state, "show", "state"]):
+                time.sleep(0.5)
+            yield
+        finally:
+            process.terminate()
 
 
 def main():
     routes, rounds = (int(word) for word in (sys.argv[1:] + ["200000", "5"][len(sys.argv) - 1:]))
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that nothing stays behind
-    with tempfile.TemporaryDirectory() as folder, table(routes):
+    with tempfile.TemporaryDirectory() as folder, table(routes, "proto bgp"):
         os.chmod(folder, 0o777)  # zebra gives root up
         Path(folder, "bird.conf").write_text(BIRD)
         Path(folder, "zebra.conf").write_text("")
+        sources = {"kernel": f"kernel:{NAME}", "snapshot": f"{folder}/state.json",
+                   "database": f"{folder}/state.db"}
+        subprocess.run([ROVA, "--state", sources["kernel"], "snapshot", "save", sources["snapshot"]],
+                       check=True)
         with daemon("/usr/sbin/bird", "-f", "-c", f"{folder}/bird.conf", "-s", f"{folder}/bird.ctl"), \
              daemon("/usr/lib/frr/zebra", "-f", f"{folder}/zebra.conf",
                     "-i", f"{folder}/zebra.pid", "-z", f"{folder}/zserv.api",
-                    "--vty_socket", folder, "-P", "0"):
-            tools = ["ip", "rova", *(tool for tool in ("birdc", "vtysh")
-                                     if await_routes(tool, folder, routes))]
-            compare(tools, folder, rounds)
+                    "--vty_socket", folder, "-P", "0"), agent(sources["database"]):
+            peers = ["ip", *(peer for peer in ("birdc", "vtysh")
+                             if await_routes(peer, folder, routes))]
+            print(f"{routes:,} routes, {rounds} rounds, medians")
+            compare(peers, sources, folder, rounds)
 
 
 if __name__ == "__main__":

@@ -8,6 +8,7 @@
 
 #include "rova/core/Flush.h"
 #include "rova/route/DisplayAttrInfo.h"
+#include "rova/route/FecLooks.h"
 #include "rova/route/Listing.h"
 
 namespace Rova {
@@ -52,6 +53,27 @@ void buildHostRows(CachedFec& fec, typename Family::RouteType type) {
   fec.numEntriesIs(static_cast<int>(fec.vias()));
 }
 
+/// What the routes on a FEC show of it: its rows, or where the only via leads to the route's own
+/// address on some interface, that interface.
+struct HostLook {
+  CachedFec* fec = nullptr; ///< null for one that was not captured
+  bool isEmpty = true;
+  Kesh::IpGenAddr onlyAddress; ///< null unless such a via is the only one
+  scrivo::Stretch rows;
+
+  const scrivo::Stretch& output() const { return rows; }
+};
+
+HostLook lookAt(CachedFec* fec) {
+  HostLook look;
+  look.fec = fec;
+  look.isEmpty = !fec || fec->vias() == 0;
+  if (look.isEmpty || fec->vias() != 1) return look;
+  const CachedVia& via = fec->viaMap().begin()->first;
+  if (via.intfId() && !via.hop().isAddrZero()) look.onlyAddress = via.hop();
+  return look;
+}
+
 /// One render of the table.
 template <class Family>
 class HostTable {
@@ -61,6 +83,7 @@ class HostTable {
   HostTable(Sorter<Family>& sorter, scrivo::Printer& printer)
       : sorter_(sorter),
         printer_(printer),
+        missesHardware_(hasUnprogrammedRoutes(sorter)),
         prefix_(printer, "prefix"),
         routeType_(printer, "routeType"),
         hardwareProgrammed_(printer, "hardwareProgrammed"),
@@ -74,7 +97,8 @@ class HostTable {
     printer_.start();
     printHead();
     printer_.startDict("routes");
-    for (const auto& [prefix, route] : sorter_.sortedRouteMap()) printRoute(route);
+    printLookingAhead(sorter_.sortedRouteMap(), looks_,
+                      [this](const Route& route) { printRoute(route); });
     printer_.endDict();
     printer_.addFrills("\n");
     if (sorter_.quantify() != 0.0) printTiming(sorter_, printer_, start);
@@ -87,12 +111,15 @@ class HostTable {
   void startRoute(const Route& route);
   void endRoute();
   void printToCpu();
-  void printVias(const Route& route, const CachedFec& fec, std::uint16_t count);
+  void printVias(const Route& route, HostLook& look);
   void printOwnAddress(const CachedVia& via);
+  void printRows(const CachedFec& fec);
   void printRow(const CachedFec& fec, std::uint16_t at);
 
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
+  const bool missesHardware_; ///< some route of the device: most devices have all
+  FecLooks<HostLook> looks_;
   char addressText_[Kesh::maxAddressText];
   char prefixText_[Kesh::maxAddressText];
   std::size_t addressLength_ = 0;
@@ -122,13 +149,13 @@ void HostTable<Family>::printHead() {
 template <class Family>
 void HostTable<Family>::printRoute(const Route& route) {
   startRoute(route);
-  CachedFec* const fec = sorter_.fec(route.fecId).ptr();
-  if (fec) buildHostRows<Family>(*fec, route.routeType);
+  HostLook& look = looks_.look(route.fecId, [&] { return lookAt(sorter_.fec(route.fecId).ptr()); });
+  if (look.fec && !look.rows.isKept()) buildHostRows<Family>(*look.fec, route.routeType);
   if (Family::hostGoesToCpu(route.routeType)) {
     printToCpu();
     return endRoute();
   }
-  if (fec) printVias(route, *fec, static_cast<std::uint16_t>(fec->vias()));
+  if (!look.isEmpty) printVias(route, look);
   printer_.addFrills("\n");
   endRoute();
   flushIfFull(printer_);
@@ -141,7 +168,7 @@ void HostTable<Family>::startRoute(const Route& route) {
   prefix_.setValue(static_cast<const char*>(prefixText_));
   printer_.startDictEntry(prefix_);
   routeType_.setValue(route.routeType);
-  hardwareProgrammed_.setValue(isHardwareProgrammed(sorter_, route.key));
+  hardwareProgrammed_.setValue(!missesHardware_ || isHardwareProgrammed(sorter_, route.key));
   printer_.addAttributes("%s%s", 2, hardwareProgrammed_.getArg(), routeType_.getArg());
   printer_.addFrills("%s", std::string_view(addressText_, addressLength_));
   printer_.startList("vias");
@@ -161,22 +188,23 @@ void HostTable<Family>::printToCpu() {
   printer_.endListEntry();
 }
 
-/// Whether the via leads to the route's own address on some interface.
-template <class Route>
-bool isOwnAddress(const Route& route, const CachedVia& via) {
-  return via.hop() == Kesh::IpGenAddr(route.key.address()) && via.intfId() &&
-         !via.hop().isAddrZero();
+template <class Family>
+void HostTable<Family>::printVias(const Route& route, HostLook& look) {
+  if (look.onlyAddress == Kesh::IpGenAddr(route.key.address())) {
+    return printOwnAddress(look.fec->viaMap().begin()->first);
+  }
+  printer_.marginIs(static_cast<std::uint32_t>(addressLength_ + hostHeadColumns));
+  printer_.addStretch(look.rows, [&] { printRows(*look.fec); });
 }
 
 template <class Family>
-void HostTable<Family>::printVias(const Route& route, const CachedFec& fec, std::uint16_t count) {
-  if (count == 0) return;
-  const CachedVia& first = fec.viaMap().begin()->first;
-  if (count == 1 && isOwnAddress(route, first)) return printOwnAddress(first);
-  for (std::uint16_t at = 0; at < count; ++at) {
+void HostTable<Family>::printRows(const CachedFec& fec) {
+  for (std::uint16_t at = 0; at < static_cast<std::uint16_t>(fec.vias()); ++at) {
     printer_.startListEntry();
-    if (at != 0)
-      printer_.addFrills("\n%*s", static_cast<int>(addressLength_ + hostHeadColumns), "");
+    if (at != 0) {
+      printer_.addFrills("\n");
+      printer_.addIndent();
+    }
     printRow(fec, at);
     printer_.endListEntry();
   }

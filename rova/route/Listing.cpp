@@ -8,9 +8,6 @@
 #include "rova/route/RouteLine.h"
 #include "rova/route/Selection.h"
 
-#include <algorithm>
-#include <array>
-
 namespace Rova {
 
 namespace {
@@ -39,8 +36,7 @@ class Listing {
         forwarding_(sorter.forwarding()),
         missesHardware_(hasUnprogrammedRoutes(sorter)),
         missesKernel_(kernelUnprogrammedRoutes(sorter)),
-        lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}),
-        looks_(forwarding_) {}
+        lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}) {}
 
   void print() {
     const double start = Lumo::System::currentTime();
@@ -83,7 +79,7 @@ class Listing {
   // Whether there is a route to ask about: most devices have none.
   const bool missesHardware_, missesKernel_;
   RouteLinePrinter lines_;
-  FecLooks<Family> looks_;
+  FecLooks<FecLook> looks_;
   bool groupNamesBuilt_ = false;
   VrfId lastSrcVrf_{VrfId::none};
   Lumo::String lastSrcVrfName_;
@@ -185,32 +181,20 @@ void Listing<Family>::printDefaultRoute() {
   sorter_.sortedRouteDel(defaultPrefix<Family>());
 }
 
-/// Reads two routes ahead of the one in print, so that what is known of their FECs, and then the
-/// output that it leads to, are on their way from memory meanwhile.
 template <class Family>
 void Listing<Family>::printRoutes() {
-  constexpr std::size_t depth = 3;
-  std::array<Route, depth> coming;
-  std::size_t count = 0;
-  auto at = sorter_.sortedRouteMap().cursor();
-  do {
-    for (; at && count < depth; at.next()) {
-      coming[count] = at.value() ? *at.value() : Route();
-      looks_.expect(coming[count++].fecId);
-    }
-    if (count == 0) return;
-    if (count > 1) looks_.expectOutput(coming[1].fecId);
-    printRoute(coming[0]);
+  printLookingAhead(sorter_.sortedRouteMap(), looks_, [this](const Route& route) {
+    printRoute(route);
     flushIfFull(printer_);
-    std::move(coming.begin() + 1, coming.begin() + count, coming.begin());
-  } while (--count != 0 || at);
+  });
 }
 
 template <class Family>
 void Listing<Family>::printRoute(const Route& route) {
   ROVA_TRACE(8, "bool Rova::printRoute(" << Family::sorterTypeName << ", Route, scrivo::Printer)");
   const auto type = route.routeType;
-  FecLook& look = looks_.look(route.fecId);
+  FecLook& look =
+      looks_.look(route.fecId, [&] { return lookAt<Family>(forwarding_, route.fecId); });
   if (!isReceive(type) && !isPrintable(sorter_, route, look.forwards)) return;
   if (!protocolMatch(route, sorter_.protocol())) return;
   if (!look.fec) return printMissingFec(route);

@@ -113,7 +113,9 @@ class RouteTable<Family>::Update {
   void apply(const RowChange& event) {
     Equals& equals = equalsOf(event.row);
     if (event.change == Change::removed) return remove(event.row, equals);
-    const auto same = findSame(event.row, equals);
+    // What replaces another in IPv6 takes the first one's place, be its like among them or not.
+    const bool takesFirst = Family::tellsSiblings && event.change == Change::replaced;
+    const auto same = takesFirst ? equals.end() : findSame(event.row, equals);
     if (same != equals.end()) {
       *same = {inPlaceOf(same->row, event), now_}; // its state changed, or the dump has it already
     } else {
