@@ -51,8 +51,9 @@ def ip(*words, **options):
 
 
 @contextlib.contextmanager
-def table(routes, more=""):
-    """A network namespace with that many routes to one next hop; `more` says what else they are."""
+def table(routes, more="proto dhcp"):
+    """A network namespace with that many routes to one next hop; `more` says what else they are. No
+    daemon here takes those of DHCP for its own."""
     ip("netns", "add", NAME)
     try:
         ip("-n", NAME, "link", "add", "eth1", "type", "veth", "peer", "name", "eth2")
@@ -142,7 +143,7 @@ def agent(state):
     command = [BIN / "rova-agent", "--netns", NAME, "--state", state]
     with subprocess.Popen(command, stderr=subprocess.DEVNULL) as process:
         try:
-            while b'"agent"' not in output([ROVA, "--json", "--state", state, "show", "state"]):
+            while b'"agent"' not in output([ROVA, "--format", "json", "--state", state, "show", "state"]):
                 time.sleep(0.5)
             yield
         finally:
@@ -152,7 +153,7 @@ def agent(state):
 def main():
     routes, rounds = (int(word) for word in (sys.argv[1:] + ["200000", "5"][len(sys.argv) - 1:]))
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that nothing stays behind
-    with tempfile.TemporaryDirectory() as folder, table(routes, "proto bgp"):
+    with tempfile.TemporaryDirectory() as folder, table(routes):
         os.chmod(folder, 0o777)  # zebra gives root up
         Path(folder, "bird.conf").write_text(BIRD)
         Path(folder, "zebra.conf").write_text("")

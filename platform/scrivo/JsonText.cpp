@@ -2,6 +2,7 @@
 
 #include "OutputBuffer.h"
 #include "Utf8.h"
+#include "scrivo/Shown.h"
 
 #include <array>
 #include <charconv>
@@ -25,6 +26,28 @@ constexpr std::array<bool, 256> plainBytes = [] {
 const char* skipPlain(const char* at) {
   while (plainBytes[static_cast<Byte>(*at)]) ++at;
   return at;
+}
+
+/// Sets the highest bit of a byte that is this one.
+constexpr std::uint64_t bytesThatAre(char byte, std::uint64_t word) {
+  const std::uint64_t difference = word ^ static_cast<Byte>(byte) * eachByte;
+  return (difference - eachByte) & ~difference;
+}
+
+/// Whether the text is sure to stand in a JSON string as it is.
+bool isPlainText(std::string_view text) {
+  return isWithout(text, [](std::uint64_t word) {
+    return hiddenBytes(word) | bytesThatAre('"', word) | bytesThatAre('\\', word);
+  });
+}
+
+/// A plain text with quotes, shorter than the buffer by far.
+void putQuoted(OutputBuffer& out, std::string_view text) {
+  char* const at = out.reserve(text.size() + 2);
+  at[0] = '"';
+  std::memcpy(at + 1, text.data(), text.size());
+  at[text.size() + 1] = '"';
+  out.commit(at + text.size() + 2);
 }
 
 const char* putMultibyte(OutputBuffer& out, const char* at) {
@@ -65,6 +88,10 @@ void putNumber(OutputBuffer& out, Number number) {
 bool isPlainJson(const char* text) { return *skipPlain(text) == '\0'; }
 
 void putJsonString(OutputBuffer& out, const char* text) {
+  const std::string_view whole = text;
+  if (whole.size() + 2 <= OutputBuffer::reserveLimit && isPlainText(whole)) {
+    return putQuoted(out, whole);
+  }
   out.put('"');
   for (const char* at = text;;) {
     const char* const end = skipPlain(at);

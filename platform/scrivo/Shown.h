@@ -26,13 +26,19 @@ LUMO_EXPORT std::size_t findHidden(std::string_view text, LineEnds lineEnds = Li
 /// The text with escapes in place of what does not show as it is.
 LUMO_EXPORT std::string shown(std::string_view text, LineEnds lineEnds = LineEnds::escaped);
 
-/// Whether the text is printable ASCII alone, as nearly all texts are: eight bytes at a time, for
-/// listings ask it of each text that they print.
-inline bool isPlain(std::string_view text) {
-  constexpr std::uint64_t ones = 0x0101010101010101;
-  // Sets the highest bit of a byte where there is none from 0x20 to 0x7e. What one byte borrows
-  // from the next or carries into it is a fault already.
-  const auto marks = [](std::uint64_t word) { return word | (word + ones) | (word - 0x20 * ones); };
+inline constexpr std::uint64_t eachByte = 0x0101010101010101; ///< times a byte: it eight times
+
+/// Sets the highest bit of a byte where there is none from 0x20 to 0x7e. What one byte borrows from
+/// the next or carries into it is a fault already.
+constexpr std::uint64_t hiddenBytes(std::uint64_t word) {
+  return word | (word + eachByte) | (word - 0x20 * eachByte);
+}
+
+/// Whether `marks`, which sets the highest bit of a byte that it looks for, finds none in a text:
+/// eight bytes at a time, for listings ask it of each text that they print. Blanks fill a short
+/// text up.
+template <class Marks>
+bool isWithout(std::string_view text, Marks&& marks) {
   const auto read = [&text](std::size_t at, auto word) {
     std::memcpy(&word, text.data() + at, sizeof word);
     return std::uint64_t{word};
@@ -49,7 +55,10 @@ inline bool isPlain(std::string_view text) {
     found = marks(rest | read(0, std::uint8_t{}) | read(length / 2, std::uint8_t{}) << 8 |
                   read(length - 1, std::uint8_t{}) << 16);
   }
-  return (found & 0x80 * ones) == 0;
+  return (found & 0x80 * eachByte) == 0;
 }
+
+/// Whether the text is printable ASCII alone, as nearly all texts are.
+inline bool isPlain(std::string_view text) { return isWithout(text, hiddenBytes); }
 
 } // namespace scrivo

@@ -21,47 +21,58 @@ class FecLooks {
   /// The look of a FEC, from `make()` at first. Valid until the next call.
   template <class Make>
   Look& look(FecId fecId, Make&& make) {
-    if (next_ && fecId == nextId_ && looks_.size() == sizeAtNext_) return *next_;
+    if (current_.look && current_.fecId == fecId && current_.looks == looks_.size()) {
+      return *current_.look;
+    }
     if (Look* const known = looks_.find(fecId)) return *known;
     return looks_.insertOrAssign(fecId, make());
   }
 
-  /// Tells that the FEC will be looked at soon.
-  [[gnu::always_inline]] void expect(FecId fecId) const { looks_.prefetch(fecId); }
-  /// Tells that it will be looked at next, and its output be printed.
+  /// Tells that the FEC will be looked at, and, later, that it will be soon.
+  [[gnu::always_inline]] void expectLater(FecId fecId) const { looks_.prefetchPlace(fecId); }
+  [[gnu::always_inline]] void expectSoon(FecId fecId) const { looks_.prefetch(fecId); }
+  /// Tells that it will be looked at after the one that was told before, and its output be printed.
   void expectOutput(FecId fecId) {
-    next_ = looks_.find(fecId);
-    nextId_ = fecId;
-    sizeAtNext_ = looks_.size();
-    if (next_) next_->output().prefetch();
+    current_ = next_;
+    next_ = {looks_.find(fecId), fecId, looks_.size()};
+    if (next_.look) next_.look->output().prefetch();
   }
 
  private:
+  /// A look that was found ahead of its use, null if it is not made. It stays where it is as long
+  /// as there are that many.
+  struct Found {
+    Look* look = nullptr;
+    FecId fecId;
+    std::size_t looks = 0;
+  };
+
   Lumo::HashMap2018<FecId, Look> looks_;
-  Look* next_ = nullptr; ///< as long as there are no more looks than `sizeAtNext_`
-  FecId nextId_;
-  std::size_t sizeAtNext_ = 0;
+  Found current_, next_;
 };
 
-/// Calls `print(route)` for each of the routes in order. It reads two routes ahead, so that what is
-/// known of their FECs, and then the output that it leads to, are on their way from memory while
-/// another route prints.
+/// Calls `print(route)` for each of the routes in order. It reads three routes ahead, so that the
+/// way to what is known of their FECs, that itself, and then the output that it leads to are on
+/// their way from memory one after the other while other routes print.
 template <class Routes, class Look, class Print>
 void printLookingAhead(const Routes& routes, FecLooks<Look>& looks, Print&& print) {
-  constexpr std::size_t depth = 3;
+  constexpr std::size_t depth = 4; // a power of two: the routes in hand go round in it
   std::array<typename Routes::ValueType, depth> coming;
-  std::size_t count = 0;
+  std::size_t read = 0;
   auto at = routes.cursor();
-  do {
-    for (; at && count < depth; at.next()) {
-      coming[count] = at.value() ? *at.value() : typename Routes::ValueType();
-      looks.expect(coming[count++].fecId);
+  for (std::size_t printed = 0; at || printed != read; ++printed) {
+    for (; at && read - printed < depth; at.next()) {
+      auto& route = coming[read++ % depth];
+      route = at.value() ? *at.value() : typename Routes::ValueType();
+      looks.expectLater(route.fecId);
     }
-    if (count == 0) return;
-    if (count > 1) looks.expectOutput(coming[1].fecId);
-    print(coming[0]);
-    std::move(coming.begin() + 1, coming.begin() + count, coming.begin());
-  } while (--count != 0 || at);
+    const auto fecAhead = [&](std::size_t steps) {
+      return coming[(printed + steps) % depth].fecId;
+    };
+    if (printed + 2 < read) looks.expectSoon(fecAhead(2));
+    if (printed + 1 < read) looks.expectOutput(fecAhead(1));
+    print(coming[printed % depth]);
+  }
 }
 
 } // namespace Rova
