@@ -133,6 +133,9 @@ QUESTIONS = [
     ("show foo", [r'rova: "foo" is not understood: expected ip, ']),
 ]
 
+# The words of a command that starts a shell, and all up to the end of its block.
+SESSION = re.compile(r"^```console\n\$ rova (--state \S+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+
 
 class Terminal:
     """A shell on a pseudo-terminal: keys go in, and the screen is what came out so far."""
@@ -245,9 +248,23 @@ class FileTest(ShellTest):
                 self.assert_ends(rova(stdin=lines), status, err)
 
     def test_a_refused_check_is_a_failure(self):
-        result = rova(stdin="check address 10.0.0.1/99 interface Ethernet1\nshow ip route | count")
-        self.assertEqual(result.returncode, 2)
-        self.assertRegex(result.stdout, r"^\d+\n$")
+        result = rova(stdin="check next-hop 10.0.1.1\ntypes | include RouteSortKey | count",
+                      state="tests/scenarios/static-checks/snapshot.json")
+        self.assert_ends(result, 1, "rova: line 1 failed: check next-hop 10.0.1.1\n")
+        self.assertRegex(result.stdout, r"^refused: .*\n1\n$")
+
+    def test_an_interrupt_ends_it_all(self):
+        fifo = self.folder / "fifo"
+        os.mkfifo(fifo)
+        process = subprocess.Popen([program(), "--state", fifo], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, start_new_session=True)
+        process.stdin.write(b"show ip route\nshow state\n")
+        process.stdin.close()
+        time.sleep(0.3)  # nothing tells that a child has begun to wait
+        process.send_signal(signal.SIGINT)  # to the shell alone: its command must not stay behind
+        self.assertEqual(process.wait(TIMEOUT_SECONDS), 130)
+        self.assertEqual(process.stdout.read(), b"")  # comes to its end when both are gone
+        process.stdout.close()
 
     def test_each_command_sees_the_state_as_it_is_then(self):
         path = self.state_with("10.0.0.0/8")
@@ -299,12 +316,6 @@ class FileTest(ShellTest):
         self.assertEqual((result.returncode, result.stderr),
                          (1, b"rova: standard input: Is a directory\n"))
 
-    def test_memory_stays_bounded(self):
-        """Lines that a filter passes on are not kept."""
-        command = f"ulimit -v 400000; yes show ip route '|' include 10. | head -300 | {program()} --state {STATE}"
-        result = subprocess.run(["bash", "-c", command], cwd=ROOT, capture_output=True, check=False)
-        self.assertEqual((result.returncode, result.stdout.decode()), (0, ROUTE_LINE * 300))
-
 
 class TerminalTest(ShellTest):
     def test_prompts(self):
@@ -325,13 +336,17 @@ class TerminalTest(ShellTest):
                 self.assertEqual(shell.end(), 0)
 
     def test_the_terminal_is_left_as_it_was(self):
-        for number in (None, signal.SIGTERM):
+        flags = termios.ICANON | termios.ECHO | termios.ISIG
+        for end, status in ((lambda shell: shell.keys(CTRL_D), 0),
+                            (lambda shell: os.kill(shell.process, signal.SIGTERM), 143)):
             shell = self.terminal("--state", STATE)
-            if number:
-                os.kill(shell.process, number)
-            else:
-                shell.keys(CTRL_D)
-            self.assertEqual(shell.end(), 0 if not number else 143)
+            shell.keys("show")
+            shell.wait("show")
+            self.assertEqual(termios.tcgetattr(shell.master)[3] & flags, 0)
+            shell.keys("\x15")  # Ctrl-D ends an empty line
+            end(shell)
+            self.assertEqual(shell.end(), status)
+            self.assertEqual(termios.tcgetattr(shell.master)[3] & flags, flags)
 
     def test_tab(self):
         shell = self.terminal("--state", STATE)
@@ -420,15 +435,30 @@ class TerminalTest(ShellTest):
         self.assertEqual(shell.end(), 0)
 
     def test_a_command_that_aborts_ends_alone(self):
-        document = {"rovaSnapshot": 1, "vrfs": {"default": {
-            "routingStatus": {"10.0.0.0/8": {"type": "static", "fec": "99.1"}}}}}
-        path = self.folder / "snapshot.json"
-        path.write_text(json.dumps(document))
-        aborts = run_program(["--state", path, "show", "ip", "route"])
+        path = snapshot_file(self.folder, {"routing6Status": {"::/0": {"type": "nexthopGroup"}}})
         shell = self.terminal("--state", path)
-        shown = shell.run("show ip route", "snapshot.json> ")
-        if aborts.returncode == -signal.SIGABRT:
-            self.assertIn("rova: the command was ended by signal 6 (Aborted)", shown)
+        self.assertIn("rova: the command was ended by signal 6 (Aborted)",
+                      shell.run("show ipv6 route", "snapshot.json> "))
+        self.assertIn("snapshot", shell.run("show state | include Kind", "snapshot.json> "))
+
+    def test_sessions_of_the_document(self):
+        sessions = SESSION.findall((ROOT / "docs/shell.md").read_text())
+        self.assertGreater(len(sessions), 0)
+        for words, text in sessions:
+            shell = self.terminal(*words.split())
+            # Each part is what was typed, up to a "?" or the end of the line, and what came of it.
+            for part in re.split(r"(?m)^snapshot\.json(?:\(vrf red\))?> ", text)[1:]:
+                line, _, output = part.partition("\n")
+                with self.subTest(line):
+                    shell.keys(line if line.endswith("?") else line + "\r")
+                    if line == "exit":
+                        self.assertEqual(shell.end(), 0)
+                        continue
+                    shown = shell.wait(r"(?m)^snapshot\.json(\(vrf red\))?> ")
+                    self.assertEqual(shown.partition("\n")[2].rpartition("snapshot.json")[0], output)
+                    if line.endswith("?"):
+                        shell.keys(CTRL_C)
+                        shell.wait("snapshot.json> ")
 
 
 # The line up to the cursor, and the words that bash may put in the place of the last one.
