@@ -2,9 +2,9 @@
 // which takes effect at once wherever the command is, or an internal failure; and what a command
 // has read is gone with it, so that the next one sees the state as it is by then.
 //
-// A filter reads the command's output from a pipe in the shell's own process. The pipe bounds what
-// is under way; no thread is needed, and the end of the command, also by an interrupt, is the end
-// of the pipe.
+// A filter reads the command's output from a pipe in the shell's own process. What is under way is
+// a pipe and one line, however long the listing; no thread is needed, and the end of the command,
+// also by an interrupt, is the end of the pipe.
 #pragma once
 
 #include "command/grammar/ExitStatus.h"

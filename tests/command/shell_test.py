@@ -253,6 +253,15 @@ class FileTest(ShellTest):
         self.assert_ends(result, 1, "rova: line 1 failed: check next-hop 10.0.1.1\n")
         self.assertRegex(result.stdout, r"^refused: .*\n1\n$")
 
+    def test_the_example_of_the_document(self):
+        text = (ROOT / "docs/shell.md").read_text()
+        lines, output, status = re.search(
+            r"\n\$ cat commands.txt\n(.*?)\$ rova --state \S+ < commands.txt\n(.*?)\$ echo \$\?\n(\d)\n", text,
+            re.DOTALL).groups()
+        result = subprocess.run([program(), "--state", STATE], cwd=ROOT, input=lines, text=True, check=False,
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.assertEqual((result.stdout, result.returncode), (output, int(status)))
+
     def test_an_interrupt_ends_it_all(self):
         fifo = self.folder / "fifo"
         os.mkfifo(fifo)
