@@ -22,6 +22,11 @@ _rova() {
   if [[ $begun == *:* && $COMP_WORDBREAKS == *:* ]]; then
     COMPREPLY=("${COMPREPLY[@]#"${begun%"${begun##*:}"}"}")
   fi
+  # A name that a device has may mean something to bash.
+  local at
+  for at in "${!COMPREPLY[@]}"; do
+    printf -v "COMPREPLY[at]" %q "${COMPREPLY[at]}"
+  done
   [[ ${#COMPREPLY[@]} -ne 1 || ${COMPREPLY[0]} != */ ]] || compopt -o nospace
 }
 

@@ -49,19 +49,11 @@ void closeInput() {
   dup2(none.get(), STDIN_FILENO);
 }
 
-/// An interrupt, which a shell at a terminal blocks for itself, is for the command.
-void allowInterrupt() {
-  sigset_t interrupt;
-  sigemptyset(&interrupt);
-  sigaddset(&interrupt, SIGINT);
-  sigprocmask(SIG_UNBLOCK, &interrupt, nullptr);
-}
-
 /// The process, which outlives neither its work nor the shell.
 [[noreturn]] void live(const Work& work) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   closeInput();
-  allowInterrupt();
+  setKeySignals(SIG_UNBLOCK);
   const int status = work();
   std::fflush(stdout);
   // Without the shell's own ends: its line editor, and its place in a file of commands.
@@ -74,6 +66,7 @@ class Child {
   /// Starts one with `output`, unless it is -1, as its standard output and `unused` closed.
   Child(const Work& work, int output, Descriptor& unused) {
     std::fflush(stdout);
+    std::signal(SIGCHLD, SIG_DFL); // who started the shell may have it ignored: no status then
     process_ = fork();
     if (process_ < 0) failSystem("cannot start a process for the command");
     if (process_ > 0) return;
@@ -117,6 +110,13 @@ void readAll(int fd, const TakeOutput& take) {
 }
 
 } // namespace
+
+void setKeySignals(int how) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int number : {SIGINT, SIGQUIT}) sigaddset(&signals, number);
+  sigprocmask(how, &signals, nullptr);
+}
 
 int runApart(const Work& work) {
   Descriptor none;

@@ -17,6 +17,10 @@ namespace command::shell {
 using Work = std::function<ExitStatus()>;
 using TakeOutput = std::function<void(std::string_view)>;
 
+/// Blocks or unblocks, by SIG_BLOCK or SIG_UNBLOCK, the signals that keys of a terminal send. A
+/// process of the following begins with them unblocked.
+void setKeySignals(int how);
+
 /// Does the work in a process of its own; the exit status is 128 and its number after a signal,
 /// which standard error names. Raises std::system_error where no process can be had.
 int runApart(const Work& work);

@@ -1,5 +1,7 @@
 #include "command/shell/Terminal.h"
 
+#include "command/shell/Child.h"
+
 #include <algorithm>
 #include <clocale>
 #include <csignal>
@@ -14,13 +16,6 @@ namespace {
 using Words = std::vector<std::string>;
 
 constexpr int mostRecalled = 1000;
-
-void blockInterrupt() {
-  sigset_t interrupt;
-  sigemptyset(&interrupt);
-  sigaddset(&interrupt, SIGINT);
-  sigprocmask(SIG_BLOCK, &interrupt, nullptr);
-}
 
 /// Has the editor count characters, in place of bytes, in what is typed.
 void useCharacters() {
@@ -75,7 +70,7 @@ Terminal::Terminal(const Assistant& assistant)
       file_(historyPath()),
       history_(history_init(), history_end),
       editor_(nullptr, el_end) {
-  blockInterrupt();
+  setKeySignals(SIG_BLOCK);
   useCharacters();
   editor_.reset(el_init("rova", stdin, stdout, stderr));
   HistEvent event;

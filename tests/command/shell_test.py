@@ -508,14 +508,28 @@ def words_of_bash(line):
 
 
 class BashTest(CommandTest):
+    def ask(self, line):
+        """What bash is told, a candidate a line."""
+        result = subprocess.run(
+            ["bash", "-c", ASK_BASH, "bash", str(Path(program()).parent), line, *words_of_bash(line)],
+            cwd=ROOT, capture_output=True, text=True, check=False)
+        self.assertEqual(result.stderr, "")
+        return result.stdout
+
     def test_completion(self):
         for line, expected in BASH:
             with self.subTest(line):
-                result = subprocess.run(
-                    ["bash", "-c", ASK_BASH, "bash", str(Path(program()).parent), line, *words_of_bash(line)],
-                    cwd=ROOT, capture_output=True, text=True, check=False)
-                self.assertEqual(result.stderr, "")
-                self.assertEqual(result.stdout.split(), expected)
+                self.assertEqual(self.ask(line).split(), expected)
+
+    def test_names_that_mean_something_to_bash(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder, "snapshot.json")
+            names = ["default", "x$(touch y)", "x;reboot", "x:y", "x y", "x\x1b[2J"]
+            path.write_text(json.dumps({"rovaSnapshot": 1, "vrfs": {
+                name: {"id": number} for number, name in enumerate(names)}}))
+            for typed, expected in (("x;", "x\\;reboot\n"), ("x:", "y\n"), ("x$", "\n"), ("x\x1b", "\n")):
+                with self.subTest(typed):
+                    self.assertEqual(self.ask(f"rova --state {path} show ip route vrf {typed}"), expected)
 
     def test_an_interactive_bash(self):
         """Bash parts the words itself."""
