@@ -1,7 +1,9 @@
 #include "command/CommandLine.h"
 
 #include "command/Commands.h"
+#include "command/Completion.h"
 #include "command/Options.h"
+#include "command/ShellProgram.h"
 #include "command/ShowHelp.h"
 #include "command/grammar/Help.h"
 #include "command/grammar/Parser.h"
@@ -9,6 +11,9 @@
 #include "lumo/System.h"
 #include "rova/Version.h"
 #include "sources/Source.h"
+
+#include <algorithm>
+#include <string_view>
 
 namespace command {
 
@@ -36,12 +41,35 @@ Options optionsOf(const grammar::Arguments& arguments, double startTime) {
   return options;
 }
 
+/// What a completion of a shell asks for; the table does not show it.
+bool asksForCandidates(std::span<const char* const> words) {
+  return words.size() > 1 && words[0] == std::string_view("complete") &&
+         words[1] == std::string_view("--");
+}
+
+/// Without a command, and with options alone that go with every command.
+bool asksForShell(const grammar::Arguments& arguments) {
+  const auto isForAll = [](const grammar::GivenOption& given) {
+    return given.option->scope == grammar::Scope::all && given.option->name != "--help";
+  };
+  return !arguments.named && !arguments.open &&
+         std::all_of(arguments.options.begin(), arguments.options.end(), isForAll);
+}
+
 } // namespace
 
 ExitStatus runCommandLine(std::span<const char* const> words) {
+  if (asksForCandidates(words)) {
+    printCandidates(words.subspan(2));
+    return success;
+  }
+  const auto arguments = grammar::splitArguments(commandGrammar(), words);
+  if (asksForShell(arguments)) return runShell(arguments);
+  return runArguments(commandGrammar(), arguments);
+}
+
+ExitStatus runArguments(const grammar::Grammar& table, const grammar::Arguments& arguments) {
   const double startTime = Lumo::System::currentTime();
-  const auto& table = commandGrammar();
-  const auto arguments = grammar::splitArguments(table, words);
   if (arguments.find("--help")) return printOwnWords(grammar::helpText(table, arguments.words));
   if (arguments.words.empty() && arguments.find("--version")) {
     return printOwnWords("rova " ROVA_VERSION "\n");

@@ -3,6 +3,7 @@
 
 #include "command/Check.h"
 #include "command/ClearStatic.h"
+#include "command/SessionChoice.h"
 #include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
 #include "command/ShowRoute.h"
@@ -21,6 +22,8 @@ namespace {
 
 using grammar::Beginning;
 using grammar::Command;
+using grammar::Filter;
+using grammar::FilterAction;
 using grammar::Keyword;
 using grammar::Kind;
 using grammar::Option;
@@ -200,6 +203,23 @@ constexpr Part helpParts[] = {
      .help = "the command, or the words that some commands begin with"},
 };
 
+constexpr Part stateParts[] = {
+    {.name = "source",
+     .keyword = Keyword::none,
+     .kind = Kind::source,
+     .required = true,
+     .help = "kernel (this machine), kernel:NAME (a network namespace), or a file"},
+};
+
+constexpr Part vrfParts[] = {
+    {.name = "name",
+     .keyword = Keyword::none,
+     .kind = Kind::vrf,
+     .required = true,
+     .help = "the VRF; default for the one of that name"},
+};
+
+/// Those of the shell alone come last.
 constexpr Command commands[] = {
     {.path = "show ip route",
      .parts = ip4RouteParts,
@@ -268,6 +288,33 @@ constexpr Command commands[] = {
      .parts = helpParts,
      .help = "What a command is for, and all that may stand in it; the same as COMMAND --help.",
      .run = showHelp},
+    {.path = "state",
+     .parts = stateParts,
+     .help = "In the shell: where the state comes from from now on.",
+     .run = chooseState},
+    {.path = "vrf",
+     .parts = vrfParts,
+     .help = "In the shell: the VRF of the commands that name none.",
+     .run = chooseVrf},
+    {.path = "exit", .help = "Leave the shell.", .run = leaveShell},
+    {.path = "quit", .help = "Leave the shell.", .run = leaveShell},
+};
+constexpr std::size_t shellCommandCount = 4;
+constexpr std::span programCommands(commands, std::size(commands) - shellCommandCount);
+
+constexpr Filter filters[] = {
+    {.name = "include",
+     .action = FilterAction::include,
+     .kind = Kind::text,
+     .help = "the lines with a text in them alone"},
+    {.name = "exclude",
+     .action = FilterAction::exclude,
+     .kind = Kind::text,
+     .help = "the lines without a text in them alone"},
+    {.name = "count", .action = FilterAction::count, .help = "how many lines there are"},
+    {.name = "no-more",
+     .action = FilterAction::none,
+     .help = "all lines without a stop, as they come anyway"},
 };
 
 constexpr Beginning beginnings[] = {
@@ -292,14 +339,20 @@ examples:
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
   rova help show ip route
 
+without a command, rova is a shell: Tab completes words and names, ? lists what may follow, and
+"| include TEXT", "| exclude TEXT" and "| count" may stand behind a command. state SOURCE and vrf NAME
+choose for the commands that follow, exit leaves. rova < FILE runs the commands of a file, one a line.
+
 exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt (129
 after a hangup, 143 when terminated)
 )";
 
-constexpr grammar::Grammar table{commands, beginnings, options, notes};
+constexpr grammar::Grammar programTable{programCommands, beginnings, options, notes};
+constexpr grammar::Grammar shellTable{commands, beginnings, options, notes, filters};
 
 } // namespace
 
-const grammar::Grammar& commandGrammar() { return table; }
+const grammar::Grammar& commandGrammar() { return programTable; }
+const grammar::Grammar& shellGrammar() { return shellTable; }
 
 } // namespace command

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <unordered_set>
-#include <vector>
 
 namespace command {
 
@@ -118,6 +117,10 @@ class Named {
 };
 
 } // namespace
+
+std::vector<std::string> interfaceNames(const state::DeviceState& device) {
+  return Named(device).names();
+}
 
 void requireInterface(const state::DeviceState& device, const std::string& name,
                       const Options& options) {

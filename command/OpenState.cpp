@@ -15,4 +15,11 @@ sources::State openState(const Options& options, const sources::Needs& needs) {
   return state;
 }
 
+sources::Needs namesAlone() {
+  sources::Needs needs;
+  needs.routes = needs.configured = needs.neighbours = false;
+  needs.nexthopGroups = needs.addressConfig = needs.descriptions = false;
+  return needs;
+}
+
 } // namespace command

@@ -10,4 +10,7 @@ namespace command {
 /// known of it. Raises SourceError.
 sources::State openState(const Options& options, const sources::Needs& needs = {});
 
+/// What the names of VRFs and interfaces need.
+sources::Needs namesAlone();
+
 } // namespace command

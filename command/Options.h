@@ -1,12 +1,11 @@
 // Where the state comes from and how the output looks: what the options of a command line say.
 #pragma once
 
+#include "command/grammar/ExitStatus.h"
+
 #include <string>
 
 namespace command {
-
-/// Exit statuses of the program.
-enum ExitStatus : int { success = 0, failure = 1, usage = 2, interrupted = 130 };
 
 /// The output formats by the numbers that the library gives them.
 enum OutputFormat : unsigned { text = 1, json = 2 };

@@ -14,11 +14,7 @@
 
 namespace command {
 
-namespace {
-
-/// Raises SourceError for a group that is neither configured nor has an identifier.
-void requireGroup(const state::DeviceState& device, const std::string& name,
-                  const Options& options) {
+std::set<std::string> nexthopGroupNames(const state::DeviceState& device) {
   std::set<std::string> known;
   device.nhgConfig->nexthopGroup.forEach(
       [&](const Lumo::Name& group, const auto&) { known.insert(group.str()); });
@@ -26,6 +22,15 @@ void requireGroup(const state::DeviceState& device, const std::string& name,
   for (std::decay_t<decltype(table)>::IteratorConst it(table); it; it.next()) {
     known.insert(it.value().key.nhgName().str());
   }
+  return known;
+}
+
+namespace {
+
+/// Raises SourceError for a group that is neither configured nor has an identifier.
+void requireGroup(const state::DeviceState& device, const std::string& name,
+                  const Options& options) {
+  const auto known = nexthopGroupNames(device);
   if (known.contains(name)) return;
   throw sources::SourceError(sources::inputName(options.state) + ": " +
                              state::noSuch("nexthop group", name, {known.begin(), known.end()}));

@@ -1,14 +1,9 @@
 // The rova program: signals, the command line, and errors as one message with an exit status.
 #include "command/CommandLine.h"
 #include "command/Signals.h"
-#include "command/grammar/UsageError.h"
+#include "command/shell/Reported.h"
 #include "lumo/ActivityLock.h"
-#include "scrivo/Exception.h"
-#include "scrivo/Interrupt.h"
-#include "scrivo/Shown.h"
 
-#include <cstdio>
-#include <exception>
 #include <fcntl.h>
 #include <span>
 #include <unistd.h>
@@ -32,16 +27,6 @@ int main(int count, char** arguments) {
   installSignals();
   // One thread, one command: a yield has nobody to sleep for.
   Lumo::ActivityUnlockAnchor::lock().soleActivityIs(true);
-  try {
-    return runCommandLine(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
-  } catch (const UsageError& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return usage;
-  } catch (const scrivo::sigintException&) {
-    return scrivo::interruptRequested() ? interrupted : success;
-  } catch (const std::exception& error) {
-    const auto message = scrivo::shown(error.what(), scrivo::LineEnds::kept);
-    std::fprintf(stderr, "rova: %s\n", message.c_str());
-    return failure;
-  }
+  const std::span words(arguments, static_cast<std::size_t>(count));
+  return shell::reported([&] { return runCommandLine(words.subspan(1)); });
 }

@@ -44,11 +44,19 @@ void takeOption(const Grammar& grammar, std::string_view argument, Arguments& ou
   give(*option, name, hasValue ? argument.substr(equals + 1) : "", out);
 }
 
-void takeArgument(const Grammar& grammar, std::string_view argument, Arguments& out) {
+using AppendWords = void(std::string_view text, std::vector<std::string>& words);
+
+void appendWhole(std::string_view text, std::vector<std::string>& words) {
+  words.emplace_back(text);
+}
+
+void takeArgument(const Grammar& grammar, std::string_view argument, AppendWords* append,
+                  Arguments& out) {
   if (const Option* const option = std::exchange(out.open, nullptr)) {
     give(*option, option->name, argument, out);
   } else if (out.onlyWords || argument == "-" || !argument.starts_with('-')) {
-    appendWords(argument, out.words);
+    out.named = true;
+    append(argument, out.words);
   } else if (argument == "--") {
     out.onlyWords = true;
   } else {
@@ -81,8 +89,14 @@ const std::string* Arguments::find(std::string_view name) const {
 
 Arguments splitArguments(const Grammar& grammar, std::span<const char* const> arguments) {
   Arguments out;
-  for (const char* argument : arguments) takeArgument(grammar, argument, out);
+  for (const char* argument : arguments) takeArgument(grammar, argument, appendWords, out);
   takePipe(grammar, out);
+  return out;
+}
+
+Arguments sortWords(const Grammar& grammar, std::span<const std::string> words) {
+  Arguments out;
+  for (const auto& word : words) takeArgument(grammar, word, appendWhole, out);
   return out;
 }
 

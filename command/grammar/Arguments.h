@@ -23,6 +23,7 @@ struct Arguments {
   const Option* open = nullptr; ///< the one at the end that lacks its value
   bool onlyWords = false;       ///< a "--" has ended the options
   bool piped = false;           ///< a "| json" has ended the words
+  bool named = false;           ///< something stands where a command does, if only blanks
 
   /// The value of the last option of that name; null without one.
   const std::string* find(std::string_view name) const;
@@ -30,6 +31,10 @@ struct Arguments {
 
 /// Raises UsageError for an option that does not exist or has a value that is none.
 Arguments splitArguments(const Grammar& grammar, std::span<const char* const> arguments);
+
+/// The same of the words of a shell's line, which are told apart already: blanks in one are its
+/// own, and there is no "|" among them.
+Arguments sortWords(const Grammar& grammar, std::span<const std::string> words);
 
 /// What is wrong with an option.
 [[noreturn]] void failOption(std::string_view name, const std::string& message);

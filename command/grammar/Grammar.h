@@ -3,6 +3,7 @@
 // come next (Next.h), and the help (Help.h).
 #pragma once
 
+#include "command/grammar/ExitStatus.h"
 #include "command/grammar/Kind.h"
 
 #include <span>
@@ -10,7 +11,6 @@
 
 namespace command {
 
-enum ExitStatus : int;
 struct Options;
 
 namespace grammar {
@@ -68,11 +68,23 @@ struct Beginning {
   std::string_view help;
 };
 
+/// What becomes of the lines that a command prints.
+enum class FilterAction : unsigned char { include, exclude, count, none };
+
+/// What may stand behind a command and a "|", beside the words of a piped option.
+struct Filter {
+  std::string_view name;
+  FilterAction action;
+  Kind kind = Kind::none; ///< of its argument
+  std::string_view help;
+};
+
 struct Grammar {
   std::span<const Command> commands;
   std::span<const Beginning> beginnings;
   std::span<const Option> options;
   std::string_view notes; ///< the end of the help for all commands
+  std::span<const Filter> filters = {};
 };
 
 /// The option of that name, long or short; null if there is none.

@@ -106,4 +106,14 @@ std::string helpText(const Grammar& grammar, const std::vector<std::string>& wor
   return helpText(grammar, path);
 }
 
+std::string choicesText(const Choices& choices, bool mayEnd) {
+  std::vector<Row> rows;
+  for (const Choice& choice : choices) {
+    const auto& left = choice.word.empty() ? rowOf(choice.kind).placeholder : choice.word;
+    rows.push_back({std::string(left), std::string(choice.help)});
+  }
+  if (mayEnd) rows.push_back({"<cr>", "the line as it is"});
+  return tableOf(rows);
+}
+
 } // namespace command::grammar

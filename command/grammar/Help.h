@@ -1,6 +1,7 @@
 // The texts of help, made of the table.
 #pragma once
 
+#include "command/grammar/Line.h"
 #include "command/grammar/Path.h"
 
 #include <string>
@@ -14,5 +15,8 @@ std::string helpText(const Grammar& grammar, const Path& path);
 /// The help for the command that the words begin with, or for those that begin with them. Raises
 /// UsageError for words that no command begins with.
 std::string helpText(const Grammar& grammar, const std::vector<std::string>& words);
+
+/// What may stand at a place, a row each, and "<cr>" where the line may end.
+std::string choicesText(const Choices& choices, bool mayEnd);
 
 } // namespace command::grammar

@@ -151,6 +151,7 @@ constexpr KindRow rows[] = {
      .expected = "text or json",
      .words = formats,
      .closed = true},
+    {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
 };
 
 static_assert(

@@ -32,6 +32,7 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
+  text, ///< any words, to be looked for in lines
 };
 
 /// A word that can stand for an argument.

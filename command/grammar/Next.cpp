@@ -44,18 +44,24 @@ bool endsInPipe(const Grammar& grammar, std::vector<std::string> words) {
   return Reader(grammar, std::move(words)).mayEnd();
 }
 
+} // namespace
+
 Choices pipedWords(const Grammar& grammar) {
   Choices choices;
   for (const Option& option : grammar.options) {
     if (option.piped) appendKind(option.kind, option.help, choices);
   }
+  for (const Filter& filter : grammar.filters) {
+    choices.push_back({filter.name, Kind::none, filter.help});
+  }
   return choices;
 }
 
-} // namespace
-
 Next next(const Grammar& grammar, std::span<const char* const> given) {
-  const Arguments arguments = splitArguments(grammar, given);
+  return next(grammar, splitArguments(grammar, given));
+}
+
+Next next(const Grammar& grammar, const Arguments& arguments) {
   Next next;
   if (const Option* const option = arguments.open) {
     appendKind(option->kind, option->help, next.choices);

@@ -15,8 +15,13 @@ struct Next {
   bool mayEnd = false; ///< the command is complete as it is
 };
 
+/// What may stand behind a "|".
+Choices pipedWords(const Grammar& grammar);
+
 /// What may follow these arguments, all of which are written out or unambiguously abbreviated.
 /// Raises UsageError where they cannot be understood themselves.
 Next next(const Grammar& grammar, std::span<const char* const> arguments);
+/// The same where they are told apart already.
+Next next(const Grammar& grammar, const Arguments& arguments);
 
 } // namespace command::grammar

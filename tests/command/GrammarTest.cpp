@@ -168,8 +168,16 @@ TEST(Grammar, NamesOnlyPartsAndOptionsThatAreThere) {
   }
 }
 
+TEST(Grammar, KeepsTheCommandsOfTheShellToIt) {
+  std::string own;
+  for (const auto& command : shellGrammar().commands.subspan(commandGrammar().commands.size())) {
+    own += std::string(command.path) + " ";
+  }
+  EXPECT_EQ(own, "state vrf exit quit ");
+}
+
 TEST(Grammar, HasNoCommandInsideAnother) {
-  const auto commands = commandGrammar().commands;
+  const auto commands = shellGrammar().commands; // those of the program among them
   for (const auto& command : commands) {
     const auto words = std::string(command.path) + " ";
     for (const auto& other : commands) {

@@ -147,7 +147,6 @@ class UsageTest(CommandTest):
     def test_no_command(self):
         expected = ("rova: the command is not complete: expected show, check, clear, static, snapshot, types or help\n"
                     "  rova --help shows the commands\n")
-        self.assert_ends(rova(), 2, expected)
         self.assert_ends(rova(" "), 2, expected)
 
     def test_a_wrong_query_is_found_before_the_state_is_read(self):

@@ -4,6 +4,9 @@
 file(REMOVE_RECURSE ${WORK})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+if(NOT EXISTS ${WORK}/prefix/share/bash-completion/completions/rova)
+  message(FATAL_ERROR "the completion for bash is not installed")
+endif()
 execute_process(COMMAND ${CMAKE_COMMAND} -S ${CONSUMER} -B ${WORK}/build
     -DCMAKE_PREFIX_PATH=${WORK}/prefix -DCMAKE_CXX_COMPILER=${CXX} "-DCMAKE_CXX_FLAGS=${FLAGS}"
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
