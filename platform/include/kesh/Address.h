@@ -19,6 +19,7 @@ inline constexpr std::size_t maxAddressText = 52;
 /// An IPv4 address: 4 bytes in network byte order.
 class IpAddr {
  public:
+  /// The length of an address in bits, which is the longest mask too.
   static constexpr int bits = 32;
 
   constexpr IpAddr() = default;
@@ -29,6 +30,7 @@ class IpAddr {
       address.bytes_[i] = static_cast<std::uint8_t>(value >> (24 - 8 * i));
     return address;
   }
+  /// From its bytes as they stand in a packet; as many are read as an address has.
   static IpAddr fromBytes(const void* bytes) {
     IpAddr address;
     std::memcpy(address.bytes_.data(), bytes, 4);
@@ -37,12 +39,14 @@ class IpAddr {
   /// Dotted decimal, four parts; nothing for any other text.
   static std::optional<IpAddr> parse(std::string_view text);
 
+  /// The address as a number in the byte order of the host.
   std::uint32_t host() const {
     std::uint32_t value;
     std::memcpy(&value, bytes_.data(), 4);
     return __builtin_bswap32(value);
   }
   const std::array<std::uint8_t, 4>& bytes() const { return bytes_; }
+  /// Whether it is the address of no host, 0.0.0.0 or ::.
   bool isZero() const { return host() == 0; }
   /// Writes the text at `out` (maxAddressText bytes) and returns its length; no NUL.
   std::size_t writeText(char* out) const;
@@ -74,9 +78,11 @@ class Ip6Addr {
   }
   static std::optional<Ip6Addr> parse(std::string_view text);
 
+  /// The upper and the lower 64 bits as numbers:
   std::uint64_t high() const { return half(0); }
   std::uint64_t low() const { return half(8); }
   const std::array<std::uint8_t, 16>& bytes() const { return bytes_; }
+  /// Whether it is "::".
   bool isUnspecified() const { return (high() | low()) == 0; }
   bool isZero() const { return isUnspecified(); }
   /// fe80::/10, RFC 4291.
@@ -116,6 +122,7 @@ class IpGenAddr {
   /// Puts the same bytes into another family, for instance to show a zero address in the family of
   /// what stands beside it.
   void afIs(AddressFamily family) { af_ = family; }
+  /// The bytes read as an address of one family, whichever it is of; IPv4 has the first four:
   IpAddr v4Addr() const { return IpAddr::fromBytes(bytes_.bytes().data()); }
   const Ip6Addr& v6Addr() const { return bytes_; }
   /// All 16 bytes zero, whatever the family.

@@ -33,6 +33,7 @@
 
 namespace Kesh {
 
+/// An interface, or what stands in the place of one, as a number that means the same everywhere.
 class IntfId {
  public:
   /// The null identifier: no interface.
@@ -43,6 +44,7 @@ class IntfId {
   explicit IntfId(const Lumo::String& name);
   /// From what `stringValue` gives, a name or the number of an identifier without one.
   static std::optional<IntfId> parse(std::string_view text);
+  /// From the number that `value` gave, here or in another process.
   static constexpr IntfId fromValue(std::uint64_t value) {
     IntfId id;
     id.low_ = static_cast<std::uint32_t>(value);
@@ -50,6 +52,8 @@ class IntfId {
     return id;
   }
 
+  /// The whole number; its code of the table above, and what is below that; and whether it is not
+  /// null:
   constexpr std::uint64_t value() const { return std::uint64_t{high_} << 32 | low_; }
   constexpr unsigned family() const { return high_ >> 24; }
   constexpr std::uint64_t number() const { return value() & 0x00ffffffffffffffull; }
@@ -65,6 +69,7 @@ class IntfId {
     return a.value() < b.value();
   }
 
+  /// The code of all names that have no family of their own.
   static constexpr unsigned namedFamily = 0x80;
 
  private:
@@ -79,17 +84,20 @@ bool naturalLess(std::string_view a, std::string_view b);
 
 /// Management interfaces carry no routed traffic of a VRF.
 struct MgmtIntfId {
+  /// Whether it is one, by its name.
   static bool isMgmtIntfId(const IntfId& id);
 };
 
 /// A configured tunnel interface and its port number.
 struct TunnelIntfId {
+  /// Whether it is one, and its port number:
   static bool isTunnelIntfId(const IntfId& id);
   static std::uint32_t port(const IntfId& id);
 };
 
 /// A tunnel identifier (48 bits: kind, index) in the dress of an interface.
 struct DynamicTunnelIntfId {
+  /// Whether it is one; the tunnel behind it; and the other way round:
   static bool isDynamicTunnelIntfId(const IntfId& id);
   static std::uint64_t tunnelId(const IntfId& id);
   static IntfId tunnelIdToIntfId(std::uint64_t tunnelId);
@@ -97,15 +105,18 @@ struct DynamicTunnelIntfId {
 
 /// A nexthop group in the dress of an interface.
 struct NexthopGroupIntfId {
+  /// Whether it is one.
   static bool isNexthopGroupIntfId(const IntfId& id);
   /// The group's identifier; 0 for any other interface.
   static std::uint32_t nexthopGroupId(const IntfId& id);
+  /// The form that a group has in the place of an interface.
   static IntfId intfId(std::uint32_t nexthopGroupId);
 };
 
 /// A FEC identifier in the dress of an interface. Identifiers whose number needs more than 48 bits
 /// have no such form: they map to the null identifier.
 struct FecIdIntfId {
+  /// Whether it is one; the FEC behind it; and the other way round:
   static bool isFecIdIntfId(const IntfId& id);
   static std::uint64_t fecId(const IntfId& id);
   static IntfId intfId(std::uint64_t fecId);

@@ -29,6 +29,7 @@ class MplsLabel {
     }
   }
   constexpr std::uint32_t value() const { return value_; }
+  /// Whether it is the value that stands for no label.
   constexpr bool isNull() const { return value_ == null; }
   friend constexpr auto operator<=>(const MplsLabel&, const MplsLabel&) = default;
 
@@ -44,6 +45,7 @@ Lumo::String stringValue(LabelAction action);
 
 /// An index into a label stack, 0 to 6.
 struct MplsStackEntryIndex {
+  /// The indexes of the first and the last label of the longest stack:
   static constexpr std::uint8_t min = 0;
   static constexpr std::uint8_t max = 6;
   constexpr explicit MplsStackEntryIndex(std::uint32_t index)
@@ -65,6 +67,7 @@ class MplsLabelOperation {
   LabelAction operation() const { return operation_; }
   void operationIs(LabelAction operation) { operation_ = operation; }
   std::uint8_t stackSize() const { return stackSize_; }
+  /// The label at a place, 0 the top one; the null label behind the last.
   MplsLabel label(MplsStackEntryIndex index) const { return MplsLabel(labels_[index.value]); }
   /// Adds a label below those that are there; raises the index's range error behind the seventh.
   void labelAppend(MplsLabel label) {
@@ -74,6 +77,7 @@ class MplsLabelOperation {
 
   /// The action and the labels, top label first: "push 100 200".
   Lumo::String stringValue() const;
+  /// From what `stringValue` gives; nothing for any other text.
   static std::optional<MplsLabelOperation> parse(std::string_view text);
 
   friend constexpr auto operator<=>(const MplsLabelOperation&, const MplsLabelOperation&) = default;
@@ -93,9 +97,11 @@ class MplsLabelAndAction {
  public:
   constexpr MplsLabelAndAction() = default;
   constexpr explicit MplsLabelAndAction(std::uint32_t word) : word_(word) {}
+  /// The word as it stands in a record.
   constexpr std::uint32_t value() const { return word_; }
   constexpr MplsLabel label() const { return MplsLabel(word_ & 0xffffff); }
   constexpr void labelIs(MplsLabel label) { word_ = (word_ & 0xff000000u) | label.value(); }
+  /// The code of the action, which this library only carries.
   constexpr std::uint8_t action() const { return static_cast<std::uint8_t>(word_ >> 24); }
   constexpr void actionIs(std::uint8_t action) {
     word_ = (word_ & 0xffffff) | std::uint32_t{action} << 24;

@@ -22,6 +22,7 @@ class AddrWithMask {
   static std::optional<AddrWithMask> parse(std::string_view text);
 
   const Address& address() const { return address_; }
+  /// The mask length in bits.
   std::int32_t len() const { return length_; }
   Lumo::String stringValue() const;
   /// The network that the address is in.
@@ -51,18 +52,21 @@ using Ip6AddrWithMask = AddrWithMask<Ip6Addr>;
 template <class Address>
 class BasicPrefix {
  public:
+  /// The mask length of a single address.
   static constexpr int maxLength = Address::bits;
 
   constexpr BasicPrefix() = default;
   /// Cuts `address` to its leading `length` bits; length 0 ignores the address. Raises the range
   /// error "Prefix::validAsPrefix != true not allowed" for a length outside -1 to the maximum.
   BasicPrefix(const Address& address, std::int32_t length);
+  /// The prefix that stands for none.
   static BasicPrefix nullPrefix();
   /// "ADDRESS/LENGTH" without host bits; nothing for any other text.
   static std::optional<BasicPrefix> parse(std::string_view text);
 
   const Address& address() const { return address_; }
   std::int32_t len() const { return length_; }
+  /// Whether it is the null prefix.
   bool isNullPrefix() const { return length_ < 0; }
   /// Whether `other` is this prefix or lies inside it.
   bool contains(const BasicPrefix& other) const;
@@ -135,6 +139,7 @@ class IpGenPrefix {
   void afIs(AddressFamily family) { address_.afIs(family); }
   const IpGenAddr& address() const { return address_; }
   std::int32_t len() const { return length_; }
+  /// The address read as that of one family, with the length:
   Prefix v4Prefix() const { return {address_.v4Addr(), length_}; }
   Ip6Prefix v6Prefix() const { return {address_.v6Addr(), length_}; }
   std::size_t writeText(char* out) const;

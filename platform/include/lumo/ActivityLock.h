@@ -27,7 +27,7 @@ class LUMO_EXPORT Lock {
   Lock(const Lock&) = delete;
   Lock& operator=(const Lock&) = delete;
 
-  /// Both return 0 or an error number, as the calls of pthread do.
+  /// Both return 0 or an error number, as the calls of pthread do:
   int take() { return pthread_mutex_lock(&mutex_); }
   int giveUp() { return pthread_mutex_unlock(&mutex_); }
 
@@ -44,7 +44,9 @@ class LUMO_EXPORT Lock {
   /// Takes the lock if it is free; 0 or an error number, EBUSY when it is not.
   int tryTake() { return pthread_mutex_trylock(&mutex_); }
 
+  /// What is called around every giving up of the lock; nothing at first.
   const ReleaseHooks& releaseHooks() const { return releaseHooks_; }
+  /// Replaces the hooks.
   void releaseHooksAre(const ReleaseHooks& hooks) { releaseHooks_ = hooks; }
 
  private:
@@ -72,6 +74,7 @@ class LUMO_EXPORT UnlockAnchor {
 
 /// The activity lock of the process: whoever works on shared entities holds it.
 struct LUMO_EXPORT ActivityUnlockAnchor {
+  /// The one lock of the process.
   static Lock& lock();
 };
 

@@ -10,11 +10,13 @@ namespace Lumo {
 /// Types without values.
 template <class... Types>
 struct TypeList {
+  /// How many there are.
   static constexpr std::size_t size = sizeof...(Types);
 };
 template <class... A, class... B>
 TypeList<A..., B...> operator+(TypeList<A...>, TypeList<B...>);
 
+/// The arguments without the container that holds them, which must outlive the result.
 LUMO_EXPORT ArgumentSpan spanOf(const GenericArguments& arguments);
 /// Raises a range error unless there are as many arguments as the table has.
 LUMO_EXPORT void needArguments(const ArgumentRecord* table, ArgumentSpan arguments);
@@ -22,6 +24,7 @@ LUMO_EXPORT void needArguments(const ArgumentRecord* table, ArgumentSpan argumen
 [[noreturn]] LUMO_EXPORT void rethrowForArgument(const RangeException& exception,
                                                  const ArgumentRecord& argument);
 
+/// An argument as a `T`; raises a range error that names it when it is of another type.
 template <class T>
 decltype(auto) unwrapArgument(const GenericPtr& value, const ArgumentRecord& argument) {
   try {
@@ -53,6 +56,7 @@ T unwrapConstructorArgs(const TypeRecord& type, ArgumentSpan arguments, Types ty
 template <class Object, class Result, class... Args>
 struct Callable {
   using Owner = Object;
+  /// The records of the result and of the arguments in their order:
   static constexpr const TypeRecord& result = typeOf<Result>();
   static constexpr std::array<const TypeRecord*, sizeof...(Args)> types = {&typeOf<Args>()...};
 
@@ -74,8 +78,10 @@ struct Callable {
 
 template <class Method>
 struct CallableOf;
+/// The same for a pointer to member: the method may change its object, or (below) may not.
 template <class Owner, class Result, class... Args>
 struct CallableOf<Result (Owner::*)(Args...)> : Callable<Owner, Result, Args...> {
+  /// Whether the method is const.
   static constexpr bool isConstant = false;
 };
 template <class Owner, class Result, class... Args>

@@ -10,6 +10,7 @@ namespace Lumo {
 /// The field behind a pointer to member, and the class that declares it.
 template <class MemberPointer>
 struct MemberOf;
+/// The pair for a pointer to a field.
 template <class Class, class Field>
 struct MemberOf<Field Class::*> {
   using Owner = Class;
@@ -23,8 +24,10 @@ using FieldOf = typename MemberOf<decltype(field)>::Type;
 
 /// Says of a handle given to a constructor that null has a meaning.
 struct OrNull {};
+/// The value to say it with.
 inline constexpr OrNull orNull;
 
+/// The row of an attribute that is one value, of a field of its class.
 template <auto field>
 constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind) {
   using Owner = OwnerOf<field>;
@@ -58,6 +61,7 @@ constexpr AttributeRecord scalarRow(const char* name, AttributeKind kind, OrNull
   return row;
 }
 
+/// A member that was looked up, or the default value of a missing one.
 template <class Value, class Key>
 const Value& memberOrDefault(const Value* member) {
   static const Value absent{};
@@ -84,6 +88,7 @@ class CollectionIterator final : public GenericIterator {
         cursor_(key ? map.cursor(unwrap<Key>(*key)) : map.cursor()),
         constant_(constant) {}
 
+  /// What a caller without the type moves it by.
   static constexpr IteratorFunctions functions = {
       [](const GenericIterator& walk) {
         const auto& self = of(walk);
@@ -165,6 +170,7 @@ constexpr AttributeRecord collectionRow(const char* name, AttributeKind kind,
   return row;
 }
 
+/// The row of a method, with the names of its arguments in their order.
 template <auto method, class... Names>
 constexpr AttributeRecord methodRow(const char* name, Names... argumentNames) {
   using Call = CallableOf<decltype(method)>;

@@ -15,6 +15,7 @@ class LUMO_EXPORT Dir : public PtrInterface {
     const auto* const found = entities_.find(name);
     return found ? *found : Ptr<PtrInterface>();
   }
+  /// Whether something is entered by that name.
   bool hasEntry(const String& name) const { return entities_.find(name) != nullptr; }
   void entityIs(const String& name, Ptr<PtrInterface> entity) {
     entities_.insertOrAssign(name, std::move(entity));

@@ -26,6 +26,7 @@ struct EnumEntry {
   std::string_view name;
 };
 
+/// The names of an enumeration as numbers with names, for callers without its type.
 template <class Enum, std::size_t count>
 constexpr std::array<EnumEntry, count> enumEntries(const EnumName<Enum> (&names)[count]) {
   std::array<EnumEntry, count> entries{};
@@ -57,6 +58,7 @@ struct LUMO_EXPORT EnumType {
   std::uint32_t instance(std::string_view name) const;
 };
 
+/// What is known of an enumeration by its names.
 template <Enumerated Enum>
 constexpr EnumType enumTypeOf() {
   return {TypeName<Enum>::value, Enumeration<Enum>::entries};

@@ -15,6 +15,7 @@ class FunctionRef;
 template <class Result, class... Arguments>
 class FunctionRef<Result(Arguments...)> {
  public:
+  /// Refers to whatever can be called so, for as long as that lives.
   template <class Callable>
   requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef>)
       FunctionRef(Callable&& callable)

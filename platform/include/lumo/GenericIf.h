@@ -9,10 +9,12 @@ namespace Lumo {
 struct TypeRecord;
 struct AttributeOp;
 
+/// An object whose type is known when the program runs; see lumo/Reflect.h for what it can do.
 class LUMO_EXPORT GenericIf : public PtrInterface {
  public:
   explicit GenericIf(bool constant) : constant_(constant) {}
 
+  /// The record of the object's type.
   virtual const TypeRecord& type() const = 0;
   /// The address of the value or entity, null for a null handle; raises a range error when it is
   /// not of the type `expected`.
@@ -29,7 +31,7 @@ class LUMO_EXPORT GenericIf : public PtrInterface {
   bool constant_;
 };
 
-// The exceptions of access by name: a range error for a wrong type, internal errors for the others.
+// The exceptions of access by name, a range error for a wrong type, internal errors else:
 [[noreturn]] LUMO_EXPORT void throwTypeException(const char* expected, const char* found);
 [[noreturn]] LUMO_EXPORT void throwUnhashableException(const char* type);
 [[noreturn]] LUMO_EXPORT void throwOpNotSupportedException(const TypeRecord& type,

@@ -61,6 +61,7 @@ class HashMap2018 {
   /// Grows whenever the members move.
   std::uint32_t changes() const { return body_ ? body_->compactions : 0; }
 
+  /// The value under the key, null for a missing one; valid until the map changes.
   const Value* find(const Key& key) const {
     const Member* const member = findMember(key);
     return member ? &member->item.second : nullptr;
@@ -83,6 +84,7 @@ class HashMap2018 {
     for (std::size_t at = 0; at < sizeof(Member); at += cacheLine) __builtin_prefetch(member + at);
   }
 
+  /// Enters a value or replaces that which has the key; gives the one that stands there now.
   Value& insertOrAssign(const Key& key, Value value) {
     if (Value* const present = find(key)) return *present = std::move(value);
     Body& body = this->body();
@@ -122,7 +124,9 @@ class HashMap2018 {
     }
     explicit operator bool() const { return !atEnd_; }
     const Key& key() const { return key_; }
+    /// The member, or null when it has been deleted meanwhile.
     const Value* value() const { return map_.find(key_); }
+    /// Moves on; at the end it stays there.
     void next() {
       if (atEnd_) return;
       if (compactions_ != map_.body_->compactions) {
@@ -160,6 +164,7 @@ class HashMap2018 {
   /// Removes the member that a walk stands on, which goes on by `next`.
   void erase(const Cursor& at) { erase(at.key()); }
 
+  /// A walk from the first member, or from that of a key:
   Cursor cursor() const { return Cursor(*this); }
   Cursor cursor(const Key& key) const { return Cursor(*this, key); }
 

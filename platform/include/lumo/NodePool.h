@@ -19,6 +19,7 @@ class NodePool {
     while (last_) ::operator delete(std::exchange(last_, last_->earlier));
   }
 
+  /// Memory for one node; every call asks for the same size.
   void* allocate(std::size_t bytes) {
     if (free_) {
       Cell* const cell = free_;
@@ -31,6 +32,7 @@ class NodePool {
     return cell;
   }
 
+  /// Takes back what `allocate` gave.
   void deallocate(void* memory) {
     auto* const cell = static_cast<Cell*>(memory);
     cell->next = free_;

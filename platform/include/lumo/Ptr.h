@@ -22,6 +22,7 @@ class NotifieeList;
 /// locked increments instead of plain ones.
 extern LUMO_EXPORT bool enableThreadSafePointers;
 
+/// Adds one to a count of references.
 inline void countUp(std::uint32_t& count) {
   if (enableThreadSafePointers) {
     __atomic_fetch_add(&count, 1, __ATOMIC_RELAXED);
@@ -45,6 +46,7 @@ class LUMO_EXPORT PtrInterface {
   PtrInterface(const PtrInterface&) = delete;
   PtrInterface& operator=(const PtrInterface&) = delete;
 
+  /// What a framework around the library may override: life, notifications and type of an entity:
   virtual void maybeDelete() const;
   virtual NotifieeList* notifieeList() const;
   virtual bool referenceTrackingEnabled() const;
@@ -53,6 +55,7 @@ class LUMO_EXPORT PtrInterface {
   virtual const TypeRecord* fwkType() const;
   virtual ~PtrInterface();
 
+  /// What `Ptr` counts by; the last one out calls `zeroReferencesIs`:
   void referenceInc() const { countUp(references_); }
   void referenceDec() const {
     if (countDown(references_) == 0) zeroReferencesIs();
@@ -91,6 +94,7 @@ class Ptr {
     if (object_) object_->referenceDec();
   }
 
+  /// The entity, null for none; the pointer keeps its reference.
   T* ptr() const { return object_; }
   T* operator->() const { return object_; }
   T& operator*() const { return *object_; }
@@ -118,6 +122,7 @@ struct AllocationTracking {
   void (*failed)(const std::type_info&) = nullptr;
 };
 extern LUMO_EXPORT AllocationTracking allocationTracking;
+/// Tell of an entity that came, or of one whose constructor raised, to `allocationTracking`:
 void trackAllocation(const PtrInterface* entity, const std::type_info& type);
 void trackDeallocation(const std::type_info& type);
 

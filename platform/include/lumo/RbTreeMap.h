@@ -120,6 +120,7 @@ class RbTreeMap {
   }
   Value* find(const Key& key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
 
+  /// Enters a value or replaces that which has the key; gives the one that stands there now.
   Value& insertOrAssign(const Key& key, Value value) {
     Body& body = this->body();
     Tree& tree = body.tree;
@@ -161,6 +162,7 @@ class RbTreeMap {
     const Key& key() const { return key_; }
     /// The member, or null when it has been deleted meanwhile.
     const Value* value() const { return moved() ? map_.find(key_) : &it_->item.second; }
+    /// Moves on, behind the key where it stood if that is gone.
     void next() {
       moved() ? void(it_ = map_.body_->tree.upper_bound(key_)) : void(++it_);
       arrive();
@@ -188,6 +190,7 @@ class RbTreeMap {
     body_->remove(at.it_);
   }
 
+  /// A walk from the first member, or from that of a key:
   Cursor cursor() const { return Cursor(*this); }
   Cursor cursor(const Key& key) const { return Cursor(*this, key); }
 

@@ -18,7 +18,7 @@ LUMO_EXPORT GenericPtr operate(GenericIf& object, const AttributeOp& op, const G
 /// that is none.
 LUMO_EXPORT const AttributeRecord& attributeOf(const TypeRecord& type, std::string_view name);
 
-// The operations by the attribute's name. Their errors are those of `attributeOf` and `operate`.
+// The operations by the attribute's name. Their errors are those of `attributeOf` and `operate`:
 LUMO_EXPORT GenericPtr read(GenericIf& object, std::string_view attribute);
 LUMO_EXPORT void write(GenericIf& object, std::string_view attribute, const GenericPtr& value);
 LUMO_EXPORT GenericPtr readMember(GenericIf& object, std::string_view attribute,
@@ -41,9 +41,11 @@ class LUMO_EXPORT Walk {
   Walk(GenericPtr object, const AttributeRecord& attribute, const GenericPtr* key = nullptr);
 
   explicit operator bool() const { return functions_.iterNonnull(*iterator_); }
+  /// The key of the member at which the walk stands.
   GenericPtr key() const { return functions_.iterKey(*iterator_); }
   /// The member, a default value when it has been deleted meanwhile.
   GenericPtr value() const { return functions_.iterObj(*iterator_); }
+  /// Moves on.
   void next() { functions_.iterInc(*iterator_); }
   /// Deletes the member; the walk goes on with `next`.
   void del() { functions_.iterDel(*iterator_); }

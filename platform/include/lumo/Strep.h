@@ -36,12 +36,14 @@ inline String strepOfScalar(const char* typeName, std::string_view text) {
   return "Value('" + std::string(typeName) + "', " + std::string(text) + ")";
 }
 
+/// A number in the fewest digits that read back as it.
 template <class T>
 String arithmeticText(T value) {
   char digits[32];
   return String(std::string_view(digits, std::to_chars(digits, digits + sizeof digits, value).ptr));
 }
 
+/// The strep text of a value, as lumo/StrepReader.h reads it.
 template <class T>
 String valueToStrep(const T& value) {
   constexpr ValueForm form = valueFormOf<T>();

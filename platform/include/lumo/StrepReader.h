@@ -20,10 +20,13 @@ class StringIterator {
     return {text.data(), text.data() + text.size()};
   }
 
+  /// Where it stands, in bytes from the beginning of the text.
   std::size_t position() const { return static_cast<std::size_t>(at_ - text_); }
+  /// The text from here to another place of it.
   std::string_view upTo(const StringIterator& end) const {
     return {at_, static_cast<std::size_t>(end.at_ - at_)};
   }
+  /// Goes on by so many bytes, which must be there.
   void advance(std::size_t bytes) { at_ += bytes; }
 
  private:
@@ -54,6 +57,7 @@ LUMO_EXPORT std::string_view takeWord(StringIterator& at, const StringIterator& 
 /// that was written through a handle that lets it be changed.
 LUMO_EXPORT const void* takeEntity(StringIterator& at, const StringIterator& end,
                                    const char* typeName, bool writable);
+/// Raises the range error for a type whose texts nobody can read.
 [[noreturn]] LUMO_EXPORT void throwUnreadable(const char* typeName);
 /// Raises `exception` again with the position of `at`, unless it has one.
 [[noreturn]] LUMO_EXPORT void rethrowAt(const RangeException& exception, const StringIterator& at);
@@ -95,6 +99,7 @@ T scalarToValue(StringIterator& at, const StringIterator& end) {
   }
 }
 
+/// Reads a value that is no record, in the form that `valueToStrep` writes.
 template <class T>
 T leafToValue(StringIterator& at, const StringIterator& end) {
   if constexpr (isHandle<T>) {

@@ -33,9 +33,12 @@ class LUMO_EXPORT String {
     if (body_) release();
   }
 
+  /// The bytes with a NUL behind them, valid as long as a copy of the string.
   const char* c_str() const { return body_ ? body_->text() : ""; }
+  /// The length in bytes.
   std::size_t bytes() const { return body_ ? body_->length : 0; }
   bool empty() const { return !body_; }
+  /// The bytes, valid as long as a copy of the string.
   std::string_view view() const { return {c_str(), bytes()}; }
   operator std::string_view() const { return view(); }
   std::string str() const { return std::string(view()); }

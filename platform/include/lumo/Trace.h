@@ -32,6 +32,7 @@ class LUMO_EXPORT TraceHandle {
   TraceHandle& operator=(const TraceHandle&) = delete;
 
   const std::string& name() const { return name_; }
+  /// Whether the level is traced.
   bool enabled(unsigned level) const { return ((levels_ >> level) & 1) != 0; }
   void enabledIs(unsigned level, bool on);
 
@@ -59,7 +60,9 @@ class LUMO_EXPORT TraceHelper {
     return &buffer.emplace(handle, level);
   }
 
+  /// Takes the text of the line.
   std::ostream& stream() { return text_; }
+  /// Writes the line with the place that it is of.
   void trace(const char* file, int line, const char* function);
 
  private:

@@ -30,9 +30,11 @@ enum class AttributeKind : std::uint8_t {
   computed ///< worked out on demand; not part of the text form
 };
 
+/// Whether an attribute of the kind has members by key.
 constexpr bool isCollection(AttributeKind kind) {
   return kind == AttributeKind::ordered || kind == AttributeKind::hashed;
 }
+/// Whether an attribute of the kind is given to the constructor.
 constexpr bool isConstructorArgument(AttributeKind kind) {
   return kind == AttributeKind::constructorArgument ||
          kind == AttributeKind::writableConstructorArgument;
@@ -62,6 +64,7 @@ using GenericPtr = Ptr<GenericIf>;
 using GenericArguments = boost::container::small_vector<GenericPtr, 8>;
 using ArgumentSpan = std::span<const GenericPtr>;
 
+/// What is to be done, and to which attribute.
 struct AttributeOp {
   const AttributeRecord* attribute = nullptr; ///< null: the object as a whole
   OpCode code = OpCode::read;
@@ -88,6 +91,7 @@ struct ArgumentRecord {
 
 /// One attribute of a type. What the attribute does not do is null.
 struct AttributeRecord {
+  /// The most arguments of a method, and one for the end of the table.
   static constexpr std::size_t maxArguments = 5;
 
   const char* name = nullptr;
@@ -169,6 +173,7 @@ struct TypeRecord {
   String (*toText)(const void* object) = nullptr;
   GenericPtr (*fromText)(std::string_view text) = nullptr;
 
+  /// Whether objects of the type are held by handles, and how many attributes they have:
   bool isEntity() const { return kind == TypeKind::entity; }
   std::uint32_t numAttributes() const { return static_cast<std::uint32_t>(attributes.size()); }
   /// Whether a text can be read as a value of the type: not when it has a collection.
@@ -182,6 +187,7 @@ LUMO_EXPORT std::string_view shortName(const TypeRecord& type);
 
 /// Attribute indexes count from 2, and from 128 more for each level of base class.
 inline constexpr std::uint32_t firstAttributeIndex = 2;
+/// What each level of base class adds.
 inline constexpr std::uint32_t attributeIndexLevel = 128;
 
 /// Enters a type in the registry of the process.
@@ -195,6 +201,7 @@ LUMO_EXPORT const std::vector<const TypeRecord*>& typeNodes();
 LUMO_EXPORT GenericPtr attributeOp(const TypeRecord& type, void* object, bool constant,
                                    const AttributeOp& op, const GenericPtr& key,
                                    const GenericPtr& value, bool& notHandled);
+/// A walk over a collection from its first member, or from that of a key:
 LUMO_EXPORT Ptr<GenericIterator> collectionIterator(void* object, bool constant,
                                                     const AttributeRecord& attribute,
                                                     IteratorFunctions& functions);

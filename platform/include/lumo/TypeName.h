@@ -12,6 +12,7 @@ namespace Lumo {
 /// other types are named with LUMO_TYPE_NAME.
 template <class T>
 struct TypeName {
+  /// The name by which the type is known, with its namespace.
   static constexpr const char* value = T::lumoName;
 };
 template <class T>

@@ -10,6 +10,7 @@
 
 namespace Lumo {
 
+/// Puts the record together; `typeOf` keeps one of each type.
 template <class T>
 constexpr TypeRecord makeTypeRecord();
 
@@ -35,6 +36,7 @@ inline bool isSameType(const TypeRecord& a, const TypeRecord& b) {
   return &a == &b || std::strcmp(a.name, b.name) == 0;
 }
 
+/// Raises a range error for an object of another type.
 inline void requireType(const TypeRecord& expected, const TypeRecord& found) {
   if (!isSameType(expected, found)) throwTypeException(expected.name, found.name);
 }
@@ -85,6 +87,7 @@ class LUMO_EXPORT GenericIfPtrInterface final : public GenericIf {
   void* object_; ///< the entity as its own type
 };
 
+/// A handle as an object that is known by its type's name.
 template <class T>
 GenericPtr wrapEntity(const Ptr<T>& entity, bool constant) {
   return GenericPtr(new GenericIfPtrInterface(

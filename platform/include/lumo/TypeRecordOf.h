@@ -23,6 +23,7 @@ constexpr void forEachRow(Visit visit) {
   (std::make_integer_sequence<int, T::lumoEnd - T::lumoBegin>());
 }
 
+/// The index of a type's first attribute: entities leave a level to their base.
 template <class T>
 inline constexpr std::uint32_t
     firstIndexOf = firstAttributeIndex +
@@ -53,6 +54,7 @@ constexpr auto makeAttributeTable() {
   return table;
 }
 
+/// The rows of a type, made once.
 template <class T>
 inline constexpr auto attributeTable = makeAttributeTable<T>();
 
@@ -89,6 +91,7 @@ auto constructorFields(T& object) {
   (std::make_integer_sequence<int, T::lumoEnd - T::lumoBegin>());
 }
 
+/// The arguments of a type's constructor, with a null name at the end.
 template <class T>
 constexpr auto makeConstructorTable() {
   constexpr std::size_t count = decltype(constructorTypes<T>())::size;
@@ -100,9 +103,11 @@ constexpr auto makeConstructorTable() {
   return table;
 }
 
+/// The same, made once.
 template <class T>
 inline constexpr auto constructorTable = makeConstructorTable<T>();
 
+/// The table of a constructor without arguments.
 inline constexpr ArgumentRecord noArguments[] = {{}};
 
 /// `Root` is a parameter so that its record is not made before the function for it is known.
@@ -117,6 +122,7 @@ constexpr const TypeRecord* baseTypeOf() {
   }
 }
 
+/// What kind of type it is, by its form and by whether it keeps anything.
 constexpr TypeKind kindOf(ValueForm form, std::span<const AttributeRecord> attributes) {
   if (form == ValueForm::entity) return TypeKind::entity;
   if (form == ValueForm::enumeration) return TypeKind::enumeration;
@@ -127,6 +133,7 @@ constexpr TypeKind kindOf(ValueForm form, std::span<const AttributeRecord> attri
   return TypeKind::statelessValue;
 }
 
+/// A view of an object at an address, or one more handle to an entity.
 template <class T>
 GenericPtr fromVoidPointer(const TypeRecord&, void* object, bool constant) {
   if constexpr (std::is_base_of_v<PtrInterface, T>) {
@@ -140,6 +147,7 @@ GenericPtr fromVoidPointer(const TypeRecord&, void* object, bool constant) {
 template <class T>
 using Instance = std::conditional_t<std::is_base_of_v<PtrInterface, T>, Ptr<T>, T>;
 
+/// Reads an object from its strep text; raises a range error with the place for any other text.
 template <class T>
 GenericPtr fromStrRep(const TypeRecord&, const String& text, bool constant) {
   auto at = StringIterator::begin(text);
@@ -148,6 +156,7 @@ GenericPtr fromStrRep(const TypeRecord&, const String& text, bool constant) {
   return wrapAttrValue<Instance<T>>(std::move(value), constant);
 }
 
+/// Builds an object from the arguments of its constructor; raises range errors for wrong ones.
 template <class T>
 GenericPtr fromConstructorArguments(const TypeRecord& type, const GenericArguments& arguments,
                                     bool constant) {
@@ -177,6 +186,7 @@ constexpr bool isConstructible() {
   }
 }
 
+/// Fills in the attributes, and what ends the construction of an object.
 template <class T>
 constexpr void addAttributes(TypeRecord& record) {
   record.attributes = attributeTable<T>;
@@ -186,6 +196,7 @@ constexpr void addAttributes(TypeRecord& record) {
   }
 }
 
+/// Fills in those comparisons that the type has.
 template <class T>
 constexpr void addComparisons(TypeRecord& record) {
   if constexpr (requires(const T& a) { bool{!a}; } && !std::is_arithmetic_v<T>) {
@@ -205,6 +216,7 @@ constexpr void addComparisons(TypeRecord& record) {
   }
 }
 
+/// Fills in the conversions that the type's form allows.
 template <class T>
 constexpr void addConversions(TypeRecord& record) {
   constexpr ValueForm form = valueFormOf<T>();
@@ -231,6 +243,7 @@ constexpr void addConversions(TypeRecord& record) {
   if constexpr (Enumerated<T>) record.enumEntries = Enumeration<T>::entries;
 }
 
+/// The whole record of a type.
 template <class T>
 constexpr TypeRecord makeTypeRecord() {
   TypeRecord record;

@@ -27,6 +27,7 @@ enum class ValueForm : std::uint8_t {
   entity       ///< a handle
 };
 
+/// Whether it is a `Ptr`.
 template <class T>
 inline constexpr bool isHandle = false;
 template <class T>
@@ -46,6 +47,7 @@ concept Numbered = requires(const T& value) {
   T(value.value());
 };
 
+/// The form of a type, by what it is made of.
 template <class T>
 constexpr ValueForm valueFormOf() {
   if constexpr (isHandle<T> || std::is_base_of_v<PtrInterface, T>) {
@@ -110,6 +112,7 @@ struct AnyInteger {
   bool isNegative = false;
 };
 
+/// The number of an integer, of an enumerator, or of a type around one.
 template <class T>
 AnyInteger toInteger(const T& value) {
   if constexpr (std::is_integral_v<T>) {
@@ -121,6 +124,7 @@ AnyInteger toInteger(const T& value) {
   }
 }
 
+/// Raises a range error that names `type` for a number that `Integer` does not hold.
 template <class Integer>
 Integer narrow(AnyInteger value, const char* type) {
   const auto result = static_cast<Integer>(value.bits);

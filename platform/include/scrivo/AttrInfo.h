@@ -76,6 +76,7 @@ class LUMO_EXPORT AttrInfo {
 /// A value of one machine word: a 32-bit number, a Boolean or a pointer to text.
 class LUMO_EXPORT Attr32Info : public AttrInfo {
  public:
+  /// The value as an argument of a format.
   AttrWord getArg() const { return word(tag(), bits_); }
   std::uint64_t bits() const { return bits_; }
   /// The text of a string; the pointer is the caller's or the info's.
@@ -174,6 +175,7 @@ class LUMO_EXPORT StringAttrInfo : public Attr32Info {
 
   /// The room of the buffer in bytes, the NUL among them. Fixed by the interface.
   static constexpr std::size_t bufferSize = 100;
+  /// Whether the text was copied here and is freed with the object.
   bool isOwned() const { return owned_; }
 
  protected:

@@ -24,6 +24,7 @@ struct Slot {
   bool wide = false;   ///< l, ll or z stands before the conversion
   char conversion = 0; ///< one of d u x X c s f, or % for the sign itself
 
+  /// Whether neither width nor precision is given, so that the value is written as it is.
   constexpr bool isBare() const { return width == none && precision == none; }
 };
 

@@ -72,9 +72,11 @@ class LUMO_EXPORT Printer {
   void end() {
     if (hasStructure()) close(documentLevel);
   }
+  /// An object under a name, whose members are dictionary entries.
   void startDict(const char* name) {
     if (hasStructure()) open(dictLevel, name);
   }
+  /// Ends it; a level that is not the innermost stops the process.
   void endDict() {
     if (hasStructure()) close(dictLevel);
   }
@@ -82,6 +84,7 @@ class LUMO_EXPORT Printer {
   void startDictEntry(const Attr32Info& key) {
     if (hasStructure()) open(dictEntryLevel, key);
   }
+  /// Ends the entry.
   void endDictEntry() {
     if (hasStructure()) close(dictEntryLevel);
   }
@@ -89,24 +92,31 @@ class LUMO_EXPORT Printer {
   void startSimpleDictEntry(const Attr32Info& key) {
     if (hasStructure()) open(simpleDictEntryLevel, key);
   }
+  /// Ends the entry.
   void endSimpleDictEntry() {
     if (hasStructure()) close(simpleDictEntryLevel);
   }
+  /// An array under a name.
   void startList(const char* name) {
     if (hasStructure()) open(listLevel, name);
   }
+  /// Ends the array.
   void endList() {
     if (hasStructure()) close(listLevel);
   }
+  /// An object in the array.
   void startListEntry() {
     if (hasStructure()) open(listEntryLevel);
   }
+  /// Ends that object.
   void endListEntry() {
     if (hasStructure()) close(listEntryLevel);
   }
+  /// An object under a name, whose members are attributes.
   void startSubmodel(const char* name) {
     if (hasStructure()) open(submodelLevel, name);
   }
+  /// Ends that object.
   void endSubmodel() {
     if (hasStructure()) close(submodelLevel);
   }

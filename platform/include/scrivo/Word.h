@@ -30,11 +30,13 @@ enum class Tag : std::uint8_t {
   info,
 };
 
+/// Whether an argument so tagged is a text, whatever its escapes.
 constexpr bool isText(Tag tag) { return tag >= Tag::text && tag <= Tag::verbatim; }
 
 /// One argument: in text the value, in the model the address of the attribute info that has it.
 class AttrWord {
  public:
+  /// The tag as far as the type tells it: here the word itself has it.
   static constexpr Tag staticTag = Tag::any;
 
   constexpr AttrWord(Tag tag, std::uint64_t bits) : bits_(bits), length_(unmeasured), tag_(tag) {}
@@ -48,12 +50,15 @@ class AttrWord {
 
   constexpr Tag tag() const { return tag_; }
   constexpr std::uint64_t bits() const { return bits_; }
+  /// The argument as what its tag says that it is:
   double real() const { return std::bit_cast<double>(bits_); }
   const char* text() const { return std::bit_cast<const char*>(bits_); }
   /// The length of a text in bytes, or `unmeasured` when a NUL ends it.
   std::uint64_t length() const { return length_; }
+  /// The attribute info, where the tag says that it is one.
   const AttrInfo& info() const { return *std::bit_cast<const AttrInfo*>(bits_); }
 
+  /// The length of a text that nobody has measured.
   static constexpr std::uint64_t unmeasured = (std::uint64_t{1} << 56) - 1;
 
  private:

@@ -20,6 +20,7 @@ class ChipSet {
   constexpr const std::array<std::uint64_t, 2>& words() const { return words_; }
   /// 32 hexadecimal digits, the highest chip first.
   Lumo::String stringValue() const;
+  /// From what `stringValue` gives; nothing for any other text.
   static std::optional<ChipSet> parse(std::string_view text);
   std::size_t hash() const { return Kesh::mixHash(words_[0] ^ Kesh::mixHash(words_[1])); }
   friend constexpr auto operator<=>(const ChipSet&, const ChipSet&) = default;

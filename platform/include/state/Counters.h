@@ -32,9 +32,11 @@ struct NexthopGroupEntryCounterKeyInfo {
   }
 };
 
+/// Which counter each entry of a nexthop group has.
 class NexthopGroupEntryToCounterKeyTable : public Lumo::PtrInterface {
  public:
   using Table = Vanta::VantaBase<NexthopGroupEntryCounterKey, NexthopGroupEntryCounterKeyInfo>;
+  /// The path at which the entity manager has it.
   static constexpr const char* path = "tunnel/nexthop/counterkeyinfo";
 
   explicit NexthopGroupEntryToCounterKeyTable(std::unique_ptr<Table> table)
@@ -67,11 +69,13 @@ struct VantaGaugexCounter {
   friend bool operator==(const VantaGaugexCounter&, const VantaGaugexCounter&) = default;
 };
 
+/// Counts by counter: those by now, or those at the last clearing.
 class CounterTable : public Lumo::PtrInterface {
  public:
   using Table = Vanta::VantaBase<CounterIndex, VantaGaugexCounter>;
   /// Where the counters of nexthop groups stand, as their writer numbers them.
   static constexpr const char* path = "gaugex/counterTable/17/4294967295";
+  /// Where those of the last clearing stand.
   static constexpr const char* snapshotPath = "gaugex/snapshotCounterTable/17/4294967295";
 
   explicit CounterTable(std::unique_ptr<Table> table) : counter(std::move(table), "counter") {}

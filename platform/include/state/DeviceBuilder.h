@@ -44,6 +44,7 @@ class DeviceBuilder {
   }
   /// The same VRF's place in `state.vrfs`, where its other state stands.
   std::size_t vrfPlace(const L3::VrfName& name, Vrf::VrfIdMap::VrfId id);
+  /// The VRF that every device has.
   VrfTables& defaultVrf() { return vrfTables_.front(); }
 
   /// Marks a route as missing from the hardware and counts it for its VRF; once a route.
@@ -71,11 +72,13 @@ class DeviceBuilder {
 
 /// The families with the places of the writer's sides of their tables.
 struct Ip4Tables : Ip4 {
+  /// The writer's sides of the family's tables:
   static constexpr auto routes = &VrfTables::routes;
   static constexpr auto kernelErrorTable = &VrfTables::kernelErrors;
   static constexpr auto fecs = &DeviceBuilder::fecs;
 };
 
+/// The same of IPv6.
 struct Ip6Tables : Ip6 {
   static constexpr auto routes = &VrfTables::routes6;
   static constexpr auto kernelErrorTable = &VrfTables::kernelErrors6;

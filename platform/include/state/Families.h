@@ -5,6 +5,7 @@
 
 namespace state {
 
+/// IPv4: its types, and where a device has its part of the state.
 struct Ip4 {
   using Address = Kesh::IpAddr;
   using Prefix = Kesh::Prefix;
@@ -18,20 +19,21 @@ struct Ip4 {
   using UnprogrammedRouteStatus = Vanta::Fib::UnprogrammedRouteStatus;
   using KernelError = Vanta::KernelUnprogrammedRoute::Error;
 
-  // Of a VRF.
+  // Of a VRF:
   static constexpr auto routingConfig = &VrfState::routingConfig;
   static constexpr auto routingStatus = &VrfState::routingStatus;
   static constexpr auto routeInput = &VrfState::routeInput;
-  // Of the device.
+  // Of the device:
   static constexpr auto ipConfig = &DeviceState::ipConfig;
   static constexpr auto ipStatus = &DeviceState::ipStatus;
   static constexpr auto routingHardwareStatus = &DeviceState::routingHardwareStatus;
   static constexpr auto unprogrammedRouteStatus = &DeviceState::unprogrammedRouteStatus;
-  // Of tables that both families have a part of.
+  // Of tables that both families have a part of:
   static constexpr auto kernelErrors = &Vanta::KernelUnprogrammedRoute::UnprogrammedRoute::error;
   static constexpr auto neighbors = &Arp::Table::Status::arpEntry;
 };
 
+/// IPv6: the same names.
 struct Ip6 {
   using Address = Kesh::Ip6Addr;
   using Prefix = Kesh::Ip6Prefix;

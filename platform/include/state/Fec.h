@@ -20,6 +20,7 @@ namespace Fib {
 /// The place of a via in its FEC, 0 to 511.
 class ViaIndex {
  public:
+  /// The first index, and the last of a FEC with as many vias as it may have:
   static constexpr std::uint32_t min = 0;
   static constexpr std::uint32_t max = 511;
 
@@ -52,6 +53,7 @@ struct BasicVia {
   Kesh::MplsLabelAndAction labelAndAction;
   std::uint32_t weight = 1;
 
+  /// The tunnel that stands in the interface's place; null where an interface does.
   Tunnel::TunnelTable::TunnelId tunnelId() const {
     return Tunnel::TunnelTable::tunnelIdOfIntf(intfId);
   }
@@ -67,6 +69,7 @@ template <class Via>
 class BasicFec {
  public:
   using ViaType = Via;
+  /// The most vias of a FEC.
   static constexpr std::uint32_t maxVias = Fib::ViaIndex::max + 1;
 
   BasicFec() {} // leaves the unused vias as they are: clearing 10 KB would cost more than the rest
@@ -83,12 +86,14 @@ class BasicFec {
   std::uint32_t backupViaIndex = 0; ///< index of the first backup via; 0 means there are none
   std::uint32_t viaCount = 0;
 
+  /// The via at an index below `viaCount`; and one more behind them:
   const Via& via(Fib::ViaIndex index) const { return vias_[index.value()]; }
   void viaAppend(const Via& via) {
     std::memcpy(static_cast<void*>(&vias_[Fib::ViaIndex(viaCount).value()]), &via, sizeof via);
     ++viaCount;
   }
 
+  /// The record as bytes, of which those behind its last via are left out: how many, out and in:
   std::size_t serializeLen() const {
     return sizeof(BasicFec) - sizeof vias_ + usedVias() * sizeof(Via);
   }

@@ -19,6 +19,7 @@ enum class AdjType : std::uint8_t {
   tunnelFib6 = 17 ///< a FEC of the IPv6 table as a tunnel names it
 };
 
+/// Where the adjacency type begins, in bits; and how many types there are:
 constexpr unsigned adjTypePos() { return 56; }
 constexpr unsigned adjTypeMax() { return 20; }
 
@@ -32,6 +33,7 @@ class FecId {
                (number & 0x00ffffffffffffffull)) {}
 
   constexpr std::uint64_t value() const { return value_; }
+  /// Whether it stands for no FEC.
   constexpr bool isNull() const { return value_ == 0; }
   /// Stops the process for a type of 20 and above: the writer of the record is broken.
   AdjType adjType() const {
@@ -44,9 +46,11 @@ class FecId {
   /// Jenkins one-at-a-time over the 8 bytes, lowest first.
   std::uint32_t hash() const;
 
+  /// The form that a FEC has in the place of a via's interface, and the way back.
   static Kesh::IntfId fecIdToHierarchicalIntfId(FecId id) {
     return Kesh::FecIdIntfId::intfId(id.value());
   }
+  /// The FEC that stands in an interface's place; null for any other interface.
   static FecId hierarchicalIntfIdToFecId(const Kesh::IntfId& id) {
     return FecId(Kesh::FecIdIntfId::fecId(id));
   }

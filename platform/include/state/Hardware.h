@@ -7,6 +7,7 @@
 
 namespace Routing::Hardware {
 
+/// What the hardware can do with routes of IPv4, and (below) of IPv6.
 class Status : public Lumo::PtrInterface {
  public:
   /// The largest total of via weights that one FEC may have.

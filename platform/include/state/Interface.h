@@ -14,6 +14,7 @@
 
 namespace Interface {
 
+/// What is configured of an interface beside its addresses.
 class IntfConfig : public Lumo::PtrInterface {
  public:
   IntfConfig(const Kesh::IntfId& id, Lumo::String text)
@@ -76,6 +77,7 @@ class Status : public Lumo::PtrInterface {
 
 namespace Arp::Table {
 
+/// Where a neighbour stands: its VRF, its interface, its address.
 struct ArpKey {
   Vrf::VrfIdMap::VrfId vrfId;
   Kesh::IntfId intfId;
@@ -88,6 +90,7 @@ struct ArpKey {
   }
 };
 
+/// A neighbour with its Ethernet address.
 struct ArpEntry {
   ArpKey key;
   Kesh::EthAddr ethAddr;

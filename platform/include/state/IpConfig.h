@@ -33,6 +33,7 @@ struct IpIntfConfig {
   Lumo::Ptr<const L3::IntfConfig> l3Config; ///< may be null
 };
 
+/// The configured addresses of a device by interface.
 class Config : public Lumo::PtrInterface {
  public:
   Lumo::HashMap2018<Kesh::IntfId, IpIntfConfig> ipIntfConfig;

@@ -16,6 +16,7 @@ namespace LumoVanta {
 
 /// How a table is mounted, in the words of the service that serves it.
 struct MountInfo {
+  /// For reading alone.
   static constexpr int readerMode = 2;
 
   int mode = 0;

@@ -36,14 +36,17 @@ namespace NexthopGroup {
 /// name is cut.
 class NexthopGroupEntryKey {
  public:
+  /// The most bytes that a name may have.
   static constexpr std::size_t maxBytes = 128;
 
   NexthopGroupEntryKey() = default;
   explicit NexthopGroupEntryKey(const Lumo::String& name) { nhgNameIs(name); }
+  /// Replaces the name; what is longer is cut off.
   void nhgNameIs(const Lumo::String& name) {
     bytes_ = {};
     std::memcpy(bytes_.data(), name.c_str(), std::min(name.bytes(), maxBytes));
   }
+  /// The name without what fills it up.
   Lumo::String nhgName() const {
     return Lumo::String(std::string_view(bytes_.data(), strnlen(bytes_.data(), maxBytes)));
   }
@@ -54,11 +57,13 @@ class NexthopGroupEntryKey {
   std::uint8_t reserved_ = 0;
 };
 
+/// The identifier that a group was given, by its name.
 struct NexthopGroupEntry {
   NexthopGroupEntryKey key;
   Routing::NexthopGroup::NexthopGroupId nhgId = 0;
 };
 
+/// The identifiers of all groups.
 class EntryStatus : public Lumo::PtrInterface {
  public:
   using Table = Vanta::VantaBase<NexthopGroupEntryKey, NexthopGroupEntry>;

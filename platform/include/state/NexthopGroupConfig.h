@@ -49,6 +49,7 @@ class NexthopGroupConfigEntry : public Lumo::PtrInterface {
   LUMO_END
 };
 
+/// The configured groups by name.
 class Config : public Lumo::PtrInterface {
  public:
   /// The groups by name; no pointer is null.

@@ -43,6 +43,7 @@ struct NexthopGroupVrfStatus {
   Lumo::HashMap2018<NexthopGroup::NexthopGroupId, NexthopGroupAdj> nexthopGroupAdj;
 };
 
+/// What the hardware made of the groups, by VRF and identifier.
 class NexthopGroupStatus : public Lumo::PtrInterface {
  public:
   Lumo::HashMap2018<L3::VrfName, NexthopGroupVrfStatus> vrfStatus;

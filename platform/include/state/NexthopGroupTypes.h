@@ -11,6 +11,7 @@ namespace Routing {
 /// What goes into the key field of a GRE header.
 enum class GreKeyType : std::uint32_t { none = 0, ingressInterface = 1 };
 
+/// The words of the kinds of key.
 inline constexpr Lumo::EnumName<GreKeyType> greKeyTypeNames[] = {
     {GreKeyType::none, "none"},
     {GreKeyType::ingressInterface, "ingressInterface"},
@@ -33,6 +34,7 @@ enum class NexthopGroupType : std::uint32_t {
   vxlan = 7
 };
 
+/// The words of the types of group.
 inline constexpr Lumo::EnumName<NexthopGroupType> nexthopGroupTypeNames[] = {
     {NexthopGroupType::invalid, "invalid"},
     {NexthopGroupType::ipInIp, "ipInIp"},
@@ -50,6 +52,7 @@ enum class EntryCounterType : std::uint32_t {
   perEntry = 1   ///< each entry has its own
 };
 
+/// The words of the ways to count.
 inline constexpr Lumo::EnumName<EntryCounterType> entryCounterTypeNames[] = {
     {EntryCounterType::perTunnel, "perTunnel"},
     {EntryCounterType::perEntry, "perEntry"},

@@ -36,6 +36,7 @@ struct UnprogrammedRouteCount {
   std::uint32_t count = 0;
 };
 
+/// Which routes the hardware lacks, and how many of each VRF.
 template <class PrefixType>
 class BasicUnprogrammedRouteStatus : public Lumo::PtrInterface {
  public:

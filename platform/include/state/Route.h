@@ -37,12 +37,14 @@ struct BasicRoute {
   LUMO_COMPUTED(Vrf::VrfIdMap::VrfId, srcVrfId)
   LUMO_END
 
+  /// The preference, which displays show ahead of the metric.
   std::uint8_t preference() const { return static_cast<std::uint8_t>(preferenceAndSrcVrf); }
   void preferenceIs(std::uint8_t preference) {
     preferenceAndSrcVrf = (preferenceAndSrcVrf & 0xffffff00u) | preference;
   }
   /// `VrfId::none` for a route that was not leaked from another VRF.
   Vrf::VrfIdMap::VrfId srcVrfId() const { return Vrf::VrfIdMap::VrfId(preferenceAndSrcVrf >> 8); }
+  /// Marks the route as leaked from that VRF; `VrfId::none` takes the mark away.
   void srcVrfIdIs(Vrf::VrfIdMap::VrfId vrf) {
     preferenceAndSrcVrf = (preferenceAndSrcVrf & 0xff) | vrf.value() << 8;
   }

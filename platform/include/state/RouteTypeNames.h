@@ -6,6 +6,7 @@
 
 namespace state {
 
+/// The types of IPv4 routes, with the words that snapshots and state databases have for them.
 inline constexpr Lumo::EnumName<Routing::Fib::RouteType> routeTypeNames[] = {
     {Routing::Fib::RouteType::invalid, "invalid"},
     {Routing::Fib::RouteType::receive, "receive"},
@@ -44,6 +45,7 @@ inline constexpr Lumo::EnumName<Routing::Fib::RouteType> routeTypeNames[] = {
     {Routing::Fib::RouteType::reserved, "reserved"},
 };
 
+/// Those of IPv6.
 inline constexpr Lumo::EnumName<Routing6::Fib::RouteType> route6TypeNames[] = {
     {Routing6::Fib::RouteType::invalid, "invalid"},
     {Routing6::Fib::RouteType::receive, "receive"},
@@ -68,6 +70,7 @@ inline constexpr Lumo::EnumName<Routing6::Fib::RouteType> route6TypeNames[] = {
     {Routing6::Fib::RouteType::reserved, "reserved"},
 };
 
+/// What a configured route does with its packets, by the same words.
 inline constexpr Lumo::EnumName<Routing::RouteType> routeActionNames[] = {
     {Routing::RouteType::forward, "forward"},
     {Routing::RouteType::drop, "drop"},

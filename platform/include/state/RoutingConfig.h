@@ -53,6 +53,7 @@ class RoutePreference {
   std::uint8_t value_;
 };
 
+/// A configured route's place: its prefix, and its preference among those of one prefix.
 struct RouteKey {
   Kesh::IpGenPrefix prefix;
   RoutePreference preference;
@@ -97,6 +98,7 @@ struct Via {
   }
 };
 
+/// A configured route with its next hops, and what goes with each of them.
 class Route : public Lumo::PtrInterface {
  public:
   explicit Route(const RouteKey& routeKey) : key(routeKey) {}
@@ -126,11 +128,13 @@ class Route : public Lumo::PtrInterface {
 
   /// Deletes the member at which the cursor stands; the walk goes on with `next()`.
   void viaDel(const decltype(via)::Cursor& at) { via.erase(at.key()); }
+  /// The same for the name of a next hop.
   void viaNextHopNameDel(const decltype(viaNextHopName)::Cursor& at) {
     viaNextHopName.erase(at.key());
   }
 };
 
+/// Configured routes by their places.
 class RouteList : public Lumo::PtrInterface {
  public:
   Lumo::HashMap2018<RouteKey, Lumo::Ptr<Route>> route;

@@ -20,6 +20,7 @@ class SparseArray {
     const T* const found = members_.find(index);
     return found ? *found : absent;
   }
+  /// Keeps the element, or nothing where it is the default one.
   void set(Index index, const T& element) {
     if (element == T()) {
       members_.erase(index);

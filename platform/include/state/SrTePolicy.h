@@ -11,6 +11,7 @@
 
 namespace SrTePolicy {
 
+/// The router at which a policy ends.
 struct EndPoint {
   Kesh::IpGenAddr address;
 
@@ -26,6 +27,7 @@ struct EndPoint {
   friend bool operator==(const EndPoint&, const EndPoint&) = default;
 };
 
+/// A policy: where it leads, and the color by which routes ask for it.
 struct PolicyKey {
   EndPoint endpoint;
   std::uint32_t color = 0;
@@ -38,12 +40,14 @@ struct PolicyKey {
   friend bool operator==(const PolicyKey&, const PolicyKey&) = default;
 };
 
+/// The highest number of 32 bits.
 constexpr std::uint32_t maxU32() { return 0xffffffffu; }
 
 /// The weight of a segment list, 1 to maxU32(). 0 raises "Weight::value < Weight::min or >
 /// Weight::max not allowed".
 class Weight {
  public:
+  /// The least and the greatest weight:
   static constexpr std::uint32_t min = 1;
   static constexpr std::uint32_t max = maxU32();
 
@@ -60,6 +64,7 @@ class Weight {
   std::uint32_t value_ = 1;
 };
 
+/// The policies by the FECs that stand for them.
 class PolicyStatus : public Lumo::PtrInterface {
  public:
   Lumo::HashMap2018<Vanta::Fib::FecId, PolicyKey> fecIdToPolicyKey;

@@ -24,16 +24,19 @@ struct L3TunnelInfo {
   friend auto operator<=>(const L3TunnelInfo&, const L3TunnelInfo&) = default;
 };
 
+/// A GRE tunnel; a key of 0 is none.
 struct GreTunnelInfo : L3TunnelInfo {
   std::uint32_t greKey = 0;
   friend auto operator<=>(const GreTunnelInfo&, const GreTunnelInfo&) = default;
 };
 
+/// An IPsec tunnel without GRE.
 struct IpsecVtiTunnelInfo : L3TunnelInfo {
   std::uint32_t profile = 0;
   friend bool operator==(const IpsecVtiTunnelInfo&, const IpsecVtiTunnelInfo&) = default;
 };
 
+/// A GRE tunnel inside of IPsec.
 struct IpsecGreTunnelInfo : GreTunnelInfo {
   std::uint32_t profile = 0;
   friend bool operator==(const IpsecGreTunnelInfo&, const IpsecGreTunnelInfo&) = default;
@@ -49,6 +52,7 @@ const Value& readOrDefault(const Lumo::HashMap2018<Key, Value>& table, const Key
 
 namespace TunnelTable {
 
+/// A next hop and the interface to it.
 struct Via {
   Kesh::IpGenAddr nexthop;
   Kesh::IntfId intfId;
@@ -65,6 +69,7 @@ struct Via {
   friend bool operator==(const Via&, const Via&) = default;
 };
 
+/// A via with what a tunnel wraps its packets in.
 struct TunnelVia : Via {
   EncapId encapId;
 
@@ -95,6 +100,7 @@ class EndpointTable : public Lumo::PtrInterface {
   const EndpointEntry& entry(TunnelId id) const { return readOrDefault(entries, id); }
   Lumo::HashMap2018<TunnelId, EndpointEntry> entries;
 };
+/// The tunnels of segment routing, configuration, LDP and BGP labeled unicast:
 class SrTunnelTable : public EndpointTable {};
 class StaticTunnelTable : public EndpointTable {};
 class LdpTunnelTable : public EndpointTable {};
@@ -119,11 +125,14 @@ struct EvpnVxlanTunnelEntry {
   EvpnVxlanTunnelEntry() = default;
   explicit EvpnVxlanTunnelEntry(TunnelId id) : key(id) {}
   friend bool operator==(const EvpnVxlanTunnelEntry&, const EvpnVxlanTunnelEntry&) = default;
+  /// Whether a table gave the entry.
   bool isSet() const { return fromTable; }
 };
 
+/// The VXLAN tunnels that EVPN knows.
 class EvpnVxlanTunnelTable : public Lumo::PtrInterface {
  public:
+  /// Whether an interface identifier stands for such a tunnel, be it in the table or not.
   static bool isValidEvpnIntf(const Kesh::IntfId& intfId) {
     return Kesh::DynamicTunnelIntfId::isDynamicTunnelIntfId(intfId) &&
            tunnelIdOfIntf(intfId).kind() == TunnelKind::evpnVxlan;
@@ -142,6 +151,7 @@ class EvpnVxlanTunnelTable : public Lumo::PtrInterface {
 
 namespace TunnelFib {
 
+/// What the device forwards into a tunnel: its vias, and those that stand in when they fail.
 struct TunnelFibEntry {
   TunnelTable::TunnelId key;
   std::vector<TunnelTable::TunnelVia> tunnelVia;
@@ -154,7 +164,7 @@ struct TunnelFibEntry {
 /// The tunnel forwarding table with the encapsulations that its vias name.
 class TunnelFib : public Lumo::PtrInterface {
  public:
-  // Each a default value when there is none; valid until the table changes.
+  // Each a default value when there is none; valid until the table changes:
   const TunnelFibEntry& entry(TunnelTable::TunnelId id) const { return readOrDefault(entries, id); }
   const GreTunnelInfo& greEncap(TunnelTable::EncapId id) const {
     return readOrDefault(greEncaps, id);

@@ -25,6 +25,7 @@ enum class TunnelKind : std::uint8_t {
 /// raises "TunnelId::value < TunnelId::minValue or > TunnelId::maxValue not allowed".
 class TunnelId {
  public:
+  /// The least and the greatest value:
   static constexpr std::uint64_t minValue = 0;
   static constexpr std::uint64_t maxValue = 0xffffffffffffull;
 
@@ -35,11 +36,13 @@ class TunnelId {
           "TunnelId::value < TunnelId::minValue or > TunnelId::maxValue not allowed");
     }
   }
+  /// The value of a tunnel of that kind and number.
   static constexpr std::uint64_t convertToTunnelValue(std::uint64_t kind, std::uint64_t number) {
     return kind << 44 | (number & 0xfffffffffffull);
   }
 
   constexpr std::uint64_t value() const { return value_; }
+  /// Whether it is no tunnel; its kind; and its number among those of the kind:
   constexpr bool isNull() const { return value_ == 0; }
   constexpr TunnelKind kind() const { return static_cast<TunnelKind>(value_ >> 44); }
   constexpr std::uint64_t index() const { return value_ & 0xfffffffffffull; }
@@ -61,6 +64,7 @@ TunnelId tunnelIdOfIntf(const Kesh::IntfId& intfId);
 /// How a tunnel wraps its packets, in the top 4 bits of an encapsulation's identifier.
 enum class EncapKind : std::uint8_t { gre = 0, ipsecVti = 1, ipsecGre = 2, mpls = 3 };
 
+/// What a tunnel wraps its packets in: the kind in the top 4 bits, a number below.
 class EncapId {
  public:
   constexpr EncapId() = default;

@@ -16,6 +16,7 @@ namespace L3 {
 /// allowed".
 class VrfName {
  public:
+  /// The most bytes of a name.
   static constexpr std::size_t maxLength = 100;
 
   VrfName() = default;
@@ -44,6 +45,7 @@ namespace Vrf::VrfIdMap {
 /// A VRF's number. `none` marks a route that was not leaked from another VRF.
 class VrfId {
  public:
+  /// The number of no VRF.
   static constexpr std::uint32_t none = 0xffffff;
 
   constexpr VrfId() = default;
@@ -56,6 +58,7 @@ class VrfId {
   std::uint32_t value_ = 0;
 };
 
+/// The name of a VRF by its number.
 struct VrfEntry {
   VrfId key{VrfId::none};
   Lumo::String name;

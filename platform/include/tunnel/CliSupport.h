@@ -34,6 +34,7 @@ struct CachedTunVia {
   LUMO_PUBLIC(numVias)
   LUMO_END
 
+  /// Enter an empty text or stack for the via at a place, and give it to be filled:
   Lumo::String& newNexthopAddr(TunnelViaIndex at) { return nexthopAddr.insertOrAssign(at, {}); }
   Lumo::String& newInterface(TunnelViaIndex at) { return interface.insertOrAssign(at, {}); }
   Lumo::String& newInterfaceDescription(TunnelViaIndex at) {

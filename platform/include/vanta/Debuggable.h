@@ -18,8 +18,10 @@ class Debuggable {
   explicit Debuggable(std::string name = {}) : name_(std::move(name)) {}
 
   const std::string& name() const { return name_; }
+  /// Whether lines of the level are wanted.
   bool enabled(unsigned level) const { return level < 64 && ((levels_ >> level) & 1) != 0; }
   void enabledIs(unsigned level, bool on);
+  /// Where lines go in place of standard error.
   void sinkIs(Sink sink) { sink_ = std::move(sink); }
 
   /// Writes one line, whatever its level: the caller has asked `enabled` before it built the text.

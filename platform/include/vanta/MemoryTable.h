@@ -18,6 +18,8 @@ template <class Key, class Value>
 class FixedRecords {
  public:
   std::size_t size() const { return records_.size(); }
+  /// The records by their places, from 0, and the ways to change them; places behind one move with
+  /// it:
   const Key& key(std::size_t at) const { return keyOf(records_[at]); }
   const Value* record(std::size_t at) const { return &records_[at]; }
   void append(const Value& value) { records_.push_back(value); }

@@ -14,6 +14,7 @@ class RootPath {
   RootPath(const RootPath&) = default;
   RootPath& operator=(const RootPath&) = default;
 
+  /// What the name of the socket that serves the table begins with.
   virtual const char* socknamePrefix() const { return "shmem"; }
   const std::string& root() const { return root_; }
   const std::string& name() const { return name_; }

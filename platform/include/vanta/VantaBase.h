@@ -16,6 +16,7 @@ namespace Vanta {
 /// What an iteration keeps between steps to find its place without a search. 0 knows nothing.
 using IterHint = std::uint64_t;
 
+/// What a writer counts: nothing that a read view offers.
 struct WriterCounters {};
 
 /// Reads served by a table, for those implementations that count.
@@ -24,6 +25,7 @@ struct ReaderCounters {
   std::uint64_t steps = 0;
 };
 
+/// What marks a version of a table: nothing that a read view offers.
 struct VersionAnchor {};
 
 /// The key of a record: its field `key`.
@@ -42,8 +44,10 @@ class VANTA_EXPORT VantaBase {
  public:
   virtual ~VantaBase() = default;
 
+  /// Makes the table ready to be read, and lets go of it:
   virtual int initialize() = 0;
   virtual void detach() = 0;
+  /// Of writers alone:
   virtual int validate() { refuseWrite("validate"); }
   virtual int validateFiles() { refuseWrite("validateFiles"); }
   virtual void cleanup() { refuseWrite("cleanup"); }
@@ -56,17 +60,21 @@ class VANTA_EXPORT VantaBase {
   virtual bool first(Value* value, IterHint& hint) const = 0;
   /// Copies the record after `key`, which need not be there any more; false at the end.
   virtual bool next(const Key& key, Value* value, IterHint& hint) const = 0;
+  /// The records that it has, and how many it may have; what kind of table it is:
   virtual std::size_t members() const = 0;
   virtual std::size_t minSize() const = 0;
   virtual std::size_t maxSize() const = 0;
   virtual std::size_t capacity() const = 0;
   virtual int type() const = 0;
+  /// Writing in place, of writers alone:
   virtual Value* directWrite(const Key&) { refuseWrite("write"); }
   virtual Value* directUpdate(const Key&) { refuseWrite("write"); }
   virtual void directCommit() { refuseWrite("write"); }
+  /// `lookup` without a copy, where a table can.
   virtual const Value* directLookup(const Key& key, bool& found, IterHint hint) const {
     return lookup(key, found, hint);
   }
+  /// What the table tells of itself and of its service; a table in memory has little to tell:
   virtual WriterCounters writerCounters() const { refuseUnimplemented("writerCounters"); }
   virtual ReaderCounters readerCounters() const { refuseUnimplemented("readerCounters"); }
   virtual void notifying(bool) {}

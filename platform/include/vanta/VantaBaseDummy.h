@@ -7,6 +7,7 @@
 
 namespace Vanta {
 
+/// What a detached view reads: a table without records, which says what it was when it is asked.
 template <class Key, class Value>
 class VantaBaseDummy final : public VantaBase<Key, Value> {
  public:

@@ -49,6 +49,8 @@ class VANTA_EXPORT VantaMap {
   VantaMap(const VantaMap&) = delete;
   VantaMap& operator=(const VantaMap&) = delete;
 
+  /// What it is called in messages; its debug levels; what a missing record reads as; what is
+  /// behind it:
   const std::string& name() const { return name_; }
   Tembra::Debuggable& debug() { return debug_; }
   const Value& defaultValue() const { return default_; }
@@ -58,6 +60,7 @@ class VANTA_EXPORT VantaMap {
   /// say so: it reads as empty either way, and shows the same in its debug lines.
   bool inKeyOrder() const { return implementation_->inKeyOrder(); }
 
+  /// Whom to tell when the view is ready, and when it detaches:
   void collectionReadyCallbackIs(ReadyCallback callback) { ready_ = std::move(callback); }
   void detachCallbackIs(DetachCallback callback) { detached_ = std::move(callback); }
   /// With a handler set, corruption detaches the view; without one it raises an exception.
@@ -125,6 +128,7 @@ class VANTA_EXPORT VantaMap {
     bool atEnd_ = true;
   };
 
+  /// Lets go of the table for good, and tells those who asked to be told.
   VANTA_COLD void detach() {
     if (debug_.enabled(1)) {
       debug_.write("VantaMap::detach() " + implementation_->rootPath().stringValue());

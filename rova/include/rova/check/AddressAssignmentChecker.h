@@ -18,6 +18,7 @@ enum class AddrMatchType : std::uint32_t {
   allowAddressMatch = 2 ///< it is none
 };
 
+/// The names of the matches.
 inline constexpr Lumo::EnumName<AddrMatchType> addrMatchTypeNames[] = {
     {AddrMatchType::allowNoMatch, "allowNoMatch"},
     {AddrMatchType::allowExactMatch, "allowExactMatch"},
@@ -48,6 +49,7 @@ class ROVA_EXPORT AddressQueryResult {
   AddressQueryResult() = default;
 };
 
+/// A query for IPv4: the address, the interface that is to get it, and what may match.
 class ROVA_EXPORT AddressQueryParams : public Lumo::PtrInterface {
   LUMO_TYPE(AddressQueryParams, "Rova::AddressQueryParams")
   LUMO_CTOR_WRITABLE(Lumo::Ptr<const Ip::Config>, ipConfig, Lumo::orNull) // null: no interfaces
@@ -70,6 +72,7 @@ class ROVA_EXPORT AddressQueryParams : public Lumo::PtrInterface {
   const Lumo::TypeRecord* fwkType() const override { return &lumoType; }
 };
 
+/// A query for IPv6.
 class ROVA_EXPORT Address6QueryParams : public Lumo::PtrInterface {
   LUMO_TYPE(Address6QueryParams, "Rova::Address6QueryParams")
   LUMO_CTOR_WRITABLE(Lumo::Ptr<const Ip6::Config>, ipConfig) // not null
@@ -92,6 +95,7 @@ ROVA_EXPORT Lumo::Ptr<AddressQueryParams>
 addressQueryParamsFactory(const Lumo::Ptr<const Ip::Config>& ipConfig, Lumo::String intfName,
                           Lumo::String mgmtPrefix, AddrMatchType primaryMatch,
                           AddrMatchType secondaryMatch, const Kesh::IpAddrWithMask& addrWithMask);
+/// The same for IPv6.
 ROVA_EXPORT Lumo::Ptr<Address6QueryParams>
 address6QueryParamsFactory(const Lumo::Ptr<const Ip6::Config>& ipConfig, Lumo::String intfName,
                            Lumo::String mgmtPrefix, const Kesh::Ip6AddrWithMask& addrWithMask);

@@ -7,6 +7,7 @@
 
 namespace Rova {
 
+/// Tells whether an IPv4 next hop is an address of the device.
 class ROVA_EXPORT InvalidNextHopChecker {
   LUMO_TYPE(InvalidNextHopChecker, "Rova::InvalidNextHopChecker")
   LUMO_METHOD(check, "ipConfig", "hop", "vrfName")
@@ -19,6 +20,7 @@ class ROVA_EXPORT InvalidNextHopChecker {
   bool check(Lumo::Ptr<const Ip::Config> ipConfig, Kesh::IpAddr hop, L3::VrfName vrfName) const;
 };
 
+/// Tells the same of an IPv6 next hop.
 class ROVA_EXPORT InvalidNextHop6Checker {
   LUMO_TYPE(InvalidNextHop6Checker, "Rova::InvalidNextHop6Checker")
   LUMO_METHOD(check, "ip6Config", "hop", "vrfName")

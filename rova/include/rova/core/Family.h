@@ -9,7 +9,10 @@
 
 namespace Rova {
 
+/// What the displays of IPv4 differ in from those of IPv6.
 struct ROVA_EXPORT Ip4Family : state::Ip4 {
+  /// The mask length of a single address; the names of the types; and the type of a neighbour's
+  /// route:
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "RouteSorter";
   static constexpr const char* sorterTypeName = "Rova::RouteSorter";
@@ -58,11 +61,13 @@ struct ROVA_EXPORT Ip4Family : state::Ip4 {
   static constexpr bool isOspfKind(RouteType type) {
     return type >= RouteType::ospfIntraArea && type <= RouteType::ospfNssaExternal2;
   }
+  /// The types that a summary adds up as BGP.
   static constexpr bool isBgpKind(RouteType type) {
     return type == RouteType::bgpInternal || type == RouteType::bgpExternal;
   }
 };
 
+/// The same of IPv6; what each constant says stands at its twin.
 struct ROVA_EXPORT Ip6Family : state::Ip6 {
   static constexpr int hostLength = Prefix::maxLength;
   static constexpr const char* sorterName = "Route6Sorter";

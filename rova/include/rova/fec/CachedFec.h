@@ -63,6 +63,7 @@ class ROVA_EXPORT CachedFec : public Lumo::PtrInterface {
 /// A FEC with that identifier and everything else at its default.
 ROVA_EXPORT Lumo::Ptr<CachedFec> cachedFecFactory(Vanta::Fib::FecId fecId);
 
+/// Whether a FEC stands for a nexthop group, and whether for an SR-TE policy:
 ROVA_EXPORT bool isNexthopGroupFec(const Lumo::Ptr<const CachedFec>& fec);
 ROVA_EXPORT bool isSrTePolicyFec(const Lumo::Ptr<const CachedFec>& fec);
 /// Whether the via leads into a tunnel other than EVPN VXLAN and static interface tunnels.

@@ -12,6 +12,7 @@
 
 namespace Rova {
 
+/// The display of nexthop groups with their entries: one group, or all of them.
 class ROVA_EXPORT NexthopGroupHelper : public Lumo::PtrInterface {
   LUMO_TYPE(NexthopGroupHelper, "Rova::NexthopGroupHelper")
   LUMO_CTOR(Lumo::Ptr<const Routing::NexthopGroup::Config>, nhgConfig)

@@ -36,6 +36,7 @@ class ROVA_EXPORT RouteTypeAttrInfo : public StringAttrInfo {
  public:
   using StringAttrInfo::setValue;
   using StringAttrInfo::StringAttrInfo;
+  /// Takes a type of either family.
   template <class RouteType>
   void setValue(RouteType type) requires std::is_enum_v<RouteType> {
     StringAttrInfo::setValue(format() == textFormat ? Rova::pcode(type) : wordFor(type));

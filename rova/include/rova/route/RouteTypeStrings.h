@@ -22,6 +22,7 @@ struct RouteTypeStrings {
 ROVA_EXPORT const RouteTypeStrings& routeTypeStringsLookup(Routing::Fib::RouteType type);
 ROVA_EXPORT const RouteTypeStrings& routeTypeStringsLookup(Routing6::Fib::RouteType type);
 
+/// The code of a type in a route line, and its word in the model:
 template <class RouteType>
 const char* pcode(RouteType type) {
   return routeTypeStringsLookup(type).pcode;
@@ -34,9 +35,11 @@ const char* pcodeAsWord(RouteType type) {
 /// The code of the host route table, and its word. Every number has them.
 ROVA_EXPORT char hcode(Routing::Fib::RouteType type);
 ROVA_EXPORT char hcode(Routing6::Fib::RouteType type);
+/// The word of the host route table for a type.
 ROVA_EXPORT const char* hcodeWord(Routing::Fib::RouteType type);
 ROVA_EXPORT const char* hcodeWord(Routing6::Fib::RouteType type);
 
+/// What displays tell types apart by, the same of both families:
 template <class RouteType>
 constexpr bool isInvalid(RouteType type) {
   return type == RouteType::invalid;
@@ -70,11 +73,13 @@ bool protocolMatch(const Route& route, std::string_view protocol) {
 
 /// The word and code of a configured route's action. A value above nexthopGroup stops the process.
 ROVA_EXPORT const char* ribRouteType(Routing::RouteType type);
+/// The code of the action, with which a dump of static routes begins a line.
 ROVA_EXPORT const char* ribRouteTypeCode(Routing::RouteType type);
 
 /// The legends of the listings.
 Lumo::String legendOf(Routing::Fib::RouteType);
 Lumo::String legendOf(Routing6::Fib::RouteType);
+/// The legend of the host route table.
 Lumo::String hostLegendOf(Routing::Fib::RouteType);
 Lumo::String hostLegendOf(Routing6::Fib::RouteType);
 

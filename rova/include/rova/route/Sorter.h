@@ -20,6 +20,7 @@ namespace Rova {
 
 struct Forwarding;
 
+/// One listing of one VRF: loaded when it is made, rendered once. `RouteSorter`, `Route6Sorter`.
 template <class FamilyType>
 class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
  public:
@@ -94,6 +95,7 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   }
   const Lumo::TypeRecord* fwkType() const override { return &lumoType; }
 
+  /// The codes that a listing explains ahead of its routes, and those of the host route table:
   Lumo::String legend() const { return legendOf(typename Family::RouteType{}); }
   Lumo::String hostLegend() const { return hostLegendOf(typename Family::RouteType{}); }
   /// Fills `cachedNexthopGroupIdToName` from the nexthop group entries.
@@ -153,6 +155,7 @@ ROVA_EXPORT Lumo::Ptr<RouteSorter> routeSorterFactory(
     bool degradeNhgModel,
     const Lumo::Ptr<const Vanta::Fib::UnprogrammedRouteStatus>& unprogrammedRouteStatus);
 
+/// The same for IPv6.
 ROVA_EXPORT Lumo::Ptr<Route6Sorter> route6SorterFactory(
     const Lumo::Ptr<const Routing::ConfigGen>& routingConfig,
     const Lumo::Ptr<const Vanta::Fib6::RouteStatus>& routingStatus,

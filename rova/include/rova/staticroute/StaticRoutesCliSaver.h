@@ -8,6 +8,7 @@
 
 namespace Rova {
 
+/// Writes the static routes of one VRF as lines of the running configuration.
 class ROVA_EXPORT StaticRoutesCliSaver {
   LUMO_TYPE(StaticRoutesCliSaver, "Rova::StaticRoutesCliSaver")
   LUMO_ORDERED(RouteSortKey, NexthopInfo, sortedRoute, SortedRoute)

@@ -20,6 +20,7 @@
 
 namespace Rova {
 
+/// The counts of one VRF's routes: `RouteSummary`, `Route6Summary`.
 template <class FamilyType>
 class ROVA_EXPORT Summary {
  public:
@@ -47,6 +48,7 @@ class ROVA_EXPORT Summary {
 
   Summary() = default;
 
+  /// Whether a mask length has routes.
   bool routeCountByMaskHas(std::uint32_t length) const {
     return routeCountByMask_.find(length) != nullptr;
   }
