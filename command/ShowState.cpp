@@ -4,6 +4,7 @@
 #include "sources/Source.h"
 #include "sources/database/Database.h"
 #include "sources/database/Lock.h"
+#include "sources/snapshot/FileError.h"
 
 #include <algorithm>
 #include <unistd.h>
@@ -87,9 +88,12 @@ class StatePrinter {
   const std::int64_t now_ = sources::database::timeNow();
 };
 
+/// Raises `SourceError` for a file that cannot be read.
 std::string kindOf(const std::string& source) {
   if (sources::isKernel(source)) return "kernel";
-  return source != "-" && sources::database::isDatabase(source) ? "database" : "snapshot";
+  if (source == "-") return "snapshot";
+  if (access(source.c_str(), R_OK) != 0) sources::snapshot::failErrno(source, "cannot be read");
+  return sources::database::isDatabase(source) ? "database" : "snapshot";
 }
 
 } // namespace

@@ -252,6 +252,11 @@ class DatabaseTest(CommandTest):
         model = json.loads(result.stdout)
         return model["source"], model["chosen"]
 
+    def test_a_source_that_is_not_there_has_no_state(self):
+        missing = self.folder / "missing.db"
+        self.assert_ends(rova("show", "state", state=missing), 1,
+                         f"rova: {missing}: cannot be read: No such file or directory\n")
+
     def test_the_source_for_who_names_none(self):
         missing = self.folder / "missing.db"
         environment = {**os.environ, "ROVA_STATE_DB": str(missing)}
