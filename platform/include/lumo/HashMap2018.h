@@ -68,13 +68,13 @@ class HashMap2018 {
   }
   Value* find(const Key& key) { return const_cast<Value*>(std::as_const(*this).find(key)); }
 
-  /// Has the processor fetch what leads to the key's member, and, some time behind that, the member
-  /// itself, ahead of a `find`. No effect but on time; as calls without effect g++ would drop them,
-  /// were they not inlined.
+  /// Has the processor fetch what leads to the key's member, ahead of a `prefetch`. No effect but
+  /// on time, as of that; as calls without effect g++ would drop them, were they not inlined.
   [[gnu::always_inline]] void prefetchPlace(const Key& key) const {
     if (!body_ || body_->index.empty()) return;
     __builtin_prefetch(&body_->index[slot(key, body_->index.size() - 1)]);
   }
+  /// Has the processor fetch the member itself, ahead of a `find`.
   [[gnu::always_inline]] void prefetch(const Key& key) const {
     if (!body_ || body_->index.empty()) return;
     const std::uint32_t place = body_->index[slot(key, body_->index.size() - 1)];
