@@ -26,12 +26,10 @@ struct Lists {
   std::map<RouteKey, StaticRoute> routes;
 };
 
-bool isListed(const Routing::Route& route) { return route.dynamic || route.key.prefix.len() == 0; }
-
 void addRoutes(const ListKey& key, const Routing::RouteList& list, Lists& lists) {
   list.route.forEach([&](const Routing::RouteKey& route, const auto& entity) {
     lists.routes[{key, route.prefix.stringValue().str(), route.preference.value()}] = {
-        snapshot::routeText(*entity), isListed(*entity)};
+        snapshot::routeText(*entity), snapshot::isListed(*entity)};
   });
 }
 
@@ -146,7 +144,8 @@ StaticRouteWriter::StaticRouteWriter(Connection& connection)
 
 void StaticRouteWriter::enter(std::int64_t vrf, std::int64_t family, const Routing::Route& route) {
   bindKey(list_, ListKey{vrf, family, {}}).run();
-  enterRow(insert_, keyOf(vrf, family, route.key), {snapshot::routeText(route), isListed(route)});
+  enterRow(insert_, keyOf(vrf, family, route.key),
+           {snapshot::routeText(route), snapshot::isListed(route)});
 }
 
 void StaticRouteWriter::remove(std::int64_t vrf, std::int64_t family,

@@ -34,6 +34,8 @@ std::string routeText(const Routing::Route& route) {
   return textOf([&](Output& out) { writeRoute(out, route); });
 }
 
+bool isListed(const Routing::Route& route) { return route.dynamic || route.key.prefix.len() == 0; }
+
 std::string quotedText(std::string_view name) {
   std::string text;
   appendQuoted(text, name);

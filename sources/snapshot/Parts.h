@@ -15,6 +15,10 @@ std::string sectionText(const state::DeviceState& device, std::string_view name)
 /// A route as an element of a configuration's or an input's routes.
 std::string routeText(const Routing::Route& route);
 
+/// Whether displays of routes look at a configured route: a listing asks for a default route, and a
+/// summary counts dynamic routes apart.
+bool isListed(const Routing::Route& route);
+
 /// A name as a JSON string, in quotes.
 std::string quotedText(std::string_view name);
 

@@ -3,6 +3,7 @@
 #include "Collection.h"
 #include "ConfiguredNames.h"
 #include "Names.h"
+#include "Parts.h"
 
 #include <functional>
 #include <tuple>
@@ -176,10 +177,6 @@ constexpr ConfigField routingField = {
     [](Node& node, ConfigReader& reader) { reader.config.routing = Codec<bool>::read(node); },
     [](const Routing::ConfigGen& config) { return !config.routing; },
     [](Output& out, const Routing::ConfigGen& config) { out.boolean(config.routing); }};
-
-/// Whether displays of routes look at it: a listing asks for a configured default route, and a
-/// summary counts dynamic routes apart.
-bool isListed(const Routing::Route& route) { return route.dynamic || route.key.prefix.len() == 0; }
 
 template <class PrefixType>
 void readConfigRoutes(Node& node, ConfigReader& reader) {
