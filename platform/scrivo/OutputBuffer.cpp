@@ -62,6 +62,7 @@ void OutputBuffer::flush() {
 
 /// One write. \return the bytes that it took, none if it should be tried again.
 std::size_t OutputBuffer::writeSome(const char* bytes, std::size_t length) {
+  if (output_) return output_->append(bytes, length), length;
   const ssize_t written = ::write(fd_, bytes, length);
   if (written >= 0) return static_cast<std::size_t>(written);
   const int error = errno;

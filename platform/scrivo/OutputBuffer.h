@@ -1,5 +1,6 @@
 // The bytes between the printer and its descriptor: one buffer of fixed size that writes itself out
-// when it is full, so that memory never grows with the output.
+// when it is full, so that memory never grows with the output. Or between the printer and a string
+// of its caller, which grows.
 #pragma once
 
 #include <cstddef>
@@ -18,6 +19,8 @@ class OutputBuffer {
   static constexpr std::size_t reserveLimit = 4096;
 
   explicit OutputBuffer(int fd) : fd_(fd), next_(bytes_) {}
+  /// Appends to a string in place of writing.
+  explicit OutputBuffer(std::string& output) : output_(&output), next_(bytes_) {}
   OutputBuffer(const OutputBuffer&) = delete;
   OutputBuffer& operator=(const OutputBuffer&) = delete;
 
@@ -72,7 +75,8 @@ class OutputBuffer {
   void takeCopy();
   void fail();
 
-  int fd_;
+  int fd_ = -1;
+  std::string* output_ = nullptr; ///< null where a descriptor takes the bytes
   State state_ = State::open;
   char* next_;
   std::string* copy_ = nullptr;

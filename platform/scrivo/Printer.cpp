@@ -7,7 +7,8 @@
 namespace scrivo {
 
 struct Printer::Body {
-  explicit Body(int fd) : out(fd), json(out) {}
+  template <class Target>
+  explicit Body(Target&& target) : out(target), json(out) {}
 
   OutputBuffer out;
   JsonWriter json;
@@ -17,6 +18,9 @@ struct Printer::Body {
 
 Printer::Printer(int fd, unsigned int format, bool, bool, bool, unsigned int)
     : format_(format), body_(std::make_unique<Body>(fd)) {}
+
+Printer::Printer(std::string& output, unsigned int format)
+    : format_(format), body_(std::make_unique<Body>(output)) {}
 
 Printer::~Printer() {
   try {

@@ -94,15 +94,12 @@ void selectLongerPrefixes(Sorter<Family>& sorter) {
   });
 }
 
-/// Selects the route under `key`; false when there is none or it is left out.
+/// Enters the route under `key`; false when there is none or it is left out.
 template <class Family>
 bool selectExactly(Sorter<Family>& sorter, const typename Family::Prefix& key) {
-  const auto route = readRoute(sorter, key);
-  if (route.fecId.isNull()) return false;
-  const CachedFec* const fec = copyAdjacency(sorter.forwarding(), route.fecId);
-  if (filterRoute(sorter, route, forwards(fec))) return false;
-  sorter.sortedRouteIs(key, route);
-  return true;
+  const auto route = selectRoute(sorter, key);
+  if (route) sorter.sortedRouteIs(key, *route);
+  return route.has_value();
 }
 
 template <class Family>
@@ -144,6 +141,16 @@ void filterPrefixes(Sorter<Family>& sorter) {
   if (sorter.prefix().isNullPrefix()) return selectWholeTable(sorter);
   if (sorter.longerPrefixes()) return selectLongerPrefixes(sorter);
   selectLongestPrefix(sorter);
+}
+
+template <class Family>
+std::optional<typename Family::Route> selectRoute(Sorter<Family>& sorter,
+                                                  const typename Family::Prefix& key) {
+  const auto route = readRoute(sorter, key);
+  if (route.fecId.isNull()) return {};
+  const CachedFec* const fec = copyAdjacency(sorter.forwarding(), route.fecId);
+  if (filterRoute(sorter, route, forwards(fec))) return {};
+  return route;
 }
 
 template <class Family>
@@ -204,6 +211,7 @@ std::uint32_t getInternalFilteredRoutesCount(Route6Sorter& sorter) {
 #define ROVA_INSTANTIATE(Family)                                                                   \
   template void filterPrefixes(Sorter<Family>&);                                                   \
   template bool filterRoute(Sorter<Family>&, const Family::Route&);                                \
+  template std::optional<Family::Route> selectRoute(Sorter<Family>&, const Family::Prefix&);       \
   template bool isPrintable(const Sorter<Family>&, const Family::Route&);                          \
   template bool kernelUnprogrammedRoutes(const Sorter<Family>&);
 ROVA_INSTANTIATE(Ip4Family)

@@ -203,12 +203,16 @@ std::vector<std::string> selected(const Lumo::Ptr<Sorter>& sorter) {
   return prefixes;
 }
 
-/// What `printRoutes` writes as text.
+/// What `printRoutes` writes in a format.
+template <class Sorter>
+std::string outputOf(const Lumo::Ptr<Sorter>& sorter, unsigned format) {
+  const Sink sink;
+  sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), format);
+  return sink.text();
+}
 template <class Sorter>
 std::string textOf(const Lumo::Ptr<Sorter>& sorter) {
-  const Sink sink;
-  sorter->printRoutes(static_cast<std::uint32_t>(sink.fd()), 1);
-  return sink.text();
+  return outputOf(sorter, scrivo::textFormat);
 }
 
 } // namespace support

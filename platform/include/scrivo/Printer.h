@@ -38,6 +38,7 @@
 
 #include <array>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 namespace scrivo {
@@ -57,6 +58,8 @@ class LUMO_EXPORT Printer {
   Printer(int fd, unsigned int format, bool, bool, bool, unsigned int);
   /// The same, for callers that have nothing to say with the further words.
   Printer(int fd, unsigned int format) : Printer(fd, format, false, false, true, 0) {}
+  /// Appends what it prints to a string, which outlives it, each time that it would write.
+  Printer(std::string& output, unsigned int format);
   /// Writes the rest, unless `close` has done so or the output has failed. Does not throw.
   ~Printer();
   Printer(const Printer&) = delete;

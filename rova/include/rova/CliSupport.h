@@ -17,6 +17,7 @@
 #include "rova/nexthopgroup/NexthopGroupSummaryHelper.h"
 #include "rova/route/DisplayAttrInfo.h"
 #include "rova/route/OpenSorter.h"
+#include "rova/route/RouteEntries.h"
 #include "rova/route/Selection.h"
 #include "rova/route/Sorter.h"
 #include "rova/staticroute/StaticRoutesCliSaver.h"

@@ -4,6 +4,8 @@
 
 #include "rova/route/Sorter.h"
 
+#include <optional>
+
 namespace Rova {
 
 /// Fills `sortedRoute` by the sorter's query and captures the FECs of the routes that it looks at.
@@ -13,6 +15,12 @@ void filterPrefixes(Sorter<Family>& sorter);
 /// Whether the route is left out; one that is kept counts in `printCount`.
 template <class Family>
 bool filterRoute(Sorter<Family>& sorter, const typename Family::Route& route);
+
+/// The route under `key` as the selection takes it, with its FEC captured; none where there is no
+/// such route or it is left out. It is not entered in `sortedRoute`.
+template <class Family>
+std::optional<typename Family::Route> selectRoute(Sorter<Family>& sorter,
+                                                  const typename Family::Prefix& key);
 
 /// Whether the route has something to show: a nexthop group route, or one whose FEC is missing, has
 /// no via, or has one that leads somewhere. A FEC of dead vias alone shows in a detail listing.
