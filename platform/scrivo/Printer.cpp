@@ -1,6 +1,7 @@
 #include "scrivo/Printer.h"
 
 #include "JsonWriter.h"
+#include "Kept.h"
 #include "OutputBuffer.h"
 #include "TextFormat.h"
 
@@ -12,8 +13,12 @@ struct Printer::Body {
 
   OutputBuffer out;
   JsonWriter json;
-  Stretch* recorded = nullptr; ///< the stretch that is being printed
-  int depth = 0;               ///< the levels that were open when it began
+  // Of the stretch that is being printed, if any:
+  bool isRecording = false;
+  int depth = 0; ///< the levels that were open when it began
+  bool hadContent = false;
+  std::string bytes;
+  std::vector<Indent> indents;
 };
 
 Printer::Printer(int fd, unsigned int format, bool, bool, bool, unsigned int)
@@ -66,61 +71,69 @@ void Printer::print(FormatText format, const AttrWord* words, unsigned count) {
 }
 
 Printer::Recording::Recording(Printer& printer, Stretch& stretch)
-    : printer_(printer), stretch_(printer.body_->recorded ? nullptr : &stretch) {
+    : printer_(printer), stretch_(printer.body_->isRecording ? nullptr : &stretch) {
   if (!stretch_) return;
   Body& body = *printer_.body_;
-  body.recorded = stretch_;
+  body.isRecording = true;
   body.depth = body.json.depth();
-  stretch_->level_ = printer_.format_ == modelFormat ? body.json.level() : nullptr;
-  stretch_->hadContent_ = body.json.hasContent();
-  body.out.beginCopy(stretch_->bytes_);
+  body.hadContent = body.json.hasContent();
+  body.bytes.clear();
+  body.indents.clear();
+  body.out.beginCopy(body.bytes);
 }
 
 void Printer::Recording::keep() {
   if (!stretch_ || !printer_.isAlive()) return;
-  const Body& body = *printer_.body_;
+  Body& body = *printer_.body_;
   LUMO_ASSERT(body.json.depth() == body.depth, "a stretch ends in the level that it begins in");
-  stretch_->hasContent_ = body.json.hasContent();
-  stretch_->owner_ = &printer_;
+  body.out.endCopy();
+  const auto* const level = printer_.format_ == modelFormat ? body.json.level() : nullptr;
+  if (!Stretch::Kept::fits(body.bytes, body.indents)) return; // it is printed each time
+  stretch_->kept_ = Stretch::Kept::make({.owner = &printer_,
+                                         .level = level,
+                                         .length = 0,
+                                         .indents = 0,
+                                         .hadContent = body.hadContent,
+                                         .hasContent = body.json.hasContent()},
+                                        body.bytes, body.indents);
 }
 
 Printer::Recording::~Recording() {
   if (!stretch_) return;
   printer_.body_->out.endCopy();
-  printer_.body_->recorded = nullptr;
-  if (!stretch_->isKept()) stretch_->forget();
+  printer_.body_->isRecording = false;
 }
 
 void Printer::put(const Stretch& stretch) {
   if (!isAlive()) return;
-  LUMO_ASSERT(stretch.owner_ == this, "a stretch is put by the printer that printed it");
+  const Stretch::Kept& kept = *stretch.kept_;
+  LUMO_ASSERT(kept.owner == this, "a stretch is put by the printer that printed it");
   Body& body = *body_;
   if (format_ == modelFormat) {
-    LUMO_ASSERT(body.json.level() == stretch.level_ &&
-                    body.json.hasContent() == stretch.hadContent_,
+    LUMO_ASSERT(body.json.level() == kept.level && body.json.hasContent() == kept.hadContent,
                 "a stretch is put where one like it was printed");
-    body.json.hasContentIs(stretch.hasContent_);
+    body.json.hasContentIs(kept.hasContent);
   }
+  const char* const bytes = kept.bytes();
   std::size_t at = 0;
-  for (const Stretch::Indent& step : stretch.indents_) {
-    body.out.put(stretch.bytes_.data() + at, step.at - at);
-    indent(step.columns);
-    at = step.at;
+  for (const Indent* step = kept.firstIndent(); step != kept.lastIndent(); ++step) {
+    body.out.put(bytes + at, step->at - at);
+    indent(step->columns);
+    at = step->at;
   }
-  body.out.put(stretch.bytes_.data() + at, stretch.bytes_.size() - at);
+  body.out.put(bytes + at, kept.length - at);
 }
 
 /// A stretch keeps where its margins are and not the blanks.
 void Printer::indent(std::uint32_t columns) {
   if (!takesText()) return;
-  OutputBuffer& out = body_->out;
-  Stretch* const recorded = body_->recorded;
-  if (recorded) {
-    out.endCopy();
-    recorded->indents_.push_back({static_cast<std::uint32_t>(recorded->bytes_.size()), columns});
+  Body& body = *body_;
+  if (body.isRecording) {
+    body.out.endCopy();
+    body.indents.push_back({static_cast<std::uint32_t>(body.bytes.size()), columns});
   }
-  out.fill(' ', std::size_t{margin_} + columns);
-  if (recorded) out.beginCopy(recorded->bytes_);
+  body.out.fill(' ', std::size_t{margin_} + columns);
+  if (body.isRecording) body.out.beginCopy(body.bytes);
 }
 
 void Printer::awaitDocument() {

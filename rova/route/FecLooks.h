@@ -51,27 +51,28 @@ class FecLooks {
   Found current_, next_;
 };
 
-/// Calls `print(route)` for each of the routes in order. It reads three routes ahead, so that the
-/// way to what is known of their FECs, that itself, and then the output that it leads to are on
-/// their way from memory one after the other while other routes print.
+/// Calls `print(route)`, which leaves the routes as they are, for each of them in order. It reads
+/// three routes ahead, so that the way to what is known of their FECs, that itself, and then the
+/// output that it leads to are on their way from memory one after the other while other routes
+/// print.
 template <class Routes, class Look, class Print>
 void printLookingAhead(const Routes& routes, FecLooks<Look>& looks, Print&& print) {
   constexpr std::size_t depth = 4; // a power of two: the routes in hand go round in it
-  std::array<typename Routes::ValueType, depth> coming;
+  std::array<const typename Routes::ValueType*, depth> coming;
   std::size_t read = 0;
-  auto at = routes.cursor();
-  for (std::size_t printed = 0; at || printed != read; ++printed) {
-    for (; at && read - printed < depth; at.next()) {
-      auto& route = coming[read++ % depth];
-      route = at.value() ? *at.value() : typename Routes::ValueType();
-      looks.expectLater(route.fecId);
+  auto at = routes.begin();
+  const auto end = routes.end();
+  for (std::size_t printed = 0; at != end || printed != read; ++printed) {
+    for (; at != end && read - printed < depth; ++at) {
+      coming[read++ % depth] = &at->second;
+      looks.expectLater(at->second.fecId);
     }
     const auto fecAhead = [&](std::size_t steps) {
-      return coming[(printed + steps) % depth].fecId;
+      return coming[(printed + steps) % depth]->fecId;
     };
     if (printed + 2 < read) looks.expectSoon(fecAhead(2));
     if (printed + 1 < read) looks.expectOutput(fecAhead(1));
-    print(coming[printed % depth]);
+    print(*coming[printed % depth]);
   }
 }
 

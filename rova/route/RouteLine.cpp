@@ -49,7 +49,7 @@ struct RouteLinePrinter::Subject {
   const RouteLine& line;
   LineForm form;
   std::uint32_t type;
-  std::string_view code;
+  const char* code;
   std::string_view prefixText;
   const char* nexthopAddr;
   const char* interface;
@@ -100,7 +100,7 @@ RouteLinePrinter::RouteLinePrinter(scrivo::Printer& printer, LineOptions options
       groupName_(printer, "groupName"),
       groupId_(printer, "groupId") {}
 
-bool RouteLinePrinter::print(const RouteLine& line, std::uint32_t type, std::string_view code,
+bool RouteLinePrinter::print(const RouteLine& line, std::uint32_t type, const char* code,
                              bool hasV6Nexthop) {
   char text[Kesh::maxAddressText + 1];
   const auto length = line.prefix.writeText(text);
@@ -151,6 +151,16 @@ bool RouteLinePrinter::isConnected(const Subject& route, std::string_view nextho
 template <class Print>
 void RouteLinePrinter::share(const Subject& route, Print printVias) {
   route.line.shared ? printer_.addStretch(route.line.shared->output, printVias) : printVias();
+}
+
+/// Prints what lines of one key print alike, whatever their FECs. Of very many keys the later ones
+/// are printed each time, for what is kept of them would not be read again from near memory.
+template <class Print>
+void RouteLinePrinter::shareWithAll(KeyedStretches& known, std::uint64_t key, Print print) {
+  constexpr std::size_t mostKept = 4096;
+  scrivo::Stretch* stretch = known.find(key);
+  if (!stretch && known.size() < mostKept) stretch = &known.insertOrAssign(key, {});
+  stretch ? printer_.addStretch(*stretch, print) : print();
 }
 
 void RouteLinePrinter::printFormatRoute4(const Subject& route) {
@@ -207,12 +217,11 @@ void RouteLinePrinter::printHead(const Subject& route, LineForm kind) {
   const std::uint32_t key = route.type << 6 | static_cast<std::uint32_t>(kind) << 3 |
                             line.hardwareProgrammed << 2 | line.kernelProgrammed << 1 |
                             line.routeLeaked;
-  scrivo::Stretch* const known = marks_.find(key);
-  printer_.addStretch(known ? *known : marks_.insertOrAssign(key, {}), [&] {
+  shareWithAll(marks_, key, [&] {
     printMarks(route);
     if (kind != LineForm::unknown) addKind(kind);
   });
-  printer_.addFrills("%s", route.prefixText);
+  printer_.addFrills("%s", scrivo::verbatim(route.prefixText));
 }
 
 void RouteLinePrinter::printMarks(const Subject& route) {
@@ -222,24 +231,24 @@ void RouteLinePrinter::printMarks(const Subject& route) {
   printer_.addAttributes("%s%s%s%s", 4, hardwareProgrammed_.getArg(), routeType_.getArg(),
                          routeLeaked_.getArg(), kernelProgrammed_.getArg());
   const auto columns =
-      codeColumns - (route.line.routeLeaked ? leakMarkColumns : 0) - route.code.size();
+      codeColumns - (route.line.routeLeaked ? leakMarkColumns : 0) - std::strlen(route.code);
   printer_.addFrills("%s", std::string_view(blanks, columns));
 }
 
-/// The note on a leaked route, without the blank that each form puts before or behind it.
 void RouteLinePrinter::printSourceVrf(const Subject& route) {
   srcVrf_.setValue(route.line.srcVrfName);
-  printer_.addFrills("(source VRF ");
+  printer_.addFrills(" (source VRF ");
   printer_.addAttributes("%s", 1, srcVrf_.getArg());
   printer_.addFrills(")");
 }
 
 /// " [PREFERENCE/METRIC]" and the note.
 void RouteLinePrinter::printPreference(const Subject& route) {
-  printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
-  if (!route.line.routeLeaked) return;
-  printer_.addFrills(" ");
-  printSourceVrf(route);
+  const auto key = std::uint64_t{static_cast<std::uint32_t>(route.line.preference)} << 32;
+  shareWithAll(numbers_, key | route.line.metric, [&] {
+    printer_.addAttributes(" [%d/%u]", 2, preference_.getArg(), metric_.getArg());
+  });
+  if (route.line.routeLeaked) printSourceVrf(route);
 }
 
 /// Where a line leads, for the model.
@@ -300,13 +309,12 @@ void RouteLinePrinter::printConnectedVias6(const Subject& route) {
 }
 
 void RouteLinePrinter::printRows4(const Subject& route) {
-  printer_.addAttributes(" [%d/%u] ", 2, preference_.getArg(), metric_.getArg());
-  if (route.line.routeLeaked) {
-    printSourceVrf(route);
-    printer_.addFrills(" ");
-  }
+  printPreference(route);
   printer_.marginIs(route.padding());
-  share(route, [&] { printRowList4(route); });
+  share(route, [&] {
+    printer_.addFrills(" ");
+    printRowList4(route);
+  });
 }
 
 void RouteLinePrinter::printRowList4(const Subject& route) {

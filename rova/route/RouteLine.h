@@ -58,17 +58,20 @@ class RouteLinePrinter {
   }
 
  private:
+  using KeyedStretches = Lumo::HashMap2018<std::uint64_t, scrivo::Stretch>;
   struct Row;
   /// A line with what is worked out from it once.
   struct Subject;
 
-  bool print(const RouteLine& line, std::uint32_t type, std::string_view code, bool hasV6Nexthop);
+  bool print(const RouteLine& line, std::uint32_t type, const char* code, bool hasV6Nexthop);
   LineForm formOf(const Subject& route);
   bool hasSomethingToShow(const Subject& route);
   void printFormatRoute4(const Subject& route);
   void printFormatRoute6(const Subject& route);
   template <class Print>
   void share(const Subject& route, Print printVias);
+  template <class Print>
+  void shareWithAll(KeyedStretches& known, std::uint64_t key, Print print);
   bool isConnected(const Subject& route, std::string_view nexthop);
 
   void printHead(const Subject& route, LineForm kind);
@@ -121,7 +124,8 @@ class RouteLinePrinter {
   scrivo::StringAttrInfo routerMac_;
   scrivo::StringAttrInfo groupName_;
   scrivo::UintAttrInfo groupId_;
-  Lumo::HashMap2018<std::uint32_t, scrivo::Stretch> marks_; ///< of lines, by what they say
+  KeyedStretches marks_;   ///< by what they say
+  KeyedStretches numbers_; ///< by preference and metric
 };
 
 } // namespace Rova

@@ -84,12 +84,22 @@ class RbTreeMap {
     explicit Iterator(typename Tree::const_iterator at) : at_(at) {}
     reference operator*() const { return at_->item; }
     pointer operator->() const { return &at_->item; }
-    Iterator& operator++() { return ++at_, *this; }
+    Iterator& operator++() {
+      prefetchAhead();
+      return ++at_, *this;
+    }
     Iterator operator++(int) { return Iterator(at_++); }
     Iterator& operator--() { return --at_, *this; }
     friend bool operator==(const Iterator& a, const Iterator& b) { return a.at_ == b.at_; }
 
    private:
+    /// Nodes that were entered in order lie in order: those that come soon are fetched meanwhile,
+    /// which the processor does not guess from the jumps of a walk through a tree.
+    [[gnu::always_inline]] void prefetchAhead() const {
+      constexpr std::size_t nodesAhead = 12;
+      __builtin_prefetch(reinterpret_cast<const char*>(&*at_) + nodesAhead * sizeof(Node));
+    }
+
     typename Tree::const_iterator at_{};
   };
 
