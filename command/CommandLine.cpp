@@ -37,6 +37,8 @@ Options optionsOf(const grammar::Arguments& arguments, double startTime) {
   options.counters = arguments.find("--counters");
   if (const auto* const into = arguments.find("--into")) options.into = *into;
   options.dryRun = arguments.find("--dry-run");
+  if (const auto* const ignored = arguments.find("--ignore")) options.ignored = *ignored;
+  options.counts = arguments.find("--stat");
   options.startTime = startTime;
   return options;
 }

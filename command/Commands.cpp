@@ -3,6 +3,7 @@
 
 #include "command/Check.h"
 #include "command/ClearStatic.h"
+#include "command/Diff.h"
 #include "command/SessionChoice.h"
 #include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
@@ -49,6 +50,10 @@ constexpr Option options[] = {
      .kind = Kind::file,
      .help = "the file that the changed snapshot goes to, and for static load the snapshot itself "
              "where --state names none; for snapshot load the state database"},
+    {.name = "--ignore",
+     .kind = Kind::fields,
+     .help = "what of a route diff leaves out of the comparison, as in metric,hardware"},
+    {.name = "--stat", .help = "how many routes differ, and none of them"},
     {.name = "--dry-run", .help = "show the lines, and write nothing"},
     {.name = "--help",
      .shortName = "-h",
@@ -60,6 +65,7 @@ constexpr Option options[] = {
 constexpr std::string_view listingOptions[] = {"--timing", "--older-nexthop-groups"};
 constexpr std::string_view counterOptions[] = {"--counters"};
 constexpr std::string_view loadOptions[] = {"--into"};
+constexpr std::string_view diffOptions[] = {"--ignore", "--stat"};
 constexpr std::string_view changeOptions[] = {"--into", "--dry-run"};
 
 /// The families differ in what an address is, and in the protocols that they have.
@@ -98,6 +104,36 @@ constexpr auto ip4RouteParts =
 constexpr auto ip6RouteParts =
     routeParts(Kind::ip6Target, Kind::protocol6,
                "longer-prefixes needs a prefix ahead of it, as in 2001:db8::/32 longer-prefixes");
+
+constexpr Part diffParts[] = {
+    {.name = "from",
+     .keyword = Keyword::none,
+     .kind = Kind::source,
+     .required = true,
+     .help = "the state before: kernel, kernel:NAME, or a file, - for standard input"},
+    {.name = "to",
+     .keyword = Keyword::none,
+     .kind = Kind::source,
+     .required = true,
+     .help = "the state after"},
+    {.name = "ip", .kind = Kind::table, .help = "the IPv4 routes alone"},
+    {.name = "ipv6", .kind = Kind::table, .help = "the IPv6 routes alone"},
+    {.name = "vrf", .kind = Kind::vrfOrAll, .help = "that VRF in place of all"},
+    {.name = "target",
+     .keyword = Keyword::none,
+     .kind = Kind::target,
+     .help = "the routes to an address, or a prefix; the longest ones that cover it"},
+    {.name = "longer-prefixes",
+     .needs = "target",
+     .why = "longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes",
+     .help = "all routes inside the prefix"},
+    {.name = "detail", .help = "more routes, and the descriptions of interfaces"},
+    {.name = "interface", .kind = Kind::interface, .help = "the routes through an interface"},
+    {.name = "protocol",
+     .keyword = Keyword::none,
+     .kind = Kind::protocol,
+     .help = "the routes of a protocol"},
+};
 
 constexpr Part nexthopGroupParts[] = {
     {.name = "name",
@@ -245,6 +281,14 @@ constexpr Command commands[] = {
      .parts = staticParts,
      .help = "The static routes that agents hand to routing in a VRF.",
      .run = showStatic},
+    {.path = "diff",
+     .parts = diffParts,
+     .options = diffOptions,
+     .refused = "--state",
+     .why = "its two sources are words of it, as in diff OLD NEW",
+     .help = "The routes that two states show differently: - those of the first, + those of the "
+             "second. The exit status is 0 without a difference, 1 with any, 2 after a failure.",
+     .run = diffRoutes},
     {.path = "check address",
      .parts = checkAddressParts,
      .help = "Whether an interface may get an address, beside or in place of those that it has.",
@@ -337,6 +381,7 @@ examples:
   rova show ip route vrf all host
   rova show ip route vrf all summary
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
+  rova diff before.json kernel ip route
   rova help show ip route
 
 without a command, rova is a shell: Tab completes words and names, ? lists what may follow, and
@@ -344,7 +389,7 @@ without a command, rova is a shell: Tab completes words and names, ? lists what 
 choose for the commands that follow, exit leaves. rova < FILE runs the commands of a file, one a line.
 
 exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after an interrupt (129
-after a hangup, 143 when terminated)
+after a hangup, 143 when terminated); of diff 0 without a difference, 1 with any, 2 after a failure
 )";
 
 constexpr grammar::Grammar programTable{programCommands, beginnings, options, notes};

@@ -1,6 +1,7 @@
 #include "command/Completion.h"
 
 #include "command/Commands.h"
+#include "command/DiffFields.h"
 #include "command/InterfaceChoice.h"
 #include "command/OpenState.h"
 #include "command/ShowHelp.h"
@@ -81,6 +82,16 @@ Names stateSources(std::string_view begun) {
   return names;
 }
 
+/// Each name that is not there yet, behind those that are.
+Names fieldLists(std::string_view begun) {
+  const std::string given(begun.substr(0, begun.rfind(',') + 1));
+  Names lists;
+  for (const auto& name : ignorableFields()) {
+    if (("," + given).find("," + name + ",") == given.npos) lists.push_back(given + name);
+  }
+  return lists;
+}
+
 Names namesOf(Kind kind, std::string_view begun, const std::string& source) {
   switch (kind) {
   case Kind::vrf:
@@ -96,6 +107,8 @@ Names namesOf(Kind kind, std::string_view begun, const std::string& source) {
   case Kind::outputFile:
   case Kind::file:
     return files(begun);
+  case Kind::fields:
+    return fieldLists(begun);
   case Kind::source:
     return stateSources(begun);
   default:

@@ -19,6 +19,8 @@ struct Options {
   bool counters = false;
   std::string into; ///< where a changed snapshot goes; empty for its own file
   bool dryRun = false;
+  std::string ignored; ///< names of fields that a comparison leaves out, with commas between them
+  bool counts = false; ///< a comparison shows how many routes differ, and none of them
   /// Seconds of the framework's clock at which the program began to work on the command.
   double startTime = 0;
 };

@@ -22,7 +22,8 @@ struct RouteQuery {
   std::optional<std::string> interface;
 };
 
-/// The query of `show ip route` or `show ipv6 route`.
+/// The query of a command over routes, but for what the displays of whole tables alone have: `host`
+/// and `summary`.
 template <class Prefix>
 RouteQuery<Prefix> routeQuery(const grammar::Parsed& parsed);
 

@@ -3,17 +3,28 @@
 #include "command/CommandLine.h"
 #include "command/Commands.h"
 #include "command/Completion.h"
+#include "command/grammar/Reader.h"
 #include "command/shell/Shell.h"
 
 namespace command {
 
 namespace {
 
-class Rova : public shell::Program {
+/// Without the options that the session has chosen and the command has no use for.
+grammar::Arguments withoutRefused(grammar::Arguments arguments) {
+  const grammar::Reader reader(shellGrammar(), arguments.words);
+  if (!reader.command()) return arguments;
+  std::erase_if(arguments.options, [&](const grammar::GivenOption& given) {
+    return given.option->name == reader.command()->refused;
+  });
+  return arguments;
+}
+
+class ShownProgram : public shell::Program {
  public:
   const grammar::Grammar& grammar() const override { return shellGrammar(); }
   ExitStatus run(const grammar::Arguments& arguments) const override {
-    return runArguments(shellGrammar(), arguments);
+    return runArguments(shellGrammar(), withoutRefused(arguments));
   }
   std::string source(const grammar::Arguments& arguments) const override {
     return sourceOf(arguments);
@@ -32,7 +43,7 @@ ExitStatus runShell(const grammar::Arguments& arguments) {
     grammar::failOption("--state", "needs the name of a file or a kernel here: without a command, "
                                    "standard input has the commands");
   }
-  return shell::runShell(Rova(), arguments.options);
+  return shell::runShell(ShownProgram(), arguments.options);
 }
 
 } // namespace command

@@ -50,7 +50,9 @@ bool showHostTable(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName
 
 template <class Family>
 ExitStatus showRoute(const grammar::Parsed& parsed, const Options& options) {
-  const auto query = routeQuery<typename Family::Prefix>(parsed);
+  auto query = routeQuery<typename Family::Prefix>(parsed);
+  query.host = parsed.has("host");
+  query.summary = parsed.has("summary");
   const auto state = openState(options, needsOf<Family>(query));
   const auto& [device, notes, moment] = state;
   const auto vrfs = chosenVrfs(device, query.vrf, options);

@@ -12,6 +12,7 @@ const Option* findOption(const Grammar& grammar, std::string_view name) {
 }
 
 bool takesOption(const Command& command, const Option& option) {
+  if (option.name == command.refused) return false;
   if (option.scope != Scope::named) return option.scope == Scope::all;
   return std::find(command.options.begin(), command.options.end(), option.name) !=
          command.options.end();

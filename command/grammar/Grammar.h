@@ -58,6 +58,8 @@ struct Command {
   std::string_view path; ///< the words that name it, each of which may be abbreviated
   std::span<const Part> parts = {};
   std::span<const std::string_view> options = {}; ///< the names of those of its own
+  std::string_view refused = {}; ///< an option for all commands that is of no use to this one
+  std::string_view why = {};     ///< the reason for that
   std::string_view help;
   ExitStatus (*run)(const Parsed& parsed, const command::Options& options);
 };

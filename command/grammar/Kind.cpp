@@ -28,6 +28,12 @@ Reading readTarget(std::string_view word) {
               prefix.stringValue().str()};
 }
 
+Reading readEitherTarget(std::string_view word) {
+  auto ip4 = readTarget<Kesh::Prefix>(word);
+  const bool isIp4 = ip4.value || !ip4.wrong.empty();
+  return isIp4 ? ip4 : readTarget<Kesh::Ip6Prefix>(word);
+}
+
 /// A value of the platform's.
 template <class Type>
 Reading readValue(std::string_view word) {
@@ -54,6 +60,8 @@ Reading readFile(std::string_view word) {
 }
 
 constexpr Word everyVrf[] = {{"all", "every VRF"}};
+
+constexpr Word tables[] = {{"route", "the routing table"}};
 
 constexpr Word formats[] = {{"text", "lines for people"}, {"json", "a document for programs"}};
 
@@ -107,6 +115,12 @@ constexpr KindRow rows[] = {
      .wrong = "is no IPv6 address or prefix",
      .read = readTarget<Kesh::Ip6Prefix>,
      .looksLike = looksLikeAddress},
+    {.kind = Kind::target,
+     .placeholder = "ADDRESS | PREFIX",
+     .expected = "an IPv4 or IPv6 address or prefix",
+     .wrong = "is no IPv4 or IPv6 address or prefix",
+     .read = readEitherTarget,
+     .looksLike = looksLikeAddress},
     {.kind = Kind::address,
      .placeholder = "ADDRESS",
      .expected = "an IPv4 or IPv6 address",
@@ -132,6 +146,12 @@ constexpr KindRow rows[] = {
      .expected = "a protocol",
      .words = protocols6,
      .closed = true},
+    {.kind = Kind::table,
+     .placeholder = "route",
+     .expected = "a table",
+     .wrong = "is no table: expected route",
+     .words = tables,
+     .closed = true},
     {.kind = Kind::tag,
      .placeholder = "N",
      .expected = "a tag, 1 to 4294967295",
@@ -151,6 +171,9 @@ constexpr KindRow rows[] = {
      .expected = "text or json",
      .words = formats,
      .closed = true},
+    {.kind = Kind::fields,
+     .placeholder = "FIELD,...",
+     .expected = "names of fields, as in metric,hardware"},
     {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
 };
 

@@ -20,11 +20,13 @@ enum class Kind : unsigned char {
   type,
   ip4Target, ///< an address or a prefix
   ip6Target,
+  target,  ///< of either family
   address, ///< of either family
   addressWithLength,
   routeDistinguisher,
   protocol,
   protocol6,
+  table, ///< behind the word for a family
   tag,
   command, ///< the words of a command, as many as there are
   inputFile,
@@ -32,7 +34,8 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
-  text, ///< any words, to be looked for in lines
+  fields, ///< names of what a route has, with commas between them
+  text,   ///< any words, to be looked for in lines
 };
 
 /// A word that can stand for an argument.

@@ -17,8 +17,10 @@ std::string takersOf(const Grammar& grammar, const Option& option) {
 
 void requireUse(const Grammar& grammar, const Command& command, const Option& option) {
   if (takesOption(command, option)) return;
+  const bool isRefused = option.name == command.refused;
   failOption(option.name,
-             "is of no use to " + std::string(command.path) + ": it " + takersOf(grammar, option));
+             "is of no use to " + std::string(command.path) + ": " +
+                 (isRefused ? std::string(command.why) : "it " + takersOf(grammar, option)));
 }
 
 } // namespace

@@ -1,0 +1,123 @@
+#include "command/DiffFields.h"
+
+#include "command/grammar/Arguments.h"
+#include "command/grammar/Line.h"
+
+#include <algorithm>
+#include <array>
+
+namespace command {
+
+namespace {
+
+struct Field {
+  std::string_view name;
+  std::array<std::string_view, 2> keys; ///< in the JSON of a listing; empty for none
+};
+
+/// All but the prefix and its length, by which routes are compared. The vias of a route count as
+/// long as `vias` is not left out, whatever of each of them is.
+constexpr Field fields[] = {
+    {"type", {"routeType"}},
+    {"protocol", {"routeType"}},
+    {"preference", {"preference"}},
+    {"metric", {"metric"}},
+    {"nexthop", {"nexthopAddr"}},
+    {"interface", {"interface", "interfaceDescription"}},
+    {"vias", {"vias"}},
+    {"weight", {"viaWeight"}},
+    {"label", {"labelStack"}},
+    {"tunnel", {"tunnelDescriptor", "tunnelEncap"}},
+    {"endpoint", {"tunnelEndpoint", "endpoint"}},
+    {"policy", {"srTePolicy"}},
+    {"color", {"color"}},
+    {"group", {"nexthopGroup"}},
+    {"vni", {"vni"}},
+    {"vtep", {"vtepAddr", "routerMac"}},
+    {"source-vrf", {"srcVrf"}},
+    {"leaked", {"routeLeaked", "srcVrf"}},
+    {"hardware", {"hardwareProgrammed"}},
+    {"kernel", {"kernelProgrammed"}},
+    {"connected", {"directlyConnected"}},
+    {"backup", {"viaType"}},
+};
+
+/// The place behind a string that begins at `at`.
+std::size_t skipString(std::string_view json, std::size_t at) {
+  while (json[++at] != '"') {
+    if (json[at] == '\\') ++at;
+  }
+  return at + 1;
+}
+
+/// The place behind a value that begins at `at`: at what ends it in the object that it stands in.
+std::size_t skipValue(std::string_view json, std::size_t at) {
+  for (int depth = 0;; ++at) {
+    if (json[at] == '"') at = skipString(json, at);
+    const char byte = json[at];
+    const bool closes = byte == '}' || byte == ']';
+    if (depth == 0 && (closes || byte == ',')) return at;
+    if (byte == '{' || byte == '[') ++depth;
+    if (closes) --depth;
+  }
+}
+
+} // namespace
+
+IgnoredFields::IgnoredFields(std::string_view names) {
+  while (!names.empty()) {
+    const auto length = std::min(names.find(','), names.size());
+    add(names.substr(0, length));
+    names.remove_prefix(std::min(length + 1, names.size()));
+  }
+}
+
+void IgnoredFields::add(std::string_view name) {
+  const auto* const field = std::find_if(std::begin(fields), std::end(fields),
+                                         [&](const Field& known) { return known.name == name; });
+  if (field == std::end(fields)) {
+    grammar::failOption("--ignore", "has no field \"" + std::string(name) + "\": expected " +
+                                        grammar::listOf(ignorableFields()));
+  }
+  for (const auto key : field->keys) {
+    if (!key.empty()) keys_.push_back(key);
+  }
+}
+
+bool IgnoredFields::has(std::string_view key) const {
+  return std::find(keys_.begin(), keys_.end(), key) != keys_.end();
+}
+
+/// A string with a ":" behind it is a key, and nothing else is.
+std::string IgnoredFields::without(std::string_view entry) const {
+  std::string left;
+  for (std::size_t at = 0; at < entry.size();) {
+    if (entry[at] != '"') {
+      left += entry[at++];
+      continue;
+    }
+    const auto end = skipString(entry, at);
+    const bool isKey = entry.substr(end, 1) == ":";
+    if (!isKey || !has(entry.substr(at + 1, end - at - 2))) {
+      left += entry.substr(at, end - at);
+      at = end;
+      continue;
+    }
+    at = skipValue(entry, end + 1);
+    // The comma that parted it from what stands ahead of it, or else from what follows.
+    if (left.back() == ',') {
+      left.pop_back();
+    } else if (entry[at] == ',') {
+      ++at;
+    }
+  }
+  return left;
+}
+
+std::vector<std::string> ignorableFields() {
+  std::vector<std::string> names;
+  for (const Field& field : fields) names.emplace_back(field.name);
+  return names;
+}
+
+} // namespace command
