@@ -151,8 +151,8 @@ RouteDifference<Family> differenceOf(const Sources& sources, const VrfPair& vrf,
                                      const QueryOf<Family>& query, const Options& options,
                                      const IgnoredFields& ignored) {
   const auto open = [&](const Source& source, const state::VrfState* own) {
-    return own ? openRoutes<Family>(source.state.device, *own, query, options)
-               : Lumo::Ptr<Rova::Sorter<Family>>();
+    return DiffSide<Family>(own ? openRoutes<Family>(source.state.device, *own, query, options)
+                                : Lumo::Ptr<Rova::Sorter<Family>>());
   };
   sources.hold();
   RouteDifference<Family> difference{open(sources.from, vrf.from), open(sources.to, vrf.to)};

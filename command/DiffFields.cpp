@@ -62,6 +62,15 @@ std::size_t skipValue(std::string_view json, std::size_t at) {
   }
 }
 
+/// The place behind a member whose key ends at `at`, and behind one of the commas beside it: the
+/// one at the end of what is `left` ahead of it, or else its own.
+std::size_t skipMember(std::string_view json, std::size_t at, std::string& left) {
+  at = skipValue(json, at + 1);
+  if (left.back() != ',') return json[at] == ',' ? at + 1 : at;
+  left.pop_back();
+  return at;
+}
+
 } // namespace
 
 IgnoredFields::IgnoredFields(std::string_view names) {
@@ -91,26 +100,18 @@ bool IgnoredFields::has(std::string_view key) const {
 /// A string with a ":" behind it is a key, and nothing else is.
 std::string IgnoredFields::without(std::string_view entry) const {
   std::string left;
-  for (std::size_t at = 0; at < entry.size();) {
-    if (entry[at] != '"') {
-      left += entry[at++];
-      continue;
-    }
-    const auto end = skipString(entry, at);
-    const bool isKey = entry.substr(end, 1) == ":";
-    if (!isKey || !has(entry.substr(at + 1, end - at - 2))) {
-      left += entry.substr(at, end - at);
-      at = end;
-      continue;
-    }
-    at = skipValue(entry, end + 1);
-    // The comma that parted it from what stands ahead of it, or else from what follows.
-    if (left.back() == ',') {
-      left.pop_back();
-    } else if (entry[at] == ',') {
-      ++at;
+  std::size_t at = 0;
+  for (auto quote = entry.find('"'); quote != entry.npos; quote = entry.find('"', at)) {
+    left += entry.substr(at, quote - at);
+    at = skipString(entry, quote);
+    const bool isKey = entry.substr(at, 1) == ":";
+    if (isKey && has(entry.substr(quote + 1, at - quote - 2))) {
+      at = skipMember(entry, at, left);
+    } else {
+      left += entry.substr(quote, at - quote);
     }
   }
+  left += entry.substr(at);
   return left;
 }
 

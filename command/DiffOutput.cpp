@@ -13,24 +13,6 @@ constexpr const char* familyKey = std::is_same_v<Family, Rova::Ip4Family> ? "ipv
 template <class Family>
 constexpr const char* familyName = std::is_same_v<Family, Rova::Ip4Family> ? "IPv4" : "IPv6";
 
-/// The entries of both sides in one format.
-template <class Family>
-class Entries {
- public:
-  using Route = typename Family::Route;
-
-  Entries(const RouteDifference<Family>& difference, unsigned format) {
-    if (difference.from) from_.emplace(*difference.from, format);
-    if (difference.to) to_.emplace(*difference.to, format);
-  }
-  /// Of the side of a change, which must have the route; valid until the next call for that side.
-  std::string_view from(const RouteChange<Family>& change) { return from_->entry(*change.from); }
-  std::string_view to(const RouteChange<Family>& change) { return to_->entry(*change.to); }
-
- private:
-  std::optional<Rova::RouteEntries<Family>> from_, to_;
-};
-
 /// Prints each line behind a sign.
 void printLines(scrivo::Printer& out, const char* sign, std::string_view lines) {
   while (!lines.empty()) {
@@ -43,10 +25,11 @@ void printLines(scrivo::Printer& out, const char* sign, std::string_view lines) 
 template <class Family>
 void printText(const RouteDifference<Family>& difference) {
   scrivo::Printer out(STDOUT_FILENO, scrivo::textFormat);
-  Entries<Family> entries(difference, scrivo::textFormat);
+  const auto before = difference.from.entries(scrivo::textFormat);
+  const auto after = difference.to.entries(scrivo::textFormat);
   for (const auto& change : difference.changes) {
-    if (change.from) printLines(out, "-", entries.from(change));
-    if (change.to) printLines(out, "+", entries.to(change));
+    if (change.from) printLines(out, "-", before->entry(*change.from));
+    if (change.to) printLines(out, "+", after->entry(*change.to));
   }
   out.close();
 }
@@ -76,7 +59,10 @@ struct Member {
 
 template <class Family>
 void printModel(scrivo::Printer& frame, const RouteDifference<Family>& difference) {
-  Entries<Family> entries(difference, scrivo::modelFormat);
+  const auto before = [&](const auto& change) {
+    return difference.from.model().entry(*change.from);
+  };
+  const auto after = [&](const auto& change) { return difference.to.model().entry(*change.to); };
   const auto printAll = [&](const char* name, auto&& print) {
     frame.startDict(name);
     frame.ioflush();
@@ -88,16 +74,16 @@ void printModel(scrivo::Printer& frame, const RouteDifference<Family>& differenc
   printAll("added", [&](const auto& change, Members& members) {
     if (change.from) return;
     members.begin();
-    members.add(entries.to(change));
+    members.add(after(change));
   });
   printAll("removed", [&](const auto& change, Members& members) {
     if (change.to) return;
     members.begin();
-    members.add(entries.from(change));
+    members.add(before(change));
   });
   printAll("changed", [&](const auto& change, Members& members) {
     if (!change.from || !change.to) return;
-    const Member from(entries.from(change)), to(entries.to(change));
+    const Member from(before(change)), to(after(change));
     members.begin();
     members.add(from.name);
     members.add("{\"from\":");

@@ -1,37 +1,32 @@
 #include "command/DiffRoutes.h"
 
-#include <optional>
-
 namespace command {
 
 namespace {
 
-/// The walk over one of the listings; over nothing without a sorter.
+/// The walk over one of the listings.
 template <class Family>
-class Side {
+class Walk {
  public:
-  using Sorter = Rova::Sorter<Family>;
-
-  explicit Side(const Lumo::Ptr<Sorter>& sorter) {
-    if (!sorter) return;
-    entries_.emplace(*sorter, scrivo::modelFormat);
-    at_ = sorter->sortedRouteMap().begin();
-    end_ = sorter->sortedRouteMap().end();
+  explicit Walk(const DiffSide<Family>& side) : side_(side) {
+    if (!side.sorter()) return;
+    at_ = side.sorter()->sortedRouteMap().begin();
+    end_ = side.sorter()->sortedRouteMap().end();
   }
 
   bool isOver() const { return at_ == end_; }
-  /// Whether the listing is at a route that the other one does not have.
-  bool isAheadOf(const Side& other) const {
+  /// Whether it is at a route that the other listing does not have.
+  bool isAheadOf(const Walk& other) const {
     return !isOver() && (other.isOver() || at_->first < other.at_->first);
   }
   const typename Family::Route& route() const { return at_->second; }
-  std::string_view entry() { return entries_->entry(route()); }
+  std::string_view entry() const { return side_.model().entry(route()); }
   void next() { ++at_; }
 
  private:
-  using Place = decltype(std::declval<const Sorter&>().sortedRouteMap().begin());
+  using Place = decltype(std::declval<const Rova::Sorter<Family>&>().sortedRouteMap().begin());
 
-  std::optional<Rova::RouteEntries<Family>> entries_;
+  const DiffSide<Family>& side_;
   Place at_{}, end_{};
 };
 
@@ -41,11 +36,30 @@ bool differ(std::string_view from, std::string_view to, const IgnoredFields& ign
   return ignored.without(from) != ignored.without(to);
 }
 
-} // namespace
+/// Whether one of the listings has the form for IPv6 next hops.
+template <class Family>
+bool isWide(const RouteDifference<Family>& difference) {
+  const auto isSideWide = [](const DiffSide<Family>& side) {
+    if constexpr (Family::remembersV6Nexthops)
+      return side.sorter() && side.sorter()->hasV6Nexthop();
+    return true;
+  };
+  return isSideWide(difference.from) || isSideWide(difference.to);
+}
 
 template <class Family>
-void findChanges(RouteDifference<Family>& difference, const IgnoredFields& ignored) {
-  Side<Family> from(difference.from), to(difference.to);
+void wideIs(const RouteDifference<Family>& difference, bool isWide) {
+  if constexpr (Family::remembersV6Nexthops) {
+    for (const auto* side : {&difference.from, &difference.to}) {
+      if (side->sorter()) side->sorter()->hasV6NexthopIs(isWide);
+    }
+  }
+}
+
+template <class Family>
+void compare(RouteDifference<Family>& difference, const IgnoredFields& ignored) {
+  difference.changes.clear();
+  Walk<Family> from(difference.from), to(difference.to);
   while (!from.isOver() || !to.isOver()) {
     const bool inFrom = !to.isAheadOf(from), inTo = !from.isAheadOf(to);
     const auto before = inFrom ? from.entry() : std::string_view();
@@ -57,6 +71,19 @@ void findChanges(RouteDifference<Family>& difference, const IgnoredFields& ignor
     if (inFrom) from.next();
     if (inTo) to.next();
   }
+}
+
+} // namespace
+
+/// Again where an IPv6 next hop was found on the way, behind a tunnel.
+template <class Family>
+void findChanges(RouteDifference<Family>& difference, const IgnoredFields& ignored) {
+  bool wasWide;
+  do {
+    wasWide = isWide(difference);
+    wideIs(difference, wasWide);
+    compare(difference, ignored);
+  } while (isWide(difference) != wasWide);
 }
 
 template void findChanges(RouteDifference<Rova::Ip4Family>&, const IgnoredFields&);

@@ -4,9 +4,38 @@
 #include "command/DiffFields.h"
 #include "rova/CliSupport.h"
 
+#include <optional>
 #include <vector>
 
 namespace command {
+
+/// One of the listings: those routes of one VRF that were loaded, or none where there is no such
+/// VRF.
+template <class Family>
+class DiffSide {
+ public:
+  using Sorter = Rova::Sorter<Family>;
+  using Entries = Rova::RouteEntries<Family>;
+
+  /// `sorter` may be null.
+  explicit DiffSide(Lumo::Ptr<Sorter> sorter) : sorter_(std::move(sorter)) {
+    if (sorter_) model_ = entries(scrivo::modelFormat);
+  }
+
+  /// The loaded routes; null for none.
+  Sorter* sorter() const { return sorter_.ptr(); }
+  /// What the listing has for a route of it in JSON, the same each time: what a FEC shows can
+  /// change with the first look at it, so that all looks are those of one object.
+  Entries& model() const { return *model_; }
+  /// The same in a format, looked at anew; null for none.
+  std::unique_ptr<Entries> entries(unsigned format) const {
+    return sorter_ ? std::make_unique<Entries>(*sorter_, format) : nullptr;
+  }
+
+ private:
+  Lumo::Ptr<Sorter> sorter_;
+  std::unique_ptr<Entries> model_;
+};
 
 /// A route that two listings show differently; null where one does not show it.
 template <class Family>
@@ -16,15 +45,16 @@ struct RouteChange {
 };
 
 /// The listings of one VRF before and after, and the routes that they show differently, in the
-/// order of the listings. A VRF that is not there has no sorter.
+/// order of the listings.
 template <class Family>
 struct RouteDifference {
-  Lumo::Ptr<Rova::Sorter<Family>> from, to;
+  DiffSide<Family> from, to;
   std::vector<RouteChange<Family>> changes = {};
 };
 
-/// Finds the changes between the loaded sorters. What is compared is what a listing shows, in JSON,
-/// which numbers of the state behind it are no part of.
+/// Finds the changes between two listings. What is compared is what they show, in JSON, which
+/// numbers of the state behind it are no part of. Where one of them has the form for IPv6 next
+/// hops, the other one gets it too: it differs in what JSON has of some routes.
 template <class Family>
 void findChanges(RouteDifference<Family>& difference, const IgnoredFields& ignored);
 

@@ -11,7 +11,8 @@ DOCUMENTS = ["docs/guide.md", "docs/python.md", "README.md"]
 BLOCK = re.compile(r"^```console\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 PROMPT = "$ rova "
 # Only states of the scenarios, and what needs no state, are the same on every machine.
-STARTS = (PROMPT + "--state tests/scenarios/", PROMPT + "types", PROMPT + "help")
+STARTS = (PROMPT + "--state tests/scenarios/", PROMPT + "diff tests/scenarios/", PROMPT + "types",
+          PROMPT + "help")
 
 
 def examples(document):
