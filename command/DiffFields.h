@@ -16,10 +16,11 @@ class IgnoredFields {
   /// The entry of a route, `"PREFIX":{...}` as a listing prints it, without all that stands under
   /// the keys of these fields.
   std::string without(std::string_view entry) const;
+  /// Whether what stands under a key is left out.
+  bool has(std::string_view key) const;
 
  private:
   void add(std::string_view name);
-  bool has(std::string_view key) const;
 
   std::vector<std::string_view> keys_;
 };

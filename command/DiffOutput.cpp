@@ -25,11 +25,9 @@ void printLines(scrivo::Printer& out, const char* sign, std::string_view lines) 
 template <class Family>
 void printText(const RouteDifference<Family>& difference) {
   scrivo::Printer out(STDOUT_FILENO, scrivo::textFormat);
-  const auto before = difference.from.entries(scrivo::textFormat);
-  const auto after = difference.to.entries(scrivo::textFormat);
   for (const auto& change : difference.changes) {
-    if (change.from) printLines(out, "-", before->entry(*change.from));
-    if (change.to) printLines(out, "+", after->entry(*change.to));
+    if (change.from) printLines(out, "-", difference.from.text().entry(*change.from));
+    if (change.to) printLines(out, "+", difference.to.text().entry(*change.to));
   }
   out.close();
 }

@@ -21,6 +21,10 @@ class Walk {
   }
   const typename Family::Route& route() const { return at_->second; }
   std::string_view entry() const { return side_.model().entry(route()); }
+  std::string_view text() const { return side_.text().entry(route()); }
+  bool hasPolicies() const {
+    return side_.sorter() && !side_.sorter()->srTePolicyStatus()->fecIdToPolicyKey.empty();
+  }
   void next() { ++at_; }
 
  private:
@@ -29,6 +33,8 @@ class Walk {
   const DiffSide<Family>& side_;
   Place at_{}, end_{};
 };
+
+constexpr std::string_view policies = "srTePolicy";
 
 bool differ(std::string_view from, std::string_view to, const IgnoredFields& ignored) {
   if (from == to) return false;
@@ -60,11 +66,13 @@ template <class Family>
 void compare(RouteDifference<Family>& difference, const IgnoredFields& ignored) {
   difference.changes.clear();
   Walk<Family> from(difference.from), to(difference.to);
+  const bool comparesLists = from.hasPolicies() && to.hasPolicies() && !ignored.has(policies);
   while (!from.isOver() || !to.isOver()) {
     const bool inFrom = !to.isAheadOf(from), inTo = !from.isAheadOf(to);
     const auto before = inFrom ? from.entry() : std::string_view();
     const auto after = inTo ? to.entry() : std::string_view();
-    if (differ(before, after, ignored)) {
+    const bool hasLists = comparesLists && before == after && before.find(policies) != before.npos;
+    if (differ(before, after, ignored) || (hasLists && from.text() != to.text())) {
       difference.changes.push_back(
           {before.empty() ? nullptr : &from.route(), after.empty() ? nullptr : &to.route()});
     }

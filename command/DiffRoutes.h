@@ -19,22 +19,21 @@ class DiffSide {
 
   /// `sorter` may be null.
   explicit DiffSide(Lumo::Ptr<Sorter> sorter) : sorter_(std::move(sorter)) {
-    if (sorter_) model_ = entries(scrivo::modelFormat);
+    if (!sorter_) return;
+    model_ = std::make_unique<Entries>(*sorter_, scrivo::modelFormat);
+    text_ = std::make_unique<Entries>(*sorter_, scrivo::textFormat);
   }
 
   /// The loaded routes; null for none.
   Sorter* sorter() const { return sorter_.ptr(); }
-  /// What the listing has for a route of it in JSON, the same each time: what a FEC shows can
-  /// change with the first look at it, so that all looks are those of one object.
+  /// What the listing has for a route of it, in JSON and as text: the same each time, where what a
+  /// FEC shows can change with the first look of another object at it.
   Entries& model() const { return *model_; }
-  /// The same in a format, looked at anew; null for none.
-  std::unique_ptr<Entries> entries(unsigned format) const {
-    return sorter_ ? std::make_unique<Entries>(*sorter_, format) : nullptr;
-  }
+  Entries& text() const { return *text_; }
 
  private:
   Lumo::Ptr<Sorter> sorter_;
-  std::unique_ptr<Entries> model_;
+  std::unique_ptr<Entries> model_, text_;
 };
 
 /// A route that two listings show differently; null where one does not show it.
@@ -53,8 +52,9 @@ struct RouteDifference {
 };
 
 /// Finds the changes between two listings. What is compared is what they show, in JSON, which
-/// numbers of the state behind it are no part of. Where one of them has the form for IPv6 next
-/// hops, the other one gets it too: it differs in what JSON has of some routes.
+/// numbers of the state behind it are no part of, and the segment lists of policies, which text
+/// alone shows. Where one of them has the form for IPv6 next hops, the other one gets it too: it
+/// differs in what JSON has of some routes.
 template <class Family>
 void findChanges(RouteDifference<Family>& difference, const IgnoredFields& ignored);
 

@@ -3,6 +3,7 @@
 
 import json
 import os
+import re
 import signal
 import subprocess
 import tempfile
@@ -221,6 +222,20 @@ class DiffTest(CommandTest):
             with self.subTest(words):
                 self.assertEqual(self.diff(BEFORE, AFTER, *words.split()),
                                  (1 if text else 0, text))
+
+    def test_segment_lists_that_text_alone_shows(self):
+        """A policy that three routes of each family go over gets another weight."""
+        policies = HERE / "sr-te-policies/snapshot.json"
+        state = json.loads(policies.read_text())
+        state["policyForwardingStatus"]["15.1"]["vias"][1]["weight"] += 1
+        changed = self.file("changed", state)
+        self.assertEqual(self.diff(policies, changed, "--stat"),
+                         (1, HEAD + "  IPv4: 0 added, 0 removed, 3 changed\n"
+                                    "  IPv6: 0 added, 0 removed, 3 changed\n"))
+        weights = re.findall(r"^([-+]).* weight ([45])$", self.diff(policies, changed, "10.1.0.0")[1],
+                             re.MULTILINE)
+        self.assertEqual(weights, [("-", "4"), ("+", "5")])
+        self.assertEqual(self.diff(policies, changed, "--ignore", "policy"), (0, ""))
 
     def test_both_sides_have_one_form(self):
         """An IPv4 listing has another one from the first IPv6 next hop on."""
