@@ -9,7 +9,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import CommandTest, rova
+from support import CommandTest, parse_json, rova, run_program
 
 NAME = f"rova-command-{os.getpid()}"
 STATE = f"kernel:{NAME}"
@@ -45,6 +45,17 @@ class KernelTest(CommandTest):
         cls.addClassCleanup(ip, "netns", "del", NAME)
         if ip("-n", NAME, "-batch", "-", input=SETUP).returncode:
             raise unittest.SkipTest("no veth interfaces here")
+
+    def test_diff_says_which_state_its_notes_are_of(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "saved.json"
+            rova("snapshot", "save", str(path), state=STATE)
+            result = run_program(["diff", path, STATE, "|", "json"])
+        self.assertEqual((result.returncode, result.stderr.decode()),
+                         (0, HIDDEN.replace("rova: ", f"rova: {STATE}: ")))
+        self.assertEqual(parse_json(result.stdout),
+                         {"from": {"source": str(path)}, "to": {"source": STATE, "state": NOTES},
+                          "vrfs": {}})
 
     def test_checks_look_at_the_kernels_addresses(self):
         refusals = {
