@@ -1,5 +1,7 @@
 #include "command/DiffRoutes.h"
 
+#include "command/AlikeRoutes.h"
+
 namespace command {
 
 namespace {
@@ -36,8 +38,8 @@ class Walk {
 
 constexpr std::string_view policies = "srTePolicy";
 
+/// Whether two entries that are not alike differ in what is not left out.
 bool differ(std::string_view from, std::string_view to, const IgnoredFields& ignored) {
-  if (from == to) return false;
   if (ignored.empty() || from.empty() || to.empty()) return true;
   return ignored.without(from) != ignored.without(to);
 }
@@ -62,24 +64,53 @@ void wideIs(const RouteDifference<Family>& difference, bool isWide) {
   }
 }
 
+/// One walk over both listings.
 template <class Family>
-void compare(RouteDifference<Family>& difference, const IgnoredFields& ignored) {
-  difference.changes.clear();
-  Walk<Family> from(difference.from), to(difference.to);
-  const bool comparesLists = from.hasPolicies() && to.hasPolicies() && !ignored.has(policies);
-  while (!from.isOver() || !to.isOver()) {
-    const bool inFrom = !to.isAheadOf(from), inTo = !from.isAheadOf(to);
-    const auto before = inFrom ? from.entry() : std::string_view();
-    const auto after = inTo ? to.entry() : std::string_view();
-    const bool hasLists = comparesLists && before == after && before.find(policies) != before.npos;
-    if (differ(before, after, ignored) || (hasLists && from.text() != to.text())) {
-      difference.changes.push_back(
-          {before.empty() ? nullptr : &from.route(), after.empty() ? nullptr : &to.route()});
+class Comparison {
+ public:
+  Comparison(RouteDifference<Family>& difference, const IgnoredFields& ignored)
+      : changes_(difference.changes),
+        ignored_(ignored),
+        from_(difference.from),
+        to_(difference.to),
+        alike_(difference.from.sorter(), difference.to.sorter()),
+        comparesLists_(from_.hasPolicies() && to_.hasPolicies() && !ignored.has(policies)) {}
+
+  void run() {
+    changes_.clear();
+    while (!from_.isOver() || !to_.isOver()) {
+      const bool inFrom = !to_.isAheadOf(from_), inTo = !from_.isAheadOf(to_);
+      if (inFrom && inTo) {
+        compareBoth();
+      } else if (inFrom) {
+        if (!from_.entry().empty()) changes_.push_back({&from_.route(), nullptr});
+      } else if (!to_.entry().empty()) {
+        changes_.push_back({nullptr, &to_.route()});
+      }
+      if (inFrom) from_.next();
+      if (inTo) to_.next();
     }
-    if (inFrom) from.next();
-    if (inTo) to.next();
   }
-}
+
+ private:
+  void compareBoth() {
+    const auto &from = from_.route(), &to = to_.route();
+    if (alike_.has(from, to)) return;
+    const auto before = from_.entry(), after = to_.entry();
+    const bool hasLists = comparesLists_ && before.find(policies) != before.npos;
+    if (before == after && (!hasLists || from_.text() == to_.text())) {
+      if (!before.empty()) alike_.enter(from, to);
+    } else if (before == after || differ(before, after, ignored_)) {
+      changes_.push_back({before.empty() ? nullptr : &from, after.empty() ? nullptr : &to});
+    }
+  }
+
+  std::vector<RouteChange<Family>>& changes_;
+  const IgnoredFields& ignored_;
+  Walk<Family> from_, to_;
+  AlikeRoutes<Family> alike_;
+  const bool comparesLists_;
+};
 
 } // namespace
 
@@ -90,7 +121,7 @@ void findChanges(RouteDifference<Family>& difference, const IgnoredFields& ignor
   do {
     wasWide = isWide(difference);
     wideIs(difference, wasWide);
-    compare(difference, ignored);
+    Comparison<Family>(difference, ignored).run();
   } while (isWide(difference) != wasWide);
 }
 

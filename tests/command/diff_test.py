@@ -237,6 +237,23 @@ class DiffTest(CommandTest):
         self.assertEqual(weights, [("-", "4"), ("+", "5")])
         self.assertEqual(self.diff(policies, changed, "--ignore", "policy"), (0, ""))
 
+    def test_routes_on_one_fec_are_told_apart(self):
+        """That one route on a FEC shows as before says little of the next one."""
+        changes = [{"metric": 3}, {"preference": 9}, {"type": "rip"}, {"srcVrfId": 1}]
+        vrf_changes = [{}, {"unprogrammedRouteStatus": ["10.2.0.0/16"]},
+                       {"kernelUnprogrammedRoute": ["10.2.0.0/16"]}]
+        for route, vrf in [*((change, {}) for change in changes), *(({}, v) for v in vrf_changes)]:
+            with self.subTest(route=route, vrf=vrf):
+                state = json.loads(BEFORE.read_text())
+                table = state["vrfs"]["default"]
+                table["routingStatus"]["10.2.0.0/16"] = {"type": "static", "fec": "0.1"}
+                before = self.file("one", state)
+                table["routingStatus"]["10.2.0.0/16"].update(route)
+                table.update(vrf)
+                shown = self.model(before, self.file("other", state))
+                self.assertEqual([*shown["default"]["ipv4"]["changed"]] if shown else [],
+                                 ["10.2.0.0/16"] if route or vrf else [])
+
     def test_both_sides_have_one_form(self):
         """An IPv4 listing has another one from the first IPv6 next hop on."""
         routes = {"10.0.0.0/24": {"type": "connected", "fec": "0.2"}}
