@@ -1,19 +1,13 @@
 // Two states are opened as one and the same query wants them, and compared a VRF and a family at a
-// time: no more routes are held than two listings hold.
+// time: no more routes are held than two listings hold. One state is loaded after the other, as the
+// library has one work at a time on shared entities (lumo/ActivityLock.h).
 #include "command/Diff.h"
 
 #include "command/DiffOutput.h"
-#include "command/InterfaceChoice.h"
-#include "command/Notes.h"
 #include "command/OpenRoutes.h"
 #include "command/Signals.h"
 #include "command/shell/Reported.h"
 #include "scrivo/Interrupt.h"
-#include "scrivo/Shown.h"
-#include "sources/Source.h"
-#include "state/NoSuch.h"
-
-#include <cstdio>
 
 namespace command {
 
@@ -32,30 +26,7 @@ struct DiffQuery {
       return ip6;
     }
   }
-};
-
-/// A state with its name.
-struct Source {
-  std::string name;
-  sources::State state;
-
-  std::string error(const std::string& message) const {
-    return sources::inputName(name) + ": " + message;
-  }
-};
-
-struct Sources {
-  Source from, to;
-
-  void hold() const { from.state.hold(), to.state.hold(); }
-  void release() const { from.state.release(), to.state.release(); }
-};
-
-/// A VRF of both states; null where there is none of its name.
-struct VrfPair {
-  std::string name;
-  const state::VrfState* from;
-  const state::VrfState* to;
+  const std::string& vrf() const { return ip4 ? ip4->vrf : ip6->vrf; }
 };
 
 template <class Family>
@@ -95,88 +66,31 @@ sources::Needs needsOf(const DiffQuery& query) {
   return needs;
 }
 
-/// Tells on standard error what is to be known of the state, each line with its name ahead.
-Source openSource(const std::string& name, const sources::Needs& needs) {
-  Source source{name, sources::open(name, needs)};
-  for (const auto& line : linesOf(source.state.notes, name)) {
-    const auto whole = line.starts_with(name + ": ") ? line : source.error(line);
-    std::fprintf(stderr, "rova: %s\n", scrivo::shown(whole).c_str());
-  }
-  return source;
-}
-
-Sources openSources(const grammar::Parsed& parsed, const DiffQuery& query) {
+DiffSources sourcesOf(const grammar::Parsed& parsed, const DiffQuery& query) {
   const auto from = parsed.text("from"), to = parsed.text("to");
   if (from == "-" && to == "-") {
     parsed.fail("to", "standard input can be one of the two states alone");
   }
-  return {openSource(from, needsOf(query)), openSource(to, needsOf(query))};
-}
-
-/// Those of the first state in its order, and then those that the second one has alone.
-std::vector<VrfPair> allVrfs(const Sources& sources) {
-  const auto& from = sources.from.state.device;
-  const auto& to = sources.to.state.device;
-  std::vector<VrfPair> pairs;
-  for (const auto& vrf : from.vrfs) {
-    const auto name = vrf.name.stringValue().str();
-    pairs.push_back({name, &vrf, to.vrf(name)});
-  }
-  for (const auto& vrf : to.vrfs) {
-    const auto name = vrf.name.stringValue().str();
-    if (!from.vrf(name)) pairs.push_back({name, nullptr, &vrf});
-  }
-  return pairs;
-}
-
-std::vector<VrfPair> chosenVrfs(const Sources& sources, const std::string& name) {
-  if (name == "all") return allVrfs(sources);
-  const auto& [from, to] = sources;
-  const VrfPair pair{name, from.state.device.vrf(name), to.state.device.vrf(name)};
-  if (pair.from || pair.to) return {pair};
-  throw sources::SourceError(from.error(state::noSuchVrf(from.state.device, name)) + "; " +
-                             to.error(state::noSuchVrf(to.state.device, name)));
-}
-
-/// It is enough that one of the states names it.
-void requireInterface(const Sources& sources, const std::string& name, Options options) {
-  const auto known = interfaceNames(sources.to.state.device);
-  if (std::find(known.begin(), known.end(), name) != known.end()) return;
-  options.state = sources.from.name;
-  command::requireInterface(sources.from.state.device, name, options);
-}
-
-template <class Family>
-RouteDifference<Family> differenceOf(const Sources& sources, const VrfPair& vrf,
-                                     const QueryOf<Family>& query, const Options& options,
-                                     const IgnoredFields& ignored) {
-  const auto open = [&](const Source& source, const state::VrfState* own) {
-    return DiffSide<Family>(own ? openRoutes<Family>(source.state.device, *own, query, options)
-                                : Lumo::Ptr<Rova::Sorter<Family>>());
-  };
-  sources.hold();
-  RouteDifference<Family> difference{open(sources.from, vrf.from), open(sources.to, vrf.to)};
-  findChanges(difference, ignored);
-  sources.release();
-  return difference;
+  auto sources = openSources(from, to, needsOf(query));
+  if (parsed.has("interface")) requireInterface(sources, parsed.text("interface"));
+  return sources;
 }
 
 /// The comparison of two opened states.
 class Diff {
  public:
-  Diff(const Sources& sources, const DiffQuery& query, const Options& options,
-       const IgnoredFields& ignored)
+  Diff(const DiffSources& sources, const DiffQuery& query, const IgnoredFields& ignored,
+       const Options& options)
       : sources_(sources),
         query_(query),
-        options_(options),
         ignored_(ignored),
+        options_(options),
         output_(options.format, options.counts) {}
 
   /// `differs` is set as soon as that is known: a reader may go away behind it.
-  void print(const std::vector<VrfPair>& vrfs, bool& differs) {
-    output_.startWith(sources_.from.name, sources_.from.state.notes, sources_.to.name,
-                      sources_.to.state.notes);
-    for (const auto& vrf : vrfs) {
+  void print(bool& differs) {
+    output_.startWith(sources_);
+    for (const auto& vrf : chosenVrfs(sources_, query_.vrf())) {
       compare<Rova::Ip4Family>(vrf, differs);
       compare<Rova::Ip6Family>(vrf, differs);
     }
@@ -185,10 +99,26 @@ class Diff {
 
  private:
   template <class Family>
+  DiffSide<Family> side(const NamedState& named, const state::VrfState* vrf) const {
+    if (!vrf) return DiffSide<Family>({});
+    return DiffSide<Family>(
+        openRoutes<Family>(named.state.device, *vrf, *query_.of<Family>(), options_));
+  }
+
+  template <class Family>
+  RouteDifference<Family> differenceOf(const VrfPair& vrf) const {
+    sources_.hold();
+    RouteDifference<Family> difference{side<Family>(sources_.from, vrf.from),
+                                       side<Family>(sources_.to, vrf.to)};
+    findChanges(difference, ignored_);
+    sources_.release();
+    return difference;
+  }
+
+  template <class Family>
   void compare(const VrfPair& vrf, bool& differs) {
-    const auto& query = query_.of<Family>();
-    if (!query) return;
-    const auto difference = differenceOf<Family>(sources_, vrf, *query, options_, ignored_);
+    if (!query_.of<Family>()) return;
+    const auto difference = differenceOf<Family>(vrf);
     if (difference.changes.empty()) return;
     differs = true;
     const RenderScope scope;
@@ -200,20 +130,18 @@ class Diff {
     }
   }
 
-  const Sources& sources_;
+  const DiffSources& sources_;
   const DiffQuery& query_;
-  const Options& options_;
   const IgnoredFields& ignored_;
+  const Options& options_;
   DiffOutput output_;
 };
 
-void compare(const grammar::Parsed& parsed, const Options& options, bool& differs) {
+void printDifferences(const grammar::Parsed& parsed, const Options& options, bool& differs) {
   const auto query = queryOf(parsed);
   const IgnoredFields ignored(options.ignored);
-  const auto sources = openSources(parsed, query);
-  if (parsed.has("interface")) requireInterface(sources, parsed.text("interface"), options);
-  const auto vrfs = chosenVrfs(sources, query.ip4 ? query.ip4->vrf : query.ip6->vrf);
-  Diff(sources, query, options, ignored).print(vrfs, differs);
+  const auto sources = sourcesOf(parsed, query);
+  Diff(sources, query, ignored, options).print(differs);
 }
 
 } // namespace
@@ -221,7 +149,7 @@ void compare(const grammar::Parsed& parsed, const Options& options, bool& differ
 ExitStatus diffRoutes(const grammar::Parsed& parsed, const Options& options) {
   bool differs = false;
   const auto status = shell::reported([&] {
-    compare(parsed, options, differs);
+    printDifferences(parsed, options, differs);
     return success;
   });
   if (status == failure) return trouble;

@@ -97,21 +97,19 @@ void printModel(scrivo::Printer& frame, const RouteDifference<Family>& differenc
 DiffOutput::DiffOutput(OutputFormat format, bool countsAlone)
     : frame_(STDOUT_FILENO, format), countsAlone_(countsAlone) {}
 
-void DiffOutput::startWith(const std::string& from, const sources::Notes& fromNotes,
-                           const std::string& to, const sources::Notes& toNotes) {
+void DiffOutput::startWith(const DiffSources& sources) {
   frame_.start();
-  sourceIs("from", from, fromNotes);
-  sourceIs("to", to, toNotes);
+  addSource("from", sources.from);
+  addSource("to", sources.to);
   frame_.startDict("vrfs");
 }
 
-void DiffOutput::sourceIs(const char* name, const std::string& source,
-                          const sources::Notes& notes) {
+void DiffOutput::addSource(const char* name, const NamedState& source) {
   scrivo::StringAttrInfo sourceName(frame_, "source");
-  sourceName.setValue(source);
+  sourceName.setValue(Lumo::String(source.name));
   frame_.startSubmodel(name);
   frame_.addAttributes("", 1, sourceName.getArg());
-  printNotes(frame_, notes);
+  printNotes(frame_, source.state.notes);
   frame_.endSubmodel();
 }
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "command/DiffRoutes.h"
+#include "command/DiffSources.h"
 #include "command/Options.h"
-#include "sources/State.h"
 
 #include <optional>
 #include <string>
@@ -15,9 +15,8 @@ class DiffOutput {
  public:
   DiffOutput(OutputFormat format, bool countsAlone);
 
-  /// Tells of the sources by their names, `from` then `to`, ahead of all routes.
-  void startWith(const std::string& from, const sources::Notes& fromNotes, const std::string& to,
-                 const sources::Notes& toNotes);
+  /// Tells of the sources, ahead of all routes.
+  void startWith(const DiffSources& sources);
   /// Prints the difference of one VRF, if there is any. Those of the families of a VRF follow each
   /// other.
   template <class Family>
@@ -25,7 +24,7 @@ class DiffOutput {
   void end();
 
  private:
-  void sourceIs(const char* name, const std::string& source, const sources::Notes& notes);
+  void addSource(const char* name, const NamedState& source);
   void vrfIs(const std::string& name);
   void endVrf();
   template <class Family>
