@@ -46,8 +46,10 @@ class AlikeRoutes {
     const auto isAny = [](const auto& table) {
       return static_cast<bool>(typename std::remove_cvref_t<decltype(table)>::IteratorConst(table));
     };
-    const auto& status = sorter.unprogrammedRouteStatus();
-    return (status && isAny(status->unprogrammedRoute)) || kernelUnprogrammedRoutes(sorter);
+    const auto& hardware = sorter.unprogrammedRouteStatus();
+    const auto& kernel = sorter.kernelUnprogrammedRoute();
+    return (hardware && isAny(hardware->unprogrammedRoute)) ||
+           (kernel && isAny((*kernel).*Family::kernelErrors));
   }
 
   bool isSuited(const Route& from, const Route& to) const {

@@ -60,8 +60,9 @@ struct Case {
 
 TEST(Grammar, KnowsWhatMayComeNext) {
   const std::vector<Case> cases = {
-      {"", "show check clear static snapshot types help --state --format --help --version"},
-      {"--format json", "show check clear static snapshot types help --state --help --version"},
+      {"", "show diff check clear static snapshot types help --state --format --help --version"},
+      {"--format json",
+       "show diff check clear static snapshot types help --state --help --version"},
       {"show", "ip ipv6 nexthop-group running-config static state" + everywhere},
       {"cl st", "interface" + everywhere},
       {"sh ip ro",
@@ -103,6 +104,7 @@ TEST(Grammar, SaysNothingOfWhatCannotBe) {
 std::string sampleOf(Kind kind) {
   switch (kind) {
   case Kind::ip4Target:
+  case Kind::target:
     return "10.0.0.0/8";
   case Kind::ip6Target:
     return "2001:db8::/32";
@@ -165,6 +167,11 @@ TEST(Grammar, NamesOnlyPartsAndOptionsThatAreThere) {
       ASSERT_NE(option, nullptr) << command.path << ": " << name;
       EXPECT_EQ(option->scope, grammar::Scope::named) << name;
     }
+    if (command.refused.empty()) continue;
+    const auto* const refused = grammar::findOption(commandGrammar(), command.refused);
+    ASSERT_NE(refused, nullptr) << command.path;
+    EXPECT_EQ(refused->scope, grammar::Scope::all) << command.path;
+    EXPECT_FALSE(command.why.empty()) << command.path;
   }
 }
 
