@@ -31,6 +31,9 @@ constexpr const char* common[] = {
     "bytes integer not null)",
     "CREATE TABLE counter_snapshot(id integer primary key, packets integer not null, "
     "bytes integer not null)",
+    "CREATE TABLE change_log(seq integer primary key, time integer not null, what integer not "
+    "null, "
+    "family integer, vrf integer, last, rest integer, fec integer, name text)",
     "CREATE TABLE section(name text primary key, json text not null) without rowid",
     "CREATE TABLE route_list(vrf integer, family integer, agent text, routing integer, "
     "primary key(vrf, family, agent)) without rowid",
@@ -81,6 +84,11 @@ select (select name from vrf where id = route.vrf) as vrf, % as prefix,
   fec, datetime(since / 1000, 'unixepoch') as since, since as since_ms
 from route# as route)";
 
+/// The text of an IPv4 prefix.
+constexpr const char* ip4Prefix =
+    "printf('%d.%d.%d.%d/%d', last >> rest << rest >> 24, last >> rest << rest >> 16 & 255, "
+    "last >> rest << rest >> 8 & 255, last >> rest << rest & 255, 32 - rest)";
+
 /// What the views of a family differ in. SQL can write an IPv4 address; an IPv6 one stands there.
 struct FamilyViews {
   const char* name;
@@ -90,8 +98,7 @@ struct FamilyViews {
 };
 constexpr FamilyViews familyViews[] = {
     {"ip", "4", "printf('%d.%d.%d.%d', hop >> 24, hop >> 16 & 255, hop >> 8 & 255, hop & 255)",
-     "printf('%d.%d.%d.%d/%d', last >> rest << rest >> 24, last >> rest << rest >> 16 & 255, "
-     "last >> rest << rest >> 8 & 255, last >> rest << rest & 255, 32 - rest)"},
+     ip4Prefix},
     {"ipv6", "6", "hop", "prefix"},
 };
 
@@ -103,6 +110,16 @@ select * from ip_fec union all select * from ipv6_fec)",
 select (select name from vrf where id = entry.vrf) as vrf,
   (select name from interface where id = entry.interface) as interface, address, mac
 from (select * from neighbour4 union all select * from neighbour6) as entry)",
+    R"(CREATE VIEW change AS
+select seq, datetime(time / 1000, 'unixepoch') as time, time as time_ms,
+  case what when 1 then 'entered' when 2 then 'replaced' when 3 then 'removed'
+    when 4 then 'other' else 'everything' end as what,
+  (select name from vrf where id = entry.vrf) as vrf,
+  case family when 4 then (%)
+    when 6 then ifnull((select prefix from route6 as route where route.vrf = entry.vrf
+      and route.last = entry.last and route.rest = entry.rest),
+      'to ' || lower(hex(last)) || '/' || (128 - rest)) end as prefix, fec, name
+from change_log as entry)",
 };
 
 /// The text with words in the place of marks, which the words may have again.
@@ -130,7 +147,7 @@ std::vector<std::string> statements() {
       all.push_back(filled(view, {{'@', name}, {'#', digit}, {'$', hop}, {'%', prefix}}));
     }
   }
-  all.insert(all.end(), std::begin(sharedViews), std::end(sharedViews));
+  for (const char* const view : sharedViews) all.push_back(filled(view, {{'%', ip4Prefix}}));
   return all;
 }
 

@@ -214,13 +214,13 @@ TEST_F(DatabaseTest, IsNotOpenedWhenItIsNoWholeDatabaseOfThisVersion) {
   } cases[] = {
       {"pragma user_version = 0",
        ": written by version 0 of the state database, and this program "
-       "reads version 2: restart rova-agent, which starts the file anew"},
-      {"pragma user_version = 3", ": written by version 3 of the state database, and this program "
-                                  "reads version 2: update rova, or restart it if it was updated"},
+       "reads version 3: restart rova-agent, which starts the file anew"},
+      {"pragma user_version = 4", ": written by version 4 of the state database, and this program "
+                                  "reads version 3: update rova, or restart it if it was updated"},
       {"pragma application_id = 1", ": found another database, expected one of rova-agent"},
-      {"drop view ip_route", ": damaged: its tables are not those of version 2"},
+      {"drop view ip_route", ": damaged: its tables are not those of version 3"},
       {"drop view ip_route; create view ip_route as select 1",
-       ": damaged: its tables are not those of version 2"},
+       ": damaged: its tables are not those of version 3"},
       {"update vrf set id = -1 where name = 'red'",
        ": damaged: id: found -1, expected a number from 0 to 16777214"},
       {"update section set json = '{' where 0; insert into section values ('ipStatus', '{\"Et')",
