@@ -66,9 +66,14 @@ bool ChangeLog::counts() {
   return false;
 }
 
+/// Removes entries by their numbers.
+void ChangeLog::remove(const char* condition, std::int64_t seq) {
+  connection_.measure(); // the transaction may have made the file grow
+  Statement(connection_, std::string("delete from change_log where ") + condition).bind(seq).run();
+}
+
 void ChangeLog::tellEverything() {
-  Statement undo(connection_, "delete from change_log where seq >= ?");
-  undo.bind(first_).run();
+  remove("seq >= ?", first_);
   next_ = first_;
   numbered(other_, What::everything).bindNull().run();
   isTold_ = true;
@@ -101,10 +106,7 @@ void ChangeLog::other(std::string_view name) {
   if (counts()) numbered(other_, What::other).bindText(name).run();
 }
 
-void ChangeLog::trim() {
-  Statement remove(connection_, "delete from change_log where seq < ?");
-  remove.bind(next_ - keptChanges).run();
-}
+void ChangeLog::trim() { remove("seq < ?", next_ - keptChanges); }
 
 LogReader::LogReader(std::shared_ptr<Session> session) : session_(std::move(session)) {}
 

@@ -76,6 +76,7 @@ class ChangeLog {
   Statement& numbered(Statement& statement, What what);
   bool counts();
   void tellEverything();
+  void remove(const char* condition, std::int64_t seq);
 
   Connection& connection_;
   const std::int64_t now_;

@@ -263,6 +263,88 @@ TEST_F(DatabaseTest, HasOneWriterAtATime) {
   save(someState);
 }
 
+/// The entries behind a number, as "WHAT KEY".
+std::vector<std::string> logged(const std::string& path, std::int64_t seq) {
+  const auto session = std::make_shared<database::Session>(path, database::Access::read);
+  std::vector<std::string> lines;
+  database::LogReader(session).read(seq, [&](const database::LoggedChange& change) {
+    EXPECT_EQ(change.seq, ++seq);
+    const auto vrf = " " + std::to_string(change.vrf.value()) + " ";
+    lines.push_back(std::to_string(static_cast<int>(change.what)) + " " + change.name);
+    if (change.family == 4) lines.back() += vrf + change.prefix.stringValue().str();
+    if (change.family == 6) lines.back() += vrf + change.prefix6.stringValue().str();
+    if (!change.fec.isNull()) lines.back() += std::to_string(change.fec.value());
+  });
+  return lines;
+}
+
+std::int64_t lastLogged(const std::string& path) {
+  const auto session = std::make_shared<database::Session>(path, database::Access::read);
+  return database::LogReader(session).range().last;
+}
+
+TEST_F(DatabaseTest, ItsLogTellsWhatChanges) {
+  using Lines = std::vector<std::string>;
+  database::Facts ofAgent;
+  ofAgent.agent = 1;
+  database::Writer writer(path, database::Log::kept);
+  writer.replace(deviceOf(someState), ofAgent);
+  auto seq = lastLogged(path);
+  EXPECT_EQ(number("select count(*) from change_log"), "1");
+  EXPECT_EQ(logged(path, seq - 1), Lines{"5 "}) << "a first load is one change";
+  const struct {
+    const char* from;
+    const char* to;
+    Lines expected;
+  } cases[] = {
+      {"", "", {}},
+      {"\"metric\": 5", "\"metric\": 6", {"2  0 10.0.0.0/8"}},
+      {"\"10.1.0.0/16\": {", "\"10.2.0.0/16\": {", {"3  0 10.1.0.0/16", "1  0 10.2.0.0/16"}},
+      {"\"2001:db8::/32\"", "\"2001:db9::/32\"", {"3  0 2001:db8::/32", "1  0 2001:db9::/32"}},
+      {"10.0.0.2\", \"interface\": \"uplink\"", "10.0.0.3\", \"interface\": \"uplink\"", {"2 1"}},
+      {"\"10.9.9.9\"", "\"10.9.9.7\"", {"4 static_route"}},
+      {"\"id\": 7", "\"id\": 8", {"4 vrf", "1  8 10.0.0.0/8"}},
+  };
+  std::string text = someState;
+  for (const auto& [from, to, expected] : cases) {
+    text = replaced(text, from, to);
+    writer.replace(deviceOf(text), ofAgent);
+    auto lines = logged(path, seq);
+    std::ranges::sort(lines);
+    auto wanted = expected;
+    std::ranges::sort(wanted);
+    EXPECT_EQ(lines, wanted) << to;
+    seq = lastLogged(path);
+  }
+  save(someState);
+  EXPECT_EQ(logged(path, seq), Lines{"5 "}) << "a snapshot comes in as a whole";
+}
+
+TEST_F(DatabaseTest, ItsLogIsBounded) {
+  using database::ChangeLog;
+  using database::What;
+  database::Writer writer(path, database::Log::kept);
+  const auto write = [&](std::int64_t count) {
+    ChangeLog log(writer.connection());
+    for (std::int64_t i = 0; i < count; ++i) {
+      log.route(What::entered, 0, Kesh::pfx(static_cast<std::uint32_t>(i), 32));
+    }
+    log.trim();
+  };
+  const auto entries = [&] {
+    return writer.connection().number("select count(*) from change_log");
+  };
+  writer.connection().execute("begin");
+  write(ChangeLog::mostAtOnce + 5);
+  EXPECT_EQ(entries(), 1) << "too many at once are everything";
+  for (int i = 0; i < 6; ++i) write(ChangeLog::mostAtOnce);
+  EXPECT_EQ(entries(), ChangeLog::keptChanges);
+  EXPECT_EQ(writer.connection().number("select max(seq) - min(seq) from change_log"),
+            ChangeLog::keptChanges - 1);
+  writer.connection().execute("commit");
+  EXPECT_LT(writer.connection().number("pragma page_count") * 4096, 50 * ChangeLog::keptChanges);
+}
+
 /// Bytes that are turned over, cut off, moved or put in the place of others.
 std::string damaged(std::string bytes, unsigned seed) {
   srand(seed);
