@@ -19,6 +19,7 @@ struct Options {
   bool counters = false;
   std::string into; ///< where a changed snapshot goes; empty for its own file
   bool dryRun = false;
+  std::string from; ///< from where on to watch: "now", the number of a change, empty for a listing
   /// Seconds of the framework's clock at which the program began to work on the command.
   double startTime = 0;
 };

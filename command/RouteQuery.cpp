@@ -10,8 +10,8 @@ RouteQuery<Prefix> routeQuery(const grammar::Parsed& parsed) {
     query.prefix = target->prefix;
     query.typedMask = target->typedMask;
   }
-  query.host = parsed.has("host");
-  query.summary = parsed.has("summary");
+  query.host = parsed.command().has("host") && parsed.has("host");
+  query.summary = parsed.command().has("summary") && parsed.has("summary");
   query.longerPrefixes = parsed.has("longer-prefixes");
   query.detail = parsed.has("detail");
   query.protocol = parsed.text("protocol");

@@ -2,43 +2,15 @@
 
 #include "command/InterfaceChoice.h"
 #include "command/OpenState.h"
-#include "command/RouteQuery.h"
+#include "command/QuerySorter.h"
 #include "command/ShowRouteSummary.h"
 #include "command/Signals.h"
 #include "command/VrfChoice.h"
-#include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
-
-#include <unistd.h>
 
 namespace command {
 
 namespace {
-
-template <class Family>
-using QueryOf = RouteQuery<typename Family::Prefix>;
-
-/// A loaded sorter of one VRF.
-template <class Family>
-auto openSorter(const state::DeviceState& device, const state::VrfState& vrf,
-                const QueryOf<Family>& query, const Options& options) {
-  Lumo::Ptr<const Interface::IntfStatus> intf;
-  if (query.interface) {
-    intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
-  }
-  return Rova::openSorter<Family>(device, vrf,
-                                  {.prefix = query.prefix,
-                                   .originalMask = query.typedMask,
-                                   .intfStatus = intf,
-                                   .intf = query.interface.has_value(),
-                                   .protocol = Lumo::String(query.protocol),
-                                   .detail = query.detail,
-                                   .longerPrefixes = query.longerPrefixes,
-                                   .host = query.host,
-                                   .fd = STDOUT_FILENO,
-                                   .quantify = options.timing ? options.startTime : 0.0,
-                                   .degradeNhgModel = options.olderNexthopGroups});
-}
 
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
 ExitStatus endedEarly() {
@@ -72,22 +44,6 @@ bool showHostTable(scrivo::Printer& frame, const scrivo::StringAttrInfo& vrfName
   if (!sorter.printRoutes(STDOUT_FILENO, frame.format())) return false;
   frame.endSimpleDictEntry();
   return true;
-}
-
-/// What a listing looks at: neighbours are hosts of the host table and attached routes of a
-/// summary.
-template <class Family>
-sources::Needs needsOf(const QueryOf<Family>& query) {
-  sources::Needs needs;
-  needs.ip4 = std::is_same_v<Family, Rova::Ip4Family>;
-  needs.ip6 = !needs.ip4;
-  needs.neighbours = query.host || query.summary;
-  // Whether an interface is there is asked of all that could name it.
-  needs.configured = needs.addressConfig = query.interface.has_value();
-  needs.descriptions = query.detail || query.interface.has_value();
-  needs.nexthopGroups = false;
-  needs.vrf = query.vrf;
-  return needs;
 }
 
 template <class Family>

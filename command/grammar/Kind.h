@@ -32,7 +32,8 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
-  text, ///< any words, to be looked for in lines
+  logPlace, ///< a number of the log of changes, or its end
+  text,     ///< any words, to be looked for in lines
 };
 
 /// A word that can stand for an argument.
