@@ -261,8 +261,7 @@ void Watch<Family>::forEachShown(const state::VrfState& vrf, Visit&& visit) {
 
 template <class Family>
 void Watch<Family>::listVrf(const state::VrfState& vrf) {
-  const auto legend = Rova::legendOf(typename Family::RouteType{});
-  lines_.beginListing(told_, vrf.name.stringValue().str(), legend.view());
+  lines_.beginListing(told_, vrf.name.stringValue().str());
   forEachShown(vrf, [&](auto& watched, const Prefix& prefix, std::string_view entry) {
     watched.shown.bringIn(prefix, entry);
     lines_.listed(entry);

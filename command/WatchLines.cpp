@@ -45,10 +45,9 @@ void WatchLines::begin(const Stamp& stamp) {
       "{\"seq\":" + std::to_string(stamp.seq) + ",\"time\":\"" + preciseTime(stamp.time) + "\"";
 }
 
-void WatchLines::beginListing(const Stamp& stamp, const std::string& vrf, std::string_view legend) {
+void WatchLines::beginListing(const Stamp& stamp, const std::string& vrf) {
   if (isText()) {
     text_ += "VRF: " + scrivo::shown(vrf) + "\n";
-    text_.append(legend).append("\n");
     vrf_ = vrf;
     return;
   }

@@ -1,7 +1,7 @@
 // The lines of a watcher: listings, and what changes in them. Text is for people; of JSON each line
 // is an object.
 //
-//   lines.beginListing({seq, time}, "default", legend);
+//   lines.beginListing({seq, time}, "default");
 //   lines.listed(entry);
 //   lines.endListing();
 //   lines.change({seq, time}, "default", Op::changed, "10.0.0.0/8", entry);
@@ -22,7 +22,7 @@ class WatchLines {
  public:
   explicit WatchLines(OutputFormat format);
 
-  void beginListing(const Stamp& stamp, const std::string& vrf, std::string_view legend);
+  void beginListing(const Stamp& stamp, const std::string& vrf);
   void listed(std::string_view entry);
   void endListing();
 

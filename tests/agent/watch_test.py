@@ -334,6 +334,39 @@ class KernelTest(Watched):
         self.assertEqual(watcher.told(), f'rova: network namespace "{self.netns.name}" is gone\n')
 
 
+@unittest.skipUnless(RATE, "ROVA_WATCH_RATE is not set")
+class RateTest(unittest.TestCase):
+    """A writer without a kernel, which changes routes as fast as it is asked to."""
+
+    def test_changes_at_a_rate(self):
+        seconds = int(os.environ.get("ROVA_WATCH_SECONDS", 10))
+        with tempfile.TemporaryDirectory() as folder:
+            file = f"{folder}/state.db"
+            writer = subprocess.Popen(
+                [Path(ROVA).with_name("test_sources"), "--gtest_filter=FastWriter.*"], text=True,
+                stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                env={**os.environ, "ROVA_FAST_WRITER": f"{file} {RATE} {seconds}"})
+            while writer.stdout.readline() != "ready\n":
+                self.assertIsNone(writer.poll())
+            watcher = Watcher(file, "ip route", "--older-nexthop-groups")
+            while watcher.copy.seq is None:
+                time.sleep(0.05)
+            begin = time.monotonic()
+            out, _ = writer.communicate("\n")
+            written = time.monotonic() - begin
+            expected = listing(file, "ip route")
+            while watcher.copy.routes() != expected and time.monotonic() < begin + seconds + PATIENCE:
+                time.sleep(0.05)
+            behind = time.monotonic() - begin - written
+            usage = Path(f"/proc/{watcher.process.pid}/schedstat").read_text(encoding="ascii").split()[0]
+            print(f"{out.splitlines()[0]}; {written:.2f} s; behind the end {behind:.2f} s; "
+                  f"{len(watcher.copy.ops)} lines; {int(usage) / 1e9:.2f} s of processor", file=sys.stderr)
+            self.assertEqual(watcher.copy.routes(), expected)
+            self.assertGreater(len(watcher.copy.ops), RATE)
+            self.assertEqual((watcher.end(), watcher.copy.gaps), (130, 0))
+            watcher.errors.close()
+
+
 class RefusalTest(unittest.TestCase):
     """What cannot be watched."""
 
