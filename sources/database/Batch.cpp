@@ -61,7 +61,7 @@ void Batch::section(const state::DeviceState& device, const char* name) {
 
 void Batch::commit(const Facts& facts) {
   writeFacts(connection_, facts);
-  log_.trim();
+  log_.finish();
   transaction_.commit();
 }
 

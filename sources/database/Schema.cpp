@@ -31,9 +31,8 @@ constexpr const char* common[] = {
     "bytes integer not null)",
     "CREATE TABLE counter_snapshot(id integer primary key, packets integer not null, "
     "bytes integer not null)",
-    "CREATE TABLE change_log(seq integer primary key, time integer not null, what integer not "
-    "null, "
-    "family integer, vrf integer, last, rest integer, fec integer, name text)",
+    "CREATE TABLE change_log(seq integer primary key, time integer not null, what integer, "
+    "fec integer, name text, family integer, vrf integer, keys blob)",
     "CREATE TABLE section(name text primary key, json text not null) without rowid",
     "CREATE TABLE route_list(vrf integer, family integer, agent text, routing integer, "
     "primary key(vrf, family, agent)) without rowid",
@@ -84,11 +83,6 @@ select (select name from vrf where id = route.vrf) as vrf, % as prefix,
   fec, datetime(since / 1000, 'unixepoch') as since, since as since_ms
 from route# as route)";
 
-/// The text of an IPv4 prefix.
-constexpr const char* ip4Prefix =
-    "printf('%d.%d.%d.%d/%d', last >> rest << rest >> 24, last >> rest << rest >> 16 & 255, "
-    "last >> rest << rest >> 8 & 255, last >> rest << rest & 255, 32 - rest)";
-
 /// What the views of a family differ in. SQL can write an IPv4 address; an IPv6 one stands there.
 struct FamilyViews {
   const char* name;
@@ -98,7 +92,8 @@ struct FamilyViews {
 };
 constexpr FamilyViews familyViews[] = {
     {"ip", "4", "printf('%d.%d.%d.%d', hop >> 24, hop >> 16 & 255, hop >> 8 & 255, hop & 255)",
-     ip4Prefix},
+     "printf('%d.%d.%d.%d/%d', last >> rest << rest >> 24, last >> rest << rest >> 16 & 255, "
+     "last >> rest << rest >> 8 & 255, last >> rest << rest & 255, 32 - rest)"},
     {"ipv6", "6", "hop", "prefix"},
 };
 
@@ -110,16 +105,23 @@ select * from ip_fec union all select * from ipv6_fec)",
 select (select name from vrf where id = entry.vrf) as vrf,
   (select name from interface where id = entry.interface) as interface, address, mac
 from (select * from neighbour4 union all select * from neighbour6) as entry)",
+    // A row may have the keys of hundreds of routes: see ChangeLog.cpp.
     R"(CREATE VIEW change AS
+with recursive place(i) as (select 0 union all select i + 1 from place where i < 400),
+row as (select *, case family when 4 then 6 when 6 then 18 end as size from change_log),
+entry as (
+  select seq, time, what, fec, name, family, vrf, null as key from row where size is null
+  union all
+  select seq - length(keys) / size + 1 + i, time,
+    cast(hex(substr(keys, i * size + 1, 1)) as integer), fec, name, family, vrf,
+    hex(substr(keys, i * size + 2, size - 1))
+  from row join place on i < length(keys) / size)
 select seq, datetime(time / 1000, 'unixepoch') as time, time as time_ms,
   case what when 1 then 'entered' when 2 then 'replaced' when 3 then 'removed'
     when 4 then 'other' else 'everything' end as what,
   (select name from vrf where id = entry.vrf) as vrf,
-  case family when 4 then (%)
-    when 6 then ifnull((select prefix from route6 as route where route.vrf = entry.vrf
-      and route.last = entry.last and route.rest = entry.rest),
-      'to ' || lower(hex(last)) || '/' || (128 - rest)) end as prefix, fec, name
-from change_log as entry)",
+  case family when 4 then @ when 6 then # end as prefix, fec, name
+from entry)",
 };
 
 /// The text with words in the place of marks, which the words may have again.
@@ -131,6 +133,30 @@ std::string filled(std::string_view text,
     word == words.end() ? out += c : out += word->second;
   }
   return out;
+}
+
+/// The byte at a place of a key, which is a text of hexadecimal digits, as a number.
+std::string byteAt(int place) {
+  const auto digit = [](int at) {
+    return "instr('123456789ABCDEF', substr(key, " + std::to_string(at) + ", 1))";
+  };
+  return "(" + digit(2 * place + 1) + " * 16 + " + digit(2 * place + 2) + ")";
+}
+
+/// The prefix of a key: its length, then its address.
+std::string ip4KeyText() {
+  std::string text = byteAt(1);
+  for (int place = 2; place <= 4; ++place) text += " || '.' || " + byteAt(place);
+  return text + " || '/' || " + byteAt(0);
+}
+
+std::string ip6KeyText() {
+  std::string text;
+  for (int place = 1; place < 17; place += 2) {
+    text += (place == 1 ? "lower(substr(key, " : " || ':' || lower(substr(key, ") +
+            std::to_string(2 * place + 1) + ", 4))";
+  }
+  return text + " || '/' || " + byteAt(0);
 }
 
 std::vector<std::string> statements() {
@@ -147,7 +173,9 @@ std::vector<std::string> statements() {
       all.push_back(filled(view, {{'@', name}, {'#', digit}, {'$', hop}, {'%', prefix}}));
     }
   }
-  for (const char* const view : sharedViews) all.push_back(filled(view, {{'%', ip4Prefix}}));
+  for (const char* const view : sharedViews) {
+    all.push_back(filled(view, {{'@', ip4KeyText()}, {'#', ip6KeyText()}}));
+  }
   return all;
 }
 

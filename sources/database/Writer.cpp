@@ -90,7 +90,7 @@ class Replacing {
     replaceInterfaces(connection, log_, interfaces_);
     replaceSections(connection, log_, device_);
     replaceStaticRoutes(connection, log_, device_);
-    log_.trim();
+    log_.finish();
     return changes_;
   }
 

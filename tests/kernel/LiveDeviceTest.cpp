@@ -39,13 +39,14 @@ class LiveDeviceTest : public FollowerTest {
     batch.commit({});
     return true;
   }
-  /// The rows of routes by "FAMILY VRF PREFIX".
+  /// The rows of routes by "VRF PREFIX".
   std::map<std::string, std::string> rows() {
     std::map<std::string, std::string> rows;
-    for (const std::string digit : {"4", "6"}) {
+    for (const std::string view : {"ip_route", "ipv6_route"}) {
       sources::database::Statement select(
-          writer.connection(), "select '" + digit + " ' || vrf || ' ' || hex(last) || rest, " +
-                                   "fec || ' ' || type || ' ' || metric from route" + digit);
+          writer.connection(), "select (select id from vrf where name = r.vrf) || ' ' || prefix, "
+                               "fec || ' ' || type || ' ' || metric from " +
+                                   view + " r");
       while (select.step()) {
         const std::string key(select.text("key"));
         rows[key] = select.text("route");
@@ -67,11 +68,15 @@ class LiveDeviceTest : public FollowerTest {
       if (old == before.end()) tell("1 ", key);
       if (old != before.end() && old->second != route) tell("2 ", key);
     }
-    sources::database::Statement select(
-        writer.connection(), "select what || ' ' || family || ' ' || vrf || ' ' || hex(last) || "
-                             "rest from change_log where family is not null and seq > ?");
-    select.bind(seq);
-    while (select.step()) logged.emplace(select.text("key"));
+    using namespace sources::database;
+    LogReader reader(std::make_shared<Session>(path, Access::read));
+    reader.read(seq, [&](const LoggedChange& change) {
+      if (change.family == 0) return;
+      const auto prefix =
+          change.family == 4 ? change.prefix.stringValue() : change.prefix6.stringValue();
+      logged.insert(std::to_string(static_cast<int>(change.what)) + " " +
+                    std::to_string(change.vrf.value()) + " " + prefix.str());
+    });
     EXPECT_EQ(logged, changed) << hint;
   }
   std::int64_t lastLogged() {
