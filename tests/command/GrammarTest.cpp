@@ -60,8 +60,9 @@ struct Case {
 
 TEST(Grammar, KnowsWhatMayComeNext) {
   const std::vector<Case> cases = {
-      {"", "show check clear static snapshot types help --state --format --help --version"},
-      {"--format json", "show check clear static snapshot types help --state --help --version"},
+      {"", "show check clear static watch snapshot types help --state --format --help --version"},
+      {"--format json",
+       "show check clear static watch snapshot types help --state --help --version"},
       {"show", "ip ipv6 nexthop-group running-config static state" + everywhere},
       {"cl st", "interface" + everywhere},
       {"sh ip ro",
