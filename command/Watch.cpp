@@ -23,6 +23,9 @@ namespace {
 
 using Vrf::VrfIdMap::VrfId;
 
+/// The number of lines from which nobody can go on: there are listings to come.
+constexpr std::int64_t fromNowhere = 0;
+
 template <class Family>
 class Watch {
  public:
@@ -74,7 +77,7 @@ class Watch {
 
   template <class Visit>
   void forEachShown(const state::VrfState& vrf, Visit&& visit);
-  void listVrf(const state::VrfState& vrf);
+  void listVrf(const state::VrfState& vrf, const Stamp& stamp);
   void learnVrf(const state::VrfState& vrf);
   void assume(const Candidates& candidates);
   void follow(const Candidates& candidates, const Log& log, const Stamp& now);
@@ -136,7 +139,7 @@ template <class Family>
 bool Watch<Family>::resume() {
   const Stamp now = logEnd();
   const Log log = readLog();
-  if (log.touchesAll()) return false;
+  if (log.touchesAll() || !knowsVrfs(log)) return false;
   const Candidates some = candidates(log);
   for (const auto* vrf : vrfs()) learnVrf(*vrf);
   source_.state().release();
@@ -174,14 +177,17 @@ void Watch<Family>::toldUpTo(const Stamp& stamp) {
 template <class Family>
 void Watch<Family>::lose(const std::string& reason) {
   told_ = logEnd();
-  lines_.gap(told_, reason);
+  lines_.gap({fromNowhere, told_.time}, reason);
   list();
 }
 
 template <class Family>
 void Watch<Family>::list() {
   watched_.clear();
-  for (const auto* vrf : vrfs()) listVrf(*vrf);
+  const auto all = vrfs();
+  for (const auto* vrf : all) {
+    listVrf(*vrf, {vrf == all.back() ? told_.seq : fromNowhere, told_.time});
+  }
   source_.state().release();
   lines_.write();
 }
@@ -193,11 +199,12 @@ auto Watch<Family>::readLog() -> Log {
   return log;
 }
 
-/// A table without routes of the family is no VRF of a listing of all: with its first one it is.
+/// A table without routes of the family is no VRF of a listing of all: with its first one it is,
+/// and behind the last one it was.
 template <class Family>
 bool Watch<Family>::knowsVrfs(const Log& log) const {
   if (query_.vrf != "all") return true;
-  const auto isKnown = [&](const auto& vrf) { return watched_.contains(vrf.first); };
+  const auto isKnown = [ids = vrfIds()](const auto& vrf) { return ids.contains(vrf.first); };
   return std::ranges::all_of(log.routes(), isKnown);
 }
 
@@ -260,8 +267,8 @@ void Watch<Family>::forEachShown(const state::VrfState& vrf, Visit&& visit) {
 }
 
 template <class Family>
-void Watch<Family>::listVrf(const state::VrfState& vrf) {
-  lines_.beginListing(told_, vrf.name.stringValue().str());
+void Watch<Family>::listVrf(const state::VrfState& vrf, const Stamp& stamp) {
+  lines_.beginListing(stamp, vrf.name.stringValue().str());
   forEachShown(vrf, [&](auto& watched, const Prefix& prefix, std::string_view entry) {
     watched.shown.bringIn(prefix, entry);
     lines_.listed(entry);

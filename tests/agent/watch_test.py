@@ -129,7 +129,8 @@ class Watched(AgentTest):
             expected = listing(self.kernel(), watcher.query)
             while watcher.copy.routes() != expected and time.monotonic() < end:
                 time.sleep(0.02)
-            self.assertEqual(watcher.copy.routes(), expected, f"{watcher.query}; {HINT}; {watcher.told()}")
+            self.assertEqual(lines_of(watcher.copy.routes()) ^ lines_of(expected), set(),
+                             f"{watcher.query}; {HINT}; {watcher.told()}")
 
     def wait_for_listing(self, *watchers):
         for watcher in watchers:
@@ -138,6 +139,10 @@ class Watched(AgentTest):
     def routes(self, first, count, hop="10.1.0.2 dev eth1", verb="replace"):
         self.netns.batch([f"route {verb} 30.{first}.{i >> 8}.{i & 255}/32 via {hop} proto bgp"
                           for i in range(count)])
+
+
+def lines_of(vrfs):
+    return {f"{vrf} {prefix} {route}" for vrf, routes in vrfs.items() for prefix, route in routes.items()}
 
 
 class WatchTest(Watched):
