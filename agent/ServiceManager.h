@@ -14,6 +14,8 @@ class ServiceManager {
   /// Reads the environment. A socket whose name is abstract ("@...") belongs to a network
   /// namespace: the object is made in that of the service manager.
   ServiceManager();
+  /// One that is connected already.
+  explicit ServiceManager(sources::snapshot::Descriptor socket) : socket_(std::move(socket)) {}
 
   /// Told once, however often it is called.
   void ready() {

@@ -47,6 +47,12 @@ void Store::open() {
 }
 
 bool Store::attempt(const std::function<void(Writer&)>& write) {
+  const bool isDone = tryTo(write);
+  if (isDone) lock_.beat();
+  return isDone;
+}
+
+bool Store::tryTo(const std::function<void(Writer&)>& write) {
   try {
     if (!writer_) open();
     write(*writer_);
@@ -92,7 +98,7 @@ bool Store::isInPlace() {
 void Store::checkpoint() {
   const Time now = steady_clock::now();
   if (!writer_ || now < checkpointAt_) return;
-  attempt([&](Writer& writer) {
+  tryTo([&](Writer& writer) {
     // Readers that did not end in time may do so in the next second.
     if (!writer.checkpoint()) checkpointAt_ = now + std::chrono::seconds(2);
   });

@@ -43,6 +43,7 @@ class Store {
   /// Calls `write`; false when that failed, and has been told. What it would have written lacks
   /// then: the next one has to write the whole state. Raises `SourceError` for a file that never
   /// was a database of ours.
+  /// Who waits for the change is woken.
   bool attempt(const std::function<void(sources::database::Writer&)>& write);
   /// When the next attempt is worth it; nothing unless the last one failed.
   const std::optional<Time>& retryAt() const { return retryAt_; }
@@ -53,6 +54,7 @@ class Store {
   void checkpoint();
 
  private:
+  bool tryTo(const std::function<void(sources::database::Writer&)>& write);
   void open();
   void failed(const std::string& what, bool damaged);
 

@@ -7,7 +7,9 @@ namespace {
 template <class Family>
 void writeRoutes(const sources::kernel::RouteChanges<Family>& changes,
                  sources::database::Batch& batch) {
-  for (const auto& [vrf, route] : changes.entered) batch.enter(vrf, route);
+  using sources::database::What;
+  for (const auto& [vrf, route] : changes.entered) batch.enter(vrf, route, What::entered);
+  for (const auto& [vrf, route] : changes.replaced) batch.enter(vrf, route, What::replaced);
   for (const auto& [vrf, prefix] : changes.removed) batch.remove(vrf, prefix);
   for (const auto& [vrf, route] : changes.configured) batch.configure(vrf, *route);
   for (const auto& [vrf, key] : changes.unconfigured) batch.unconfigure(vrf, key);

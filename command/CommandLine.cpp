@@ -36,6 +36,7 @@ Options optionsOf(const grammar::Arguments& arguments, double startTime) {
   options.olderNexthopGroups = arguments.find("--older-nexthop-groups");
   options.counters = arguments.find("--counters");
   if (const auto* const into = arguments.find("--into")) options.into = *into;
+  if (const auto* const from = arguments.find("--from")) options.from = *from;
   options.dryRun = arguments.find("--dry-run");
   if (const auto* const ignored = arguments.find("--ignore")) options.ignored = *ignored;
   options.counts = arguments.find("--stat");

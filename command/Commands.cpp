@@ -14,7 +14,9 @@
 #include "command/SnapshotLoad.h"
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
+#include "command/Watch.h"
 
+#include <algorithm>
 #include <array>
 
 namespace command {
@@ -55,6 +57,11 @@ constexpr Option options[] = {
      .help = "what of a route diff leaves out of the comparison, as in metric,hardware"},
     {.name = "--stat", .help = "how many routes differ, and none of them"},
     {.name = "--dry-run", .help = "show the lines, and write nothing"},
+    {.name = "--from",
+     .kind = Kind::logPlace,
+     .help =
+         "what to tell first: now for nothing, or what changed behind the number of a change, in "
+         "place of the listing"},
     {.name = "--help",
      .shortName = "-h",
      .scope = Scope::all,
@@ -63,13 +70,15 @@ constexpr Option options[] = {
 };
 
 constexpr std::string_view listingOptions[] = {"--timing", "--older-nexthop-groups"};
+constexpr std::string_view watchOptions[] = {"--from", "--older-nexthop-groups"};
 constexpr std::string_view counterOptions[] = {"--counters"};
 constexpr std::string_view loadOptions[] = {"--into"};
 constexpr std::string_view diffOptions[] = {"--ignore", "--stat"};
 constexpr std::string_view changeOptions[] = {"--into", "--dry-run"};
 
-/// The families differ in what an address is, and in the protocols that they have.
-constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPrefix) {
+/// What chooses routes of a table. The families differ in what an address is, and in the protocols
+/// that they have.
+constexpr auto chosenRouteParts(Kind target, Kind protocol, std::string_view needsPrefix) {
   return std::array{
       Part{.name = "vrf",
            .kind = Kind::vrfOrAll,
@@ -88,6 +97,13 @@ constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPref
            .keyword = Keyword::none,
            .kind = protocol,
            .help = "the routes of a protocol"},
+  };
+}
+
+/// A listing may be of other tables too.
+constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPrefix) {
+  const auto chosen = chosenRouteParts(target, protocol, needsPrefix);
+  const std::array others{
       Part{.name = "host",
            .beside = "vrf",
            .why = "host goes with vrf alone: the host route table is shown as a whole",
@@ -97,13 +113,20 @@ constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPref
            .why = "summary goes with vrf alone: it counts the whole table",
            .help = "how many routes there are of each kind and mask length"},
   };
+  std::array<Part, chosen.size() + others.size()> parts{};
+  std::ranges::copy(others, std::ranges::copy(chosen, parts.begin()).out);
+  return parts;
 }
-constexpr auto ip4RouteParts =
-    routeParts(Kind::ip4Target, Kind::protocol,
-               "longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes");
-constexpr auto ip6RouteParts =
-    routeParts(Kind::ip6Target, Kind::protocol6,
-               "longer-prefixes needs a prefix ahead of it, as in 2001:db8::/32 longer-prefixes");
+constexpr std::string_view needsPrefix =
+    "longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes";
+constexpr std::string_view needsPrefix6 =
+    "longer-prefixes needs a prefix ahead of it, as in 2001:db8::/32 longer-prefixes";
+constexpr auto ip4RouteParts = routeParts(Kind::ip4Target, Kind::protocol, needsPrefix);
+constexpr auto ip6RouteParts = routeParts(Kind::ip6Target, Kind::protocol6, needsPrefix6);
+constexpr auto watchedIp4RouteParts =
+    chosenRouteParts(Kind::ip4Target, Kind::protocol, needsPrefix);
+constexpr auto watchedIp6RouteParts =
+    chosenRouteParts(Kind::ip6Target, Kind::protocol6, needsPrefix6);
 
 constexpr Part diffParts[] = {
     {.name = "from",
@@ -314,6 +337,16 @@ constexpr Command commands[] = {
     {.path = "show state",
      .help = "Where the state comes from, who keeps it, and how current it is.",
      .run = showState},
+    {.path = "watch ip route",
+     .parts = watchedIp4RouteParts,
+     .options = watchOptions,
+     .help = "The IPv4 routing table of a VRF, and then each change of it as it happens.",
+     .run = watchIpRoute},
+    {.path = "watch ipv6 route",
+     .parts = watchedIp6RouteParts,
+     .options = watchOptions,
+     .help = "The IPv6 routing table of a VRF, and then each change of it as it happens.",
+     .run = watchIpv6Route},
     {.path = "snapshot load",
      .parts = snapshotLoadParts,
      .options = loadOptions,
@@ -371,6 +404,9 @@ constexpr Beginning beginnings[] = {
     {.path = "clear static", .help = "Take static routes out of a snapshot."},
     {.path = "static", .help = "Static routes of a snapshot."},
     {.path = "snapshot", .help = "The state as a file."},
+    {.path = "watch", .help = "What changes, as it happens."},
+    {.path = "watch ip", .help = "What changes of IPv4."},
+    {.path = "watch ipv6", .help = "What changes of IPv6."},
 };
 
 constexpr std::string_view notes = R"(
@@ -382,6 +418,7 @@ examples:
   rova show ip route vrf all summary
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
   rova diff before.json kernel ip route
+  rova watch ip route vrf all
   rova help show ip route
 
 without a command, rova is a shell: Tab completes words and names, ? lists what may follow, and

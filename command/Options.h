@@ -21,6 +21,7 @@ struct Options {
   bool dryRun = false;
   std::string ignored; ///< names of fields that a comparison leaves out, with commas between them
   bool counts = false; ///< a comparison shows how many routes differ, and none of them
+  std::string from; ///< from where on to watch: "now", the number of a change, empty for a listing
   /// Seconds of the framework's clock at which the program began to work on the command.
   double startTime = 0;
 };

@@ -8,8 +8,6 @@
 #include "command/VrfChoice.h"
 #include "scrivo/Interrupt.h"
 
-#include <unistd.h>
-
 namespace command {
 
 namespace {

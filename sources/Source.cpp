@@ -15,14 +15,6 @@ namespace {
 
 constexpr std::string_view own = "kernel", named = "kernel:";
 
-/// The namespace that "kernel:NAME" names. Without one the user may have meant one, and not this
-/// machine's own.
-std::string namespaceOf(const std::string& source) {
-  if (source.size() > named.size()) return source.substr(named.size());
-  throw SourceError("\"kernel:\" lacks the name of a network namespace: expected kernel:NAME, or "
-                    "kernel for this machine's own");
-}
-
 /// Why a database is not the state of what this process sees; empty when it is.
 std::string foreign(const database::Facts& facts) {
   if (!isKernel(facts.source)) return "is not the state of a kernel";
@@ -58,9 +50,16 @@ Choice defaultSource() {
 
 bool isKernel(const std::string& source) { return source == own || source.starts_with(named); }
 
+std::string kernelNamespace(const std::string& source) {
+  if (source == own) return {};
+  if (source.size() > named.size()) return source.substr(named.size());
+  // The user may have meant one, and not this machine's own.
+  throw SourceError("\"kernel:\" lacks the name of a network namespace: expected kernel:NAME, or "
+                    "kernel for this machine's own");
+}
+
 State open(const std::string& source, const Needs& needs) {
-  if (source == own) return kernel::load("", needs);
-  if (source.starts_with(named)) return kernel::load(namespaceOf(source), needs);
+  if (isKernel(source)) return kernel::load(kernelNamespace(source), needs);
   if (source != "-" && database::isDatabase(source)) return database::load(source, needs);
   return {snapshot::load(source, needs), {}};
 }

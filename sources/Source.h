@@ -26,5 +26,8 @@ Choice defaultSource();
 
 /// Whether that name means a kernel, which is shown and not written to.
 bool isKernel(const std::string& source);
+/// The network namespace that a kernel's name means, empty for this process's own. Raises
+/// SourceError for a name without one.
+std::string kernelNamespace(const std::string& source);
 
 } // namespace sources

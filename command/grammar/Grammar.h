@@ -6,6 +6,7 @@
 #include "command/grammar/ExitStatus.h"
 #include "command/grammar/Kind.h"
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 
@@ -62,6 +63,11 @@ struct Command {
   std::string_view why = {};     ///< the reason for that
   std::string_view help;
   ExitStatus (*run)(const Parsed& parsed, const command::Options& options);
+
+  /// Whether it has a part of that name.
+  bool has(std::string_view part) const {
+    return std::ranges::find(parts, part, &Part::name) != parts.end();
+  }
 };
 
 /// What the commands have in common that begin with these words.

@@ -54,6 +54,14 @@ Reading readTag(std::string_view word) {
   return {tag, {}};
 }
 
+Reading readLogPlace(std::string_view word) {
+  std::int64_t place = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), place);
+  const bool isNumber = error == std::errc() && end == word.data() + word.size() && place >= 0;
+  if (!isNumber && word != "now") return {};
+  return {std::string(word), {}};
+}
+
 Reading readFile(std::string_view word) {
   if (word.empty() || word == "-") return {};
   return {std::string(word), {}};
@@ -64,6 +72,8 @@ constexpr Word everyVrf[] = {{"all", "every VRF"}};
 constexpr Word tables[] = {{"route", "the routing table"}};
 
 constexpr Word formats[] = {{"text", "lines for people"}, {"json", "a document for programs"}};
+
+constexpr Word logPlaces[] = {{"now", "the changes from now on, without a listing first"}};
 
 // Their values are the codes that the library filters by.
 constexpr Word protocols[] = {
@@ -174,6 +184,11 @@ constexpr KindRow rows[] = {
     {.kind = Kind::fields,
      .placeholder = "FIELD,...",
      .expected = "names of fields, as in metric,hardware"},
+    {.kind = Kind::logPlace,
+     .placeholder = "now|N",
+     .expected = "now, or the number of a change",
+     .read = readLogPlace,
+     .words = logPlaces},
     {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
 };
 

@@ -34,8 +34,9 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
-  fields, ///< names of what a route has, with commas between them
-  text,   ///< any words, to be looked for in lines
+  fields,   ///< names of what a route has, with commas between them
+  logPlace, ///< a number of the log of changes, or its end
+  text,     ///< any words, to be looked for in lines
 };
 
 /// A word that can stand for an argument.

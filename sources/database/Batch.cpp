@@ -16,11 +16,12 @@ Batch::Batch(Writer& writer)
     : connection_(writer.connection()),
       transaction_(connection_),
       now_(timeNow()),
-      fecs_(connection_, FecRows<Vanta::Fib::Fec>("fec4"), now_),
-      fecs6_(connection_, FecRows<Vanta::Fib6::Fec>("fec6"), now_),
-      neighbours_(connection_, NeighbourRows("neighbour4"), now_),
-      neighbours6_(connection_, NeighbourRows("neighbour6"), now_),
-      static_(connection_),
+      log_(connection_),
+      fecs_(connection_, FecRows<Vanta::Fib::Fec>("fec4"), now_, log_),
+      fecs6_(connection_, FecRows<Vanta::Fib6::Fec>("fec6"), now_, log_),
+      neighbours_(connection_, NeighbourRows("neighbour4"), now_, log_),
+      neighbours6_(connection_, NeighbourRows("neighbour6"), now_, log_),
+      static_(connection_, log_),
       name_(connection_, "insert or ignore into interface values (?, ?)") {}
 
 void Batch::removeFec(Vanta::Fib::FecId id) {
@@ -36,7 +37,7 @@ void Batch::unconfigure(VrfId vrf, const Routing::RouteKey& key) {
 }
 
 void Batch::hide(VrfId vrf, int family, std::uint64_t routes) {
-  writeHidden(connection_, vrf, family, routes);
+  writeHidden(connection_, log_, vrf, family, routes);
 }
 
 RowWriter<NeighbourRows>& Batch::neighbours(const Arp::Table::ArpKey& key) {
@@ -44,7 +45,7 @@ RowWriter<NeighbourRows>& Batch::neighbours(const Arp::Table::ArpKey& key) {
 }
 
 void Batch::enter(const Arp::Table::ArpEntry& neighbour) {
-  neighbours(neighbour.key).enter(neighbour);
+  neighbours(neighbour.key).enter(neighbour, What::other);
   nameInterface(neighbour.key.intfId);
 }
 
@@ -55,11 +56,12 @@ void Batch::nameInterface(const Kesh::IntfId& id) {
 }
 
 void Batch::section(const state::DeviceState& device, const char* name) {
-  replaceSection(connection_, device, name);
+  replaceSection(connection_, log_, device, name);
 }
 
 void Batch::commit(const Facts& facts) {
   writeFacts(connection_, facts);
+  log_.finish();
   transaction_.commit();
 }
 

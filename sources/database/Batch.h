@@ -20,12 +20,18 @@ class Batch {
 
   explicit Batch(Writer& writer);
 
+  /// A FEC that was not there.
   void enter(const Vanta::Fib::Fec& fec) { enterFec(fecs_, fec); }
   void enter(const Vanta::Fib6::Fec& fec) { enterFec(fecs6_, fec); }
   void removeFec(Vanta::Fib::FecId id);
 
-  void enter(VrfId vrf, const Vanta::Fib::Route& route) { routes(routes_, vrf).enter(route); }
-  void enter(VrfId vrf, const Vanta::Fib6::Route& route) { routes(routes6_, vrf).enter(route); }
+  /// A route, and whether another one stood there.
+  void enter(VrfId vrf, const Vanta::Fib::Route& route, What what) {
+    routes(routes_, vrf).enter(route, what);
+  }
+  void enter(VrfId vrf, const Vanta::Fib6::Route& route, What what) {
+    routes(routes6_, vrf).enter(route, what);
+  }
   void remove(VrfId vrf, const Kesh::Prefix& prefix) { routes(routes_, vrf).remove(prefix); }
   void remove(VrfId vrf, const Kesh::Ip6Prefix& prefix) { routes(routes6_, vrf).remove(prefix); }
 
@@ -51,11 +57,11 @@ class Batch {
 
   template <class Family>
   RowWriter<RouteRows<Family>>& routes(RouteWriters<Family>& writers, VrfId vrf) {
-    return writers.try_emplace(vrf, connection_, RouteRows<Family>(vrf), now_).first->second;
+    return writers.try_emplace(vrf, connection_, RouteRows<Family>(vrf), now_, log_).first->second;
   }
   template <class Fec>
   void enterFec(RowWriter<FecRows<Fec>>& writer, const Fec& fec) {
-    writer.enter(fec);
+    writer.enter(fec, What::entered);
     FecRows<Fec>::eachInterface(fec, [&](const Kesh::IntfId& id) { nameInterface(id); });
   }
   void nameInterface(const Kesh::IntfId& id);
@@ -64,6 +70,7 @@ class Batch {
   Connection& connection_;
   Transaction transaction_;
   const std::int64_t now_;
+  ChangeLog log_;
   RowWriter<FecRows<Vanta::Fib::Fec>> fecs_;
   RowWriter<FecRows<Vanta::Fib6::Fec>> fecs6_;
   RouteWriters<Ip4> routes_;

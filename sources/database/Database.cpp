@@ -95,10 +95,10 @@ void explainMissing(const std::string& path, const SqliteError& error) {
 
 /// Calls `read` with a session that holds the file's state.
 template <class Read>
-auto withSession(const std::string& path, Read&& read) {
+auto withSession(const std::string& path, Access access, Read&& read) {
   requireFile(path);
   try {
-    const auto session = std::make_shared<Session>(path, accessTo(path));
+    const auto session = std::make_shared<Session>(path, access);
     session->hold();
     requireSchema(session->connection());
     return read(session);
@@ -108,6 +108,11 @@ auto withSession(const std::string& path, Read&& read) {
     explainMissing(path, error);
     throw;
   }
+}
+
+template <class Read>
+auto withSession(const std::string& path, Read&& read) {
+  return withSession(path, accessTo(path), std::forward<Read>(read));
 }
 
 /// How long an agent may keep silent before its readers are told: three of its heartbeats.
@@ -121,6 +126,19 @@ std::optional<Notes::Silence> silenceOf(const std::string& path, const Facts& fa
   const auto lastSign = std::max({facts.changed, facts.stopped, lastBeat(path)});
   return Notes::Silence{writer ? "silent" : "gone", timeText(lastSign),
                         (timeNow() - lastSign) / 1000};
+}
+
+State stateIn(const std::shared_ptr<Session>& session, const Needs& needs) {
+  Connection& connection = session->connection();
+  const std::string& path = connection.path();
+  const auto text = database::snapshotText(connection, needs);
+  State state{snapshot::loadText(text, path), {}, session};
+  requireShowable(state.device, path + ": damaged");
+  state.notes.hiddenRoutes = hiddenAmong(readHidden(connection), needs, state.device);
+  state.notes.silence = silenceOf(path, readFacts(connection));
+  putTables(Tables(session), state.device);
+  putCounters(Tables(session), state.device);
+  return state;
 }
 
 } // namespace
@@ -153,25 +171,23 @@ std::vector<TableSize> tableSizes(const std::string& path) {
 }
 
 State load(const std::string& path, const Needs& needs) {
-  return withSession(path, [&](const auto& session) {
-    Connection& connection = session->connection();
-    const auto text = database::snapshotText(connection, needs);
-    State state{snapshot::loadText(text, path), {}, session};
-    requireShowable(state.device, path + ": damaged");
-    state.notes.hiddenRoutes = hiddenAmong(readHidden(connection), needs, state.device);
-    state.notes.silence = silenceOf(path, readFacts(connection));
-    putTables(Tables(session), state.device);
-    putCounters(Tables(session), state.device);
-    return state;
+  return withSession(path, [&](const auto& session) { return stateIn(session, needs); });
+}
+
+LoggedState loadWithLog(const std::string& path, const Needs& needs) {
+  const Access access = accessTo(path);
+  return withSession(path, access, [&](const auto& session) {
+    return LoggedState{stateIn(session, needs), LogReader(session), access == Access::unchanged};
   });
 }
 
 void save(const state::DeviceState& device, const std::string& source, const std::string& path) {
-  const WriterLock lock(path);
+  WriterLock lock(path);
   Facts facts;
   facts.source = source;
   facts.changed = timeNow();
   Writer(path, Log::joined).replace(device, facts);
+  lock.beat(); // wakes who waits for a change
 }
 
 } // namespace sources::database

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "sources/State.h"
+#include "sources/database/ChangeLog.h"
 #include "sources/database/Facts.h"
 
 #include <string>
@@ -36,6 +37,16 @@ std::vector<TableSize> tableSizes(const std::string& path);
 /// opening reads it. Damage elsewhere shows where a table is read, as a
 /// `Tembra::CorruptionDetectedException`.
 State load(const std::string& path, const Needs& needs = {});
+
+/// The state with the log of its changes. What is read of both while the state is held is of one
+/// transaction.
+struct LoggedState {
+  State state;
+  LogReader log;
+  bool isFixed; ///< read as the file stands: what is written later shows where it is loaded again
+};
+/// Raises the same.
+LoggedState loadWithLog(const std::string& path, const Needs& needs = {});
 
 /// Makes a database hold that state alone, which came from `source`; makes the file where there is
 /// none. Raises `SourceError` when somebody writes it.

@@ -17,16 +17,16 @@ HiddenRoutes readHidden(Connection& connection) {
   return hidden;
 }
 
-void replaceHidden(Connection& connection, const HiddenRoutes& hidden) {
+void replaceHidden(Connection& connection, ChangeLog& log, const HiddenRoutes& hidden) {
   replaceRows(
       readHidden(connection), hidden,
       [&](const auto& key, std::uint64_t routes) {
-        writeHidden(connection, key.first, key.second, routes);
+        writeHidden(connection, log, key.first, key.second, routes);
       },
-      [&](const auto& key) { writeHidden(connection, key.first, key.second, 0); });
+      [&](const auto& key) { writeHidden(connection, log, key.first, key.second, 0); });
 }
 
-void writeHidden(Connection& connection, Vrf::VrfIdMap::VrfId vrf, int family,
+void writeHidden(Connection& connection, ChangeLog& log, Vrf::VrfIdMap::VrfId vrf, int family,
                  std::uint64_t routes) {
   Statement statement(connection, routes == 0
                                       ? "delete from hidden_routes where vrf = ? and family = ?"
@@ -34,6 +34,7 @@ void writeHidden(Connection& connection, Vrf::VrfIdMap::VrfId vrf, int family,
   statement.bind(std::int64_t{vrf.value()}).bind(family);
   if (routes != 0) statement.bind(static_cast<std::int64_t>(routes));
   statement.run();
+  log.other("hidden_routes");
 }
 
 } // namespace sources::database

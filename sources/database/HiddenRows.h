@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sources/RouteFacts.h"
-#include "sources/database/Sqlite.h"
+#include "sources/database/ChangeLog.h"
 
 namespace sources::database {
 
@@ -10,10 +10,10 @@ namespace sources::database {
 HiddenRoutes readHidden(Connection& connection);
 
 /// Makes the rows those.
-void replaceHidden(Connection& connection, const HiddenRoutes& hidden);
+void replaceHidden(Connection& connection, ChangeLog& log, const HiddenRoutes& hidden);
 
 /// Makes one row that; none for 0.
-void writeHidden(Connection& connection, Vrf::VrfIdMap::VrfId vrf, int family,
+void writeHidden(Connection& connection, ChangeLog& log, Vrf::VrfIdMap::VrfId vrf, int family,
                  std::uint64_t routes);
 
 } // namespace sources::database

@@ -7,7 +7,7 @@
 
 namespace sources::database {
 
-void replaceInterfaces(Connection& connection, const InterfaceSet& interfaces) {
+void replaceInterfaces(Connection& connection, ChangeLog& log, const InterfaceSet& interfaces) {
   std::map<std::int64_t, std::string> old, now;
   Statement select(connection, "select id, name from interface");
   while (select.step()) {
@@ -21,8 +21,14 @@ void replaceInterfaces(Connection& connection, const InterfaceSet& interfaces) {
   Statement remove(connection, "delete from interface where id = ?");
   replaceRows(
       old, now,
-      [&](std::int64_t id, const std::string& name) { insert.bind(id).bindText(name).run(); },
-      [&](std::int64_t id) { remove.bind(id).run(); });
+      [&](std::int64_t id, const std::string& name) {
+        insert.bind(id).bindText(name).run();
+        log.other("interface");
+      },
+      [&](std::int64_t id) {
+        remove.bind(id).run();
+        log.other("interface");
+      });
 }
 
 } // namespace sources::database

@@ -1,7 +1,7 @@
 // The names behind the identifiers of interfaces that rows have.
 #pragma once
 
-#include "sources/database/Sqlite.h"
+#include "sources/database/ChangeLog.h"
 
 #include "kesh/IntfId.h"
 #include "lumo/HashMap2018.h"
@@ -11,6 +11,6 @@ namespace sources::database {
 using InterfaceSet = Lumo::HashMap2018<Kesh::IntfId, bool>;
 
 /// Makes the rows those of the interfaces.
-void replaceInterfaces(Connection& connection, const InterfaceSet& interfaces);
+void replaceInterfaces(Connection& connection, ChangeLog& log, const InterfaceSet& interfaces);
 
 } // namespace sources::database

@@ -10,8 +10,6 @@ namespace {
 
 using snapshot::Descriptor;
 
-std::string lockPath(const std::string& path) { return path + "-lock"; }
-
 struct flock wholeFile(short type) {
   struct flock lock {};
   lock.l_type = type;
@@ -36,6 +34,8 @@ std::optional<LiveWriter> holderOf(const Descriptor& file) {
 }
 
 } // namespace
+
+std::string lockPath(const std::string& path) { return path + "-lock"; }
 
 std::optional<LiveWriter> liveWriter(const std::string& path) {
   const Descriptor file = snapshot::openFile(lockPath(path), O_RDONLY);

@@ -21,6 +21,9 @@ struct LiveWriter {
 /// The writer of the database at `path`; nothing when there is none.
 std::optional<LiveWriter> liveWriter(const std::string& path);
 
+/// The file of the lock.
+std::string lockPath(const std::string& path);
+
 /// When a writer told for the last time that it lives, in milliseconds since 1970; 0 for never.
 std::int64_t lastBeat(const std::string& path);
 
@@ -31,7 +34,7 @@ class WriterLock {
   /// Raises `SourceError` that tells who has it.
   explicit WriterLock(const std::string& path);
 
-  /// Tells that the writer lives.
+  /// Tells that the writer lives, and wakes who waits for commits: see `CommitWait`.
   void beat();
 
   /// Whether `marksOwn` was called for that database, by this writer or one before it: whatever

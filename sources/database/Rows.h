@@ -5,6 +5,7 @@
 // those that are there for a person alone; reads and writes a record; and tells that order.
 #pragma once
 
+#include "sources/database/ChangeLog.h"
 #include "sources/database/Columns.h"
 
 #include "state/Families.h"
@@ -56,6 +57,11 @@ struct PlainRows {
   std::string table;
   std::optional<std::int64_t> vrf = {}; ///< of whose VRF the rows are, for tables of all VRFs
 
+  /// Says in the log what happened to the record of a key.
+  template <class Key>
+  void log(ChangeLog& log, What, const Key&) const {
+    log.other(table);
+  }
   template <class Key>
   static bool before(const Key& a, const Key& b) {
     return a < b;
@@ -128,6 +134,7 @@ struct RouteRows : PlainRows {
     }
   }
   static bool isSame(const Value& a, const Value& b) { return a == b; }
+  void log(ChangeLog& log, What what, const Key& key) const { log.route(what, *vrf, key); }
 };
 
 /// A FEC has a row of its own, and one more for each of its vias.
@@ -176,6 +183,10 @@ struct FecRows : PlainRows {
   template <class Visit>
   static void eachInterface(const Value& fec, Visit&& visit) {
     for (std::uint32_t i = 0; i < vias(fec); ++i) visit(fec.via(Vanta::Fib::ViaIndex(i)).intfId);
+  }
+  /// Routes lead to FECs that are no policy's.
+  void log(ChangeLog& log, What what, Key id) const {
+    table == "policy_fec" ? log.other(table) : log.fec(what, id);
   }
   static std::uint32_t vias(const Value& fec) { return std::min(fec.viaCount, Value::maxVias); }
   static bool isSame(const Value& a, const Value& b) {

@@ -31,6 +31,8 @@ constexpr const char* common[] = {
     "bytes integer not null)",
     "CREATE TABLE counter_snapshot(id integer primary key, packets integer not null, "
     "bytes integer not null)",
+    "CREATE TABLE change_log(seq integer primary key, time integer not null, what integer, "
+    "fec integer, name text, family integer, vrf integer, keys blob)",
     "CREATE TABLE section(name text primary key, json text not null) without rowid",
     "CREATE TABLE route_list(vrf integer, family integer, agent text, routing integer, "
     "primary key(vrf, family, agent)) without rowid",
@@ -103,6 +105,23 @@ select * from ip_fec union all select * from ipv6_fec)",
 select (select name from vrf where id = entry.vrf) as vrf,
   (select name from interface where id = entry.interface) as interface, address, mac
 from (select * from neighbour4 union all select * from neighbour6) as entry)",
+    // A row may have the keys of hundreds of routes: see ChangeLog.cpp.
+    R"(CREATE VIEW change AS
+with recursive place(i) as (select 0 union all select i + 1 from place where i < 400),
+row as (select *, case family when 4 then 6 when 6 then 18 end as size from change_log),
+entry as (
+  select seq, time, what, fec, name, family, vrf, null as key from row where size is null
+  union all
+  select seq - length(keys) / size + 1 + i, time,
+    cast(hex(substr(keys, i * size + 1, 1)) as integer), fec, name, family, vrf,
+    hex(substr(keys, i * size + 2, size - 1))
+  from row join place on i < length(keys) / size)
+select seq, datetime(time / 1000, 'unixepoch') as time, time as time_ms,
+  case what when 1 then 'entered' when 2 then 'replaced' when 3 then 'removed'
+    when 4 then 'other' else 'everything' end as what,
+  (select name from vrf where id = entry.vrf) as vrf,
+  case family when 4 then @ when 6 then # end as prefix, fec, name
+from entry)",
 };
 
 /// The text with words in the place of marks, which the words may have again.
@@ -114,6 +133,30 @@ std::string filled(std::string_view text,
     word == words.end() ? out += c : out += word->second;
   }
   return out;
+}
+
+/// The byte at a place of a key, which is a text of hexadecimal digits, as a number.
+std::string byteAt(int place) {
+  const auto digit = [](int at) {
+    return "instr('123456789ABCDEF', substr(key, " + std::to_string(at) + ", 1))";
+  };
+  return "(" + digit(2 * place + 1) + " * 16 + " + digit(2 * place + 2) + ")";
+}
+
+/// The prefix of a key: its length, then its address.
+std::string ip4KeyText() {
+  std::string text = byteAt(1);
+  for (int place = 2; place <= 4; ++place) text += " || '.' || " + byteAt(place);
+  return text + " || '/' || " + byteAt(0);
+}
+
+std::string ip6KeyText() {
+  std::string text;
+  for (int place = 1; place < 17; place += 2) {
+    text += (place == 1 ? "lower(substr(key, " : " || ':' || lower(substr(key, ") +
+            std::to_string(2 * place + 1) + ", 4))";
+  }
+  return text + " || '/' || " + byteAt(0);
 }
 
 std::vector<std::string> statements() {
@@ -130,7 +173,9 @@ std::vector<std::string> statements() {
       all.push_back(filled(view, {{'@', name}, {'#', digit}, {'$', hop}, {'%', prefix}}));
     }
   }
-  all.insert(all.end(), std::begin(sharedViews), std::end(sharedViews));
+  for (const char* const view : sharedViews) {
+    all.push_back(filled(view, {{'@', ip4KeyText()}, {'#', ip6KeyText()}}));
+  }
   return all;
 }
 

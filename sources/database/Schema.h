@@ -6,7 +6,7 @@
 namespace sources::database {
 
 /// The version of the tables; grows with each change of them.
-inline constexpr std::int64_t schemaVersion = 2;
+inline constexpr std::int64_t schemaVersion = 3;
 
 /// Makes the tables and views in an empty file.
 void makeSchema(Connection& connection);

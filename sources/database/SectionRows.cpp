@@ -37,7 +37,7 @@ constexpr Section sections[] = {
 
 } // namespace
 
-void replaceSections(Connection& connection, const state::DeviceState& device) {
+void replaceSections(Connection& connection, ChangeLog& log, const state::DeviceState& device) {
   std::map<std::string, std::string> old, now;
   Statement select(connection, "select name, json from section");
   while (select.step()) {
@@ -54,11 +54,16 @@ void replaceSections(Connection& connection, const state::DeviceState& device) {
       old, now,
       [&](const std::string& name, const std::string& json) {
         insert.bindText(name).bindText(json).run();
+        log.other(name);
       },
-      [&](const std::string& name) { remove.bindText(name).run(); });
+      [&](const std::string& name) {
+        remove.bindText(name).run();
+        log.other(name);
+      });
 }
 
-void replaceSection(Connection& connection, const state::DeviceState& device, const char* name) {
+void replaceSection(Connection& connection, ChangeLog& log, const state::DeviceState& device,
+                    const char* name) {
   const auto text = snapshot::sectionText(device, name);
   Statement same(connection, "select 1 from section where name = ? and json = ?");
   const Run run(same);
@@ -68,6 +73,7 @@ void replaceSection(Connection& connection, const state::DeviceState& device, co
   insert.bindText(name);
   if (!text.empty()) insert.bindText(text);
   insert.run();
+  log.other(name);
 }
 
 std::string sectionMembers(Connection& connection, const Needs& needs) {

@@ -2,15 +2,16 @@
 #pragma once
 
 #include "sources/State.h"
-#include "sources/database/Sqlite.h"
+#include "sources/database/ChangeLog.h"
 
 namespace sources::database {
 
 /// Makes the texts those of the device.
-void replaceSections(Connection& connection, const state::DeviceState& device);
+void replaceSections(Connection& connection, ChangeLog& log, const state::DeviceState& device);
 
 /// The same for one of them.
-void replaceSection(Connection& connection, const state::DeviceState& device, const char* name);
+void replaceSection(Connection& connection, ChangeLog& log, const state::DeviceState& device,
+                    const char* name);
 
 /// The members of a snapshot that the needed sections are, each with a comma ahead of it.
 std::string sectionMembers(Connection& connection, const Needs& needs);

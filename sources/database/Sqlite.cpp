@@ -196,12 +196,18 @@ std::string_view Statement::text(const char* column) {
   return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(handle_, at))};
 }
 
-std::string_view Statement::blob(const char* column, std::size_t size) {
+std::string_view Statement::blob(const char* column) {
   const int at = column_++;
-  const bool fits = sqlite3_column_type(handle_, at) == SQLITE_BLOB &&
-                    static_cast<std::size_t>(sqlite3_column_bytes(handle_, at)) == size;
-  if (!fits) wrong(column, std::to_string(size) + " bytes");
-  return {static_cast<const char*>(sqlite3_column_blob(handle_, at)), size};
+  if (sqlite3_column_type(handle_, at) != SQLITE_BLOB) wrong(column, "bytes");
+  const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(handle_, at));
+  return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(handle_, at))};
+}
+
+std::string_view Statement::blob(const char* column, std::size_t size) {
+  const bool isBlob = sqlite3_column_type(handle_, column_) == SQLITE_BLOB;
+  const auto bytes = isBlob ? blob(column) : (++column_, std::string_view());
+  if (bytes.size() != size) wrong(column, std::to_string(size) + " bytes");
+  return bytes;
 }
 
 bool Statement::null() {

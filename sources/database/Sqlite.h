@@ -107,6 +107,7 @@ class Statement {
   std::uint64_t number(const char* column, std::uint64_t max);
   std::int64_t integer(const char* column);
   std::string_view text(const char* column);
+  std::string_view blob(const char* column);
   std::string_view blob(const char* column, std::size_t size);
   /// Whether the next column is null; if so it is read.
   bool null();

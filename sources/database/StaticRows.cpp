@@ -76,7 +76,7 @@ std::map<RouteKey, StaticRoute> readRoutes(Connection& connection) {
   return routes;
 }
 
-void writeLists(Connection& connection, const std::map<ListKey, RoutingOn>& lists) {
+void writeLists(Connection& connection, ChangeLog& log, const std::map<ListKey, RoutingOn>& lists) {
   Statement insert(connection, "insert or replace into route_list values (?, ?, ?, ?)");
   Statement remove(connection, "delete from route_list where vrf = ? and family = ? and agent = ?");
   replaceRows(
@@ -85,10 +85,15 @@ void writeLists(Connection& connection, const std::map<ListKey, RoutingOn>& list
         bindKey(insert, key);
         routing ? insert.bind(std::int64_t{*routing}) : insert.bindNull();
         insert.run();
+        log.other("route_list");
       },
-      [&](const ListKey& key) { bindKey(remove, key).run(); });
+      [&](const ListKey& key) {
+        bindKey(remove, key).run();
+        log.other("route_list");
+      });
 }
 
+constexpr const char* routeTable = "static_route";
 constexpr const char* insertRoute =
     "insert or replace into static_route values (?, ?, ?, ?, ?, ?, ?)";
 constexpr const char* removeRoute = "delete from static_route where vrf = ? and family = ? and "
@@ -106,12 +111,19 @@ void enterRow(Statement& insert, const RouteKey& key, const StaticRoute& route) 
   bindKey(insert, key).bindText(route.json).bind(std::int64_t{route.listed}).run();
 }
 
-void writeRoutes(Connection& connection, const std::map<RouteKey, StaticRoute>& routes) {
+void writeRoutes(Connection& connection, ChangeLog& log,
+                 const std::map<RouteKey, StaticRoute>& routes) {
   Statement insert(connection, insertRoute), remove(connection, removeRoute);
   replaceRows(
       readRoutes(connection), routes,
-      [&](const RouteKey& key, const StaticRoute& route) { enterRow(insert, key, route); },
-      [&](const RouteKey& key) { bindKey(remove, key).run(); });
+      [&](const RouteKey& key, const StaticRoute& route) {
+        enterRow(insert, key, route);
+        log.other(routeTable);
+      },
+      [&](const RouteKey& key) {
+        bindKey(remove, key).run();
+        log.other(routeTable);
+      });
 }
 
 } // namespace
@@ -130,15 +142,16 @@ Statement& bindKey(Statement& statement, const ListKey& key) {
   return statement.bind(key.vrf).bind(key.family).bindText(key.agent);
 }
 
-void replaceStaticRoutes(Connection& connection, const state::DeviceState& device) {
+void replaceStaticRoutes(Connection& connection, ChangeLog& log, const state::DeviceState& device) {
   const auto [lists, routes] = listsOf(device);
-  writeLists(connection, lists);
-  writeRoutes(connection, routes);
+  writeLists(connection, log, lists);
+  writeRoutes(connection, log, routes);
 }
 
 // The list of a VRF that has no routes needs no row while routing is on.
-StaticRouteWriter::StaticRouteWriter(Connection& connection)
-    : list_(connection, "insert or ignore into route_list values (?, ?, ?, 1)"),
+StaticRouteWriter::StaticRouteWriter(Connection& connection, ChangeLog& log)
+    : log_(log),
+      list_(connection, "insert or ignore into route_list values (?, ?, ?, 1)"),
       insert_(connection, insertRoute),
       remove_(connection, removeRoute) {}
 
@@ -146,11 +159,13 @@ void StaticRouteWriter::enter(std::int64_t vrf, std::int64_t family, const Routi
   bindKey(list_, ListKey{vrf, family, {}}).run();
   enterRow(insert_, keyOf(vrf, family, route.key),
            {snapshot::routeText(route), snapshot::isListed(route)});
+  log_.other(routeTable);
 }
 
 void StaticRouteWriter::remove(std::int64_t vrf, std::int64_t family,
                                const Routing::RouteKey& key) {
   bindKey(remove_, keyOf(vrf, family, key)).run();
+  log_.other(routeTable);
 }
 
 } // namespace sources::database

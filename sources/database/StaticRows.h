@@ -2,7 +2,7 @@
 // route holds beside its key is a text, as a snapshot has it.
 #pragma once
 
-#include "sources/database/Sqlite.h"
+#include "sources/database/ChangeLog.h"
 
 #include "state/DeviceState.h"
 
@@ -27,17 +27,18 @@ std::map<ListKey, RoutingOn> readLists(Connection& connection);
 Statement& bindKey(Statement& statement, const ListKey& key);
 
 /// Makes the rows those of the device.
-void replaceStaticRoutes(Connection& connection, const state::DeviceState& device);
+void replaceStaticRoutes(Connection& connection, ChangeLog& log, const state::DeviceState& device);
 
 /// Writes rows of configured static routes.
 class StaticRouteWriter {
  public:
-  explicit StaticRouteWriter(Connection& connection);
+  StaticRouteWriter(Connection& connection, ChangeLog& log);
 
   void enter(std::int64_t vrf, std::int64_t family, const Routing::Route& route);
   void remove(std::int64_t vrf, std::int64_t family, const Routing::RouteKey& key);
 
  private:
+  ChangeLog& log_;
   Statement list_, insert_, remove_;
 };
 

@@ -30,14 +30,16 @@ class RowWriter {
   using Key = typename Rows::Key;
   using Value = typename Rows::Value;
 
-  RowWriter(Connection& connection, Rows rows, std::int64_t now)
+  RowWriter(Connection& connection, Rows rows, std::int64_t now, ChangeLog& log)
       : connection_(connection),
         rows_(std::move(rows)),
         now_(now),
+        log_(log),
         insert_(connection, Texts<Rows>(rows_).insert()),
         remove_(connection, Texts<Rows>(rows_).remove()) {}
 
-  void enter(const Value& value) {
+  /// `what` is whether it replaces one.
+  void enter(const Value& value, What what) {
     bindScope(insert_);
     Rows::bindKey(insert_, value.key);
     Rows::bindValues(insert_, value);
@@ -47,6 +49,7 @@ class RowWriter {
       removeVias(value.key);
       enterVias(value);
     }
+    rows_.log(log_, what, value.key);
   }
 
   void remove(const Key& key) {
@@ -54,6 +57,7 @@ class RowWriter {
     Rows::bindKey(remove_, key);
     remove_.run();
     if constexpr (Rows::manyRows) removeVias(key);
+    rows_.log(log_, What::removed, key);
   }
 
  private:
@@ -84,6 +88,7 @@ class RowWriter {
   Connection& connection_;
   Rows rows_;
   std::int64_t now_;
+  ChangeLog& log_;
   Statement insert_, remove_;
   std::optional<Statement> removeVias_, insertVia_;
 };
@@ -91,10 +96,10 @@ class RowWriter {
 /// Makes a table's rows those of a view; adds the interfaces that they name.
 template <class Rows, class View>
 void replaceTable(const std::shared_ptr<Session>& session, const Rows& rows, const View& view,
-                  std::int64_t now, InterfaceSet& interfaces, Changes& changes) {
+                  std::int64_t now, ChangeLog& log, InterfaceSet& interfaces, Changes& changes) {
   using Value = typename Rows::Value;
   const Table<Rows> old(session, rows);
-  RowWriter<Rows> writer(session->connection(), rows, now);
+  RowWriter<Rows> writer(session->connection(), rows, now, log);
   auto before = std::make_unique<Value>();
   Vanta::IterHint hint = 0;
   bool hasOld = old.first(before.get(), hint);
@@ -113,7 +118,7 @@ void replaceTable(const std::shared_ptr<Session>& session, const Rows& rows, con
     while (hasOld && Rows::before(before->key, value.key)) removeOld();
     const bool isThere = hasOld && !Rows::before(value.key, before->key);
     if (!isThere || !Rows::isSame(*before, value)) {
-      writer.enter(value);
+      writer.enter(value, isThere ? What::replaced : What::entered);
       ++changes.entered;
     }
     if (isThere) nextOld();

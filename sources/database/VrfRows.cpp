@@ -28,10 +28,11 @@ std::vector<VrfRow> readVrfs(Connection& connection) {
   return vrfs;
 }
 
-void replaceVrfs(Connection& connection, const state::DeviceState& device,
+void replaceVrfs(Connection& connection, ChangeLog& log, const state::DeviceState& device,
                  const RouteFacts& facts) {
   const auto vrfs = vrfsOf(device, facts);
   if (readVrfs(connection) == vrfs) return;
+  log.other("vrf");
   connection.execute("delete from vrf");
   Statement insert(connection, "insert into vrf values (?, ?, ?, ?)");
   std::int64_t place = 0;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sources/RouteFacts.h"
-#include "sources/database/Sqlite.h"
+#include "sources/database/ChangeLog.h"
 
 #include <vector>
 
@@ -18,7 +18,8 @@ struct VrfRow {
 std::vector<VrfRow> readVrfs(Connection& connection);
 
 /// Makes the rows those of the device.
-void replaceVrfs(Connection& connection, const state::DeviceState& device, const RouteFacts& facts);
+void replaceVrfs(Connection& connection, ChangeLog& log, const state::DeviceState& device,
+                 const RouteFacts& facts);
 
 /// Whether a VRF has a route of that family (4 or 6), listed or hidden.
 bool hasRoutes(Connection& connection, std::int64_t vrf, int family);

@@ -59,10 +59,16 @@ class Replacing {
  public:
   Replacing(const std::shared_ptr<Session>& session, const state::DeviceState& device,
             const RouteFacts& routeFacts)
-      : session_(session), device_(device), routeFacts_(routeFacts), now_(timeNow()) {}
+      : session_(session),
+        device_(device),
+        routeFacts_(routeFacts),
+        now_(timeNow()),
+        log_(session->connection()) {}
 
-  Changes run() {
+  /// `inDetail` is whether the log tells each change.
+  Changes run(bool inDetail) {
     requireShowable(device_, "the state");
+    if (!inDetail || readVrfs(session_->connection()).empty()) log_.tellWhole();
     for (const auto& vrf : device_.vrfs) {
       replaceVrf<Ip4>(vrf);
       replaceVrf<Ip6>(vrf);
@@ -79,18 +85,19 @@ class Replacing {
     replace(CounterKeyRows(), device_.counterKeyTable->counterKeyInfo);
     replace(CounterRows("counter"), device_.counterTable->counter);
     replace(CounterRows("counter_snapshot"), device_.snapshotTable->counter);
-    replaceVrfs(connection, device_, routeFacts_);
-    replaceHidden(connection, routeFacts_.hidden);
-    replaceInterfaces(connection, interfaces_);
-    replaceSections(connection, device_);
-    replaceStaticRoutes(connection, device_);
+    replaceVrfs(connection, log_, device_, routeFacts_);
+    replaceHidden(connection, log_, routeFacts_.hidden);
+    replaceInterfaces(connection, log_, interfaces_);
+    replaceSections(connection, log_, device_);
+    replaceStaticRoutes(connection, log_, device_);
+    log_.finish();
     return changes_;
   }
 
  private:
   template <class Rows, class View>
   void replace(const Rows& rows, const View& view) {
-    replaceTable(session_, rows, view, now_, interfaces_, changes_);
+    replaceTable(session_, rows, view, now_, log_, interfaces_, changes_);
   }
   template <class Family>
   void replaceVrf(const state::VrfState& vrf) {
@@ -110,6 +117,7 @@ class Replacing {
   const state::DeviceState& device_;
   const RouteFacts& routeFacts_;
   std::int64_t now_;
+  ChangeLog log_;
   InterfaceSet interfaces_;
   Changes changes_;
 };
@@ -217,7 +225,9 @@ void Writer::visitFecs(const std::function<void(const Vanta::Fib::Fec&)>& visit,
 Changes Writer::replace(const state::DeviceState& device, const Facts& facts,
                         const RouteFacts& routeFacts) {
   Transaction transaction(connection());
-  const Changes changes = Replacing(session_, device, routeFacts).run();
+  // A route of a snapshot may lead to a FEC that is not there: what is told of FECs holds of states
+  // that an agent keeps.
+  const Changes changes = Replacing(session_, device, routeFacts).run(facts.agent != 0);
   writeFacts(connection(), facts);
   transaction.commit();
   return changes;

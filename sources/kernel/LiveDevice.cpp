@@ -78,7 +78,11 @@ class LiveDevice::Changer {
       if (list.vias.size() > Vanta::Fib::Fec::maxVias) return false;
       device_.use(list);
       const auto route = reader_.routeOf(*now);
-      if (!old || !(*old == route)) changes_.entered.emplace_back(vrf, route);
+      if (!old) {
+        changes_.entered.emplace_back(vrf, route);
+      } else if (!(*old == route)) {
+        changes_.replaced.emplace_back(vrf, route);
+      }
     } else {
       changes_.removed.emplace_back(vrf, before->prefix);
     }

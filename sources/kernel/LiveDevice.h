@@ -16,7 +16,7 @@ using VrfId = Vrf::VrfIdMap::VrfId;
 /// What changes of the routes of one family.
 template <class Family>
 struct RouteChanges {
-  std::vector<std::pair<VrfId, typename Family::Route>> entered; ///< or changed
+  std::vector<std::pair<VrfId, typename Family::Route>> entered, replaced;
   std::vector<std::pair<VrfId, typename Family::Prefix>> removed;
   std::vector<std::pair<VrfId, Lumo::Ptr<Routing::Route>>> configured;
   std::vector<std::pair<VrfId, Routing::RouteKey>> unconfigured;

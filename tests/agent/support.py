@@ -162,7 +162,8 @@ class AgentTest(unittest.TestCase):
     def wait_until(self, holds, seconds=10):
         end = time.monotonic() + seconds
         while not holds():
-            self.assertLess(time.monotonic(), end, self.agent.read_log())
+            log = self.agent.read_log() if self.agent and not self.agent.log.closed else ""
+            self.assertLess(time.monotonic(), end, log)
             time.sleep(0.005)
 
     def facts(self):

@@ -60,9 +60,10 @@ struct Case {
 
 TEST(Grammar, KnowsWhatMayComeNext) {
   const std::vector<Case> cases = {
-      {"", "show diff check clear static snapshot types help --state --format --help --version"},
+      {"",
+       "show diff check clear static watch snapshot types help --state --format --help --version"},
       {"--format json",
-       "show diff check clear static snapshot types help --state --help --version"},
+       "show diff check clear static watch snapshot types help --state --help --version"},
       {"show", "ip ipv6 nexthop-group running-config static state" + everywhere},
       {"cl st", "interface" + everywhere},
       {"sh ip ro",

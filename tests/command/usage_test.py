@@ -95,7 +95,7 @@ WRONG_WORDS = [
      ["check next-hop 10.0.0.1 vrf red ^blue", "show ip route summary vrf red ^blue"]),
     ("expected the name of a file, or - for standard output", ["snapshot save ^"]),
     ('"again" is not understood: nothing is expected behind "-"', ["snapshot save - ^again"]),
-    ('"foo" is not understood: expected show, diff, check, clear, static, snapshot, types or help',
+    ('"foo" is not understood: expected show, diff, check, clear, static, watch, snapshot, types or help',
      ["^foo", "help ^foo"]),
     ('"foo" is not understood: expected ip, ipv6, nexthop-group, running-config, static or state',
      ["help show ^foo"]),
@@ -145,7 +145,7 @@ class UsageTest(CommandTest):
                 self.assert_ends(rova(*words), 2, expected)
 
     def test_no_command(self):
-        expected = ("rova: the command is not complete: expected show, diff, check, clear, static, snapshot, types or help\n"
+        expected = ("rova: the command is not complete: expected show, diff, check, clear, static, watch, snapshot, types or help\n"
                     "  rova --help shows the commands\n")
         self.assert_ends(rova(" "), 2, expected)
 

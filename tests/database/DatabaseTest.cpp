@@ -214,13 +214,13 @@ TEST_F(DatabaseTest, IsNotOpenedWhenItIsNoWholeDatabaseOfThisVersion) {
   } cases[] = {
       {"pragma user_version = 0",
        ": written by version 0 of the state database, and this program "
-       "reads version 2: restart rova-agent, which starts the file anew"},
-      {"pragma user_version = 3", ": written by version 3 of the state database, and this program "
-                                  "reads version 2: update rova, or restart it if it was updated"},
+       "reads version 3: restart rova-agent, which starts the file anew"},
+      {"pragma user_version = 4", ": written by version 4 of the state database, and this program "
+                                  "reads version 3: update rova, or restart it if it was updated"},
       {"pragma application_id = 1", ": found another database, expected one of rova-agent"},
-      {"drop view ip_route", ": damaged: its tables are not those of version 2"},
+      {"drop view ip_route", ": damaged: its tables are not those of version 3"},
       {"drop view ip_route; create view ip_route as select 1",
-       ": damaged: its tables are not those of version 2"},
+       ": damaged: its tables are not those of version 3"},
       {"update vrf set id = -1 where name = 'red'",
        ": damaged: id: found -1, expected a number from 0 to 16777214"},
       {"update section set json = '{' where 0; insert into section values ('ipStatus', '{\"Et')",
@@ -261,6 +261,146 @@ TEST_F(DatabaseTest, HasOneWriterAtATime) {
   waitpid(child, nullptr, 0);
   EXPECT_FALSE(database::liveWriter(path));
   save(someState);
+}
+
+/// The entries behind a number, as "WHAT KEY".
+std::vector<std::string> logged(const std::string& path, std::int64_t seq) {
+  const auto session = std::make_shared<database::Session>(path, database::Access::read);
+  std::vector<std::string> lines;
+  database::LogReader(session).read(seq, [&](const database::LoggedChange& change) {
+    EXPECT_EQ(change.seq, ++seq);
+    const auto vrf = " " + std::to_string(change.vrf.value()) + " ";
+    lines.push_back(std::to_string(static_cast<int>(change.what)) + " " + change.name);
+    if (change.family == 4) lines.back() += vrf + change.prefix.stringValue().str();
+    if (change.family == 6) lines.back() += vrf + change.prefix6.stringValue().str();
+    if (!change.fec.isNull()) lines.back() += std::to_string(change.fec.value());
+  });
+  return lines;
+}
+
+std::int64_t lastLogged(const std::string& path) {
+  const auto session = std::make_shared<database::Session>(path, database::Access::read);
+  return database::LogReader(session).range().last;
+}
+
+TEST_F(DatabaseTest, ItsLogTellsWhatChanges) {
+  using Lines = std::vector<std::string>;
+  database::Facts ofAgent;
+  ofAgent.agent = 1;
+  database::Writer writer(path, database::Log::kept);
+  writer.replace(deviceOf(someState), ofAgent);
+  auto seq = lastLogged(path);
+  EXPECT_EQ(number("select count(*) from change_log"), "1");
+  EXPECT_EQ(logged(path, seq - 1), Lines{"5 "}) << "a first load is one change";
+  const struct {
+    const char* from;
+    const char* to;
+    Lines expected;
+  } cases[] = {
+      {"", "", {}},
+      {"\"metric\": 5", "\"metric\": 6", {"2  0 10.0.0.0/8"}},
+      {"\"10.1.0.0/16\": {", "\"10.2.0.0/16\": {", {"3  0 10.1.0.0/16", "1  0 10.2.0.0/16"}},
+      {"\"2001:db8::/32\"", "\"2001:db9::/32\"", {"3  0 2001:db8::/32", "1  0 2001:db9::/32"}},
+      {"10.0.0.2\", \"interface\": \"uplink\"", "10.0.0.3\", \"interface\": \"uplink\"", {"2 1"}},
+      {"\"10.9.9.9\"", "\"10.9.9.7\"", {"4 static_route"}},
+      {"\"id\": 7", "\"id\": 8", {"4 vrf", "1  8 10.0.0.0/8"}},
+  };
+  std::string text = someState;
+  for (const auto& [from, to, expected] : cases) {
+    text = replaced(text, from, to);
+    writer.replace(deviceOf(text), ofAgent);
+    auto lines = logged(path, seq);
+    std::ranges::sort(lines);
+    auto wanted = expected;
+    std::ranges::sort(wanted);
+    EXPECT_EQ(lines, wanted) << to;
+    seq = lastLogged(path);
+  }
+  save(someState);
+  EXPECT_EQ(logged(path, seq), Lines{"5 "}) << "a snapshot comes in as a whole";
+}
+
+TEST_F(DatabaseTest, PeopleReadItsLog) {
+  database::Facts ofAgent;
+  ofAgent.agent = 1;
+  database::Writer writer(path, database::Log::kept);
+  writer.replace(deviceOf(someState), ofAgent);
+  auto text = replaced(someState, "\"metric\": 5", "\"metric\": 6");
+  text = replaced(text, "\"10.1.0.0/16\": {", "\"10.200.30.4/31\": {");
+  writer.replace(deviceOf(replaced(text, "2001:db8::/32", "2001:db8:1::/48")), ofAgent);
+  database::Session session(path, database::Access::read);
+  database::Statement select(
+      session.connection(),
+      "select what || ifnull(' ' || vrf || ' ' || prefix, '') from change order by seq");
+  std::vector<std::string> lines;
+  while (select.step()) lines.emplace_back(select.text("line"));
+  EXPECT_EQ(lines, (std::vector<std::string>{
+                       "everything", "removed default 10.1.0.0/16",
+                       "entered default 10.200.30.4/31", "replaced default 10.0.0.0/8",
+                       "entered default 2001:0db8:0001:0000:0000:0000:0000:0000/48",
+                       "removed default 2001:0db8:0000:0000:0000:0000:0000:0000/32"}));
+}
+
+TEST_F(DatabaseTest, TellsOfADamagedLog) {
+  database::Facts ofAgent;
+  ofAgent.agent = 1;
+  const struct {
+    const char* damage;
+    const char* message;
+  } cases[] = {
+      {"update change_log set what = 9 where what = 5", "what: found 9, expected a number from 1"},
+      {"update change_log set keys = x'01' where keys is not null", "keys: found bytes, expected"},
+      {"update change_log set keys = 7 where keys is not null", "keys: found 7, expected bytes"},
+      {"update change_log set keys = x'07080a000000' where keys is not null", "what: found 7"},
+      {"update change_log set keys = x'01280a000000' where keys is not null",
+       "keys: found a prefix that is none"},
+      {"update change_log set keys = x'01080a000001' where keys is not null",
+       "keys: found a prefix that is none"},
+      {"update change_log set family = 5 where keys is not null", "family: found 5, expected 4"},
+      {"update change_log set time = 'x'", "time: found a text, expected a number"},
+  };
+  for (const auto& [damage, message] : cases) {
+    fs::remove(path);
+    {
+      database::Writer writer(path, database::Log::joined);
+      writer.replace(deviceOf(someState), ofAgent);
+      writer.replace(deviceOf(replaced(someState, "\"metric\": 5", "\"metric\": 6")), ofAgent);
+    }
+    alter(damage);
+    const auto found = messageOf<SourceError>([&] {
+      const auto session = std::make_shared<database::Session>(path, database::Access::read);
+      database::LogReader(session).read(0, [](const auto&) {});
+    });
+    EXPECT_TRUE(found.starts_with(path + ": damaged: change_log: " + message)) << found;
+  }
+}
+
+TEST_F(DatabaseTest, ItsLogIsBounded) {
+  using database::ChangeLog;
+  using database::What;
+  database::Writer writer(path, database::Log::kept);
+  const auto write = [&](std::int64_t count) {
+    ChangeLog log(writer.connection());
+    for (std::int64_t i = 0; i < count; ++i) {
+      log.route(What::entered, 0, Kesh::pfx(static_cast<std::uint32_t>(i), 32));
+    }
+    log.finish();
+  };
+  const auto entries = [&] {
+    return writer.connection().number("select count(*) from change_log");
+  };
+  writer.connection().execute("begin");
+  write(ChangeLog::mostAtOnce + 5);
+  EXPECT_EQ(entries(), 1) << "too many at once are everything";
+  for (int i = 0; i < 6; ++i) write(ChangeLog::mostAtOnce);
+  writer.connection().execute("commit");
+  const auto range =
+      database::LogReader(std::make_shared<database::Session>(path, database::Access::read))
+          .range();
+  EXPECT_GE(range.last - range.first + 1, ChangeLog::keptChanges);
+  EXPECT_LT(range.last - range.first + 1, ChangeLog::keptChanges + 1000) << "less than a row more";
+  EXPECT_EQ(logged(path, range.last - ChangeLog::keptChanges).size(), ChangeLog::keptChanges);
+  EXPECT_LT(writer.connection().number("pragma page_count") * 4096, 8 * ChangeLog::keptChanges);
 }
 
 /// Bytes that are turned over, cut off, moved or put in the place of others.

@@ -23,7 +23,7 @@ class LiveDeviceTest : public FollowerTest {
   void begin() {
     follower.read(std::chrono::seconds(2));
     follower.listen();
-    writer.replace(device.make(follower, {}), {}, device.facts());
+    writer.replace(device.make(follower, {}), ofAgent, device.facts());
   }
   /// Writes what these change; false when it took the whole.
   bool hear(const std::vector<Step>& events) {
@@ -31,13 +31,56 @@ class LiveDeviceTest : public FollowerTest {
     follower.listen();
     const auto changes = device.change(follower);
     if (!changes) {
-      writer.replace(device.make(follower, {}), {}, device.facts());
+      writer.replace(device.make(follower, {}), ofAgent, device.facts());
       return false;
     }
     Batch batch(writer);
     agent::writeChanges(*changes, batch);
     batch.commit({});
     return true;
+  }
+  /// The rows of routes by "VRF PREFIX".
+  std::map<std::string, std::string> rows() {
+    std::map<std::string, std::string> rows;
+    for (const std::string view : {"ip_route", "ipv6_route"}) {
+      sources::database::Statement select(
+          writer.connection(), "select (select id from vrf where name = r.vrf) || ' ' || prefix, "
+                               "fec || ' ' || type || ' ' || metric from " +
+                                   view + " r");
+      while (select.step()) {
+        const std::string key(select.text("key"));
+        rows[key] = select.text("route");
+      }
+    }
+    return rows;
+  }
+  /// What differs between those and the rows by now is what the log says behind `seq`.
+  void expectLogged(const std::map<std::string, std::string>& before, std::int64_t seq,
+                    const std::string& hint) {
+    std::set<std::string> changed, logged;
+    const auto now = rows();
+    const auto tell = [&](const char* what, const std::string& key) { changed.insert(what + key); };
+    for (const auto& [key, route] : before) {
+      if (!now.contains(key)) tell("3 ", key);
+    }
+    for (const auto& [key, route] : now) {
+      const auto old = before.find(key);
+      if (old == before.end()) tell("1 ", key);
+      if (old != before.end() && old->second != route) tell("2 ", key);
+    }
+    using namespace sources::database;
+    LogReader reader(std::make_shared<Session>(path, Access::read));
+    reader.read(seq, [&](const LoggedChange& change) {
+      if (change.family == 0) return;
+      const auto prefix =
+          change.family == 4 ? change.prefix.stringValue() : change.prefix6.stringValue();
+      logged.insert(std::to_string(static_cast<int>(change.what)) + " " +
+                    std::to_string(change.vrf.value()) + " " + prefix.str());
+    });
+    EXPECT_EQ(logged, changed) << hint;
+  }
+  std::int64_t lastLogged() {
+    return writer.connection().number("select ifnull(max(seq), 0) from change_log");
   }
   void expectCurrent(const std::string& hint) {
     state::DeviceState whole;
@@ -59,6 +102,11 @@ class LiveDeviceTest : public FollowerTest {
   Follower follower{kernel, needs, [this] { return kernel.now; }};
   LiveDevice device;
   Writer writer{path, sources::database::Log::joined};
+  const sources::database::Facts ofAgent = [] {
+    sources::database::Facts facts;
+    facts.agent = getpid();
+    return facts;
+  }();
 
  private:
   /// How many FECs of each kind there are.
@@ -129,8 +177,12 @@ TEST_F(LiveDeviceTest, RandomRoutes) {
       std::vector<Step> events;
       for (unsigned count = 1 + routes.pick(6); count > 0; --count)
         events.push_back(routes.event());
+      const auto hint = "seed " + std::to_string(seed) + ", batch " + std::to_string(batch);
+      const auto old = rows();
+      const auto seq = lastLogged();
       byChanges += hear(events);
-      expectCurrent("seed " + std::to_string(seed) + ", batch " + std::to_string(batch));
+      expectCurrent(hint);
+      expectLogged(old, seq, hint);
     }
   }
   EXPECT_GT(byChanges, 48u) << "of 96 batches, which few new VRFs interrupt";
@@ -192,7 +244,7 @@ TEST_F(LiveDeviceTest, FecsKeepTheirIdentifiers) {
   const auto before = std::pair(fecOf("10.0.0.0", 8), fecOf("10.1.0.0", 16));
   hear({told(RTM_NEWROUTE, R{"9.0.0.0", 8, {{"10.0.0.0"}}})});
   hear({told(RTM_NEWNEXTHOP, nexthop(7, 2))});
-  writer.replace(device.make(follower, {}), {}, device.facts());
+  writer.replace(device.make(follower, {}), ofAgent, device.facts());
   EXPECT_EQ(std::pair(fecOf("10.0.0.0", 8), fecOf("10.1.0.0", 16)), before);
   LiveDevice later;
   writer.visitFecs([&](const auto& fec) { later.numbers().keep(fec); },

@@ -80,8 +80,9 @@ struct InDatabase {
     const auto rows = rowsOf(Value());
     {
       Writer writer(path, Log::joined);
-      RowWriter enter(writer.connection(), rows, 0);
-      for (const Value& record : records) enter.enter(record);
+      ChangeLog log(writer.connection());
+      RowWriter enter(writer.connection(), rows, 0, log);
+      for (const Value& record : records) enter.enter(record, What::entered);
     }
     std::unique_ptr<Vanta::VantaBase<Key, Value>> table =
         std::make_unique<Table<std::remove_cv_t<decltype(rows)>>>(
