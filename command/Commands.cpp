@@ -13,6 +13,7 @@
 #include "command/SnapshotLoad.h"
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
+#include "command/filter/Help.h"
 
 #include <array>
 
@@ -29,6 +30,7 @@ using grammar::Kind;
 using grammar::Option;
 using grammar::Part;
 using grammar::Scope;
+using grammar::Topic;
 
 constexpr Option options[] = {
     {.name = "--state",
@@ -81,7 +83,8 @@ constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPref
       Part{.name = "protocol",
            .keyword = Keyword::none,
            .kind = protocol,
-           .help = "the routes of a protocol"},
+           .repeats = true,
+           .help = "the routes of a protocol, or of several"},
       Part{.name = "host",
            .beside = "vrf",
            .why = "host goes with vrf alone: the host route table is shown as a whole",
@@ -90,6 +93,10 @@ constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPref
            .beside = "vrf",
            .why = "summary goes with vrf alone: it counts the whole table",
            .help = "how many routes there are of each kind and mask length"},
+      Part{.name = "where",
+           .kind = Kind::expression,
+           .help =
+               "the routes for which an expression over their fields holds, see rova help where"},
   };
 }
 constexpr auto ip4RouteParts =
@@ -317,6 +324,12 @@ constexpr Filter filters[] = {
      .help = "all lines without a stop, as they come anyway"},
 };
 
+constexpr Topic topics[] = {
+    {.name = "where",
+     .help = "The expressions that choose routes, and the fields in them.",
+     .text = filter::helpText},
+};
+
 constexpr Beginning beginnings[] = {
     {.path = "show", .help = "What the state has, as displays."},
     {.path = "show ip", .help = "What the state has of IPv4."},
@@ -337,6 +350,7 @@ examples:
   rova show ip route vrf all host
   rova show ip route vrf all summary
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
+  rova show ip route where not hardware
   rova help show ip route
 
 without a command, rova is a shell: Tab completes words and names, ? lists what may follow, and
@@ -347,8 +361,8 @@ exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after a
 after a hangup, 143 when terminated)
 )";
 
-constexpr grammar::Grammar programTable{programCommands, beginnings, options, notes};
-constexpr grammar::Grammar shellTable{commands, beginnings, options, notes, filters};
+constexpr grammar::Grammar programTable{programCommands, beginnings, options, notes, topics};
+constexpr grammar::Grammar shellTable{commands, beginnings, options, notes, topics, filters};
 
 } // namespace
 

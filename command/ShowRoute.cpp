@@ -6,6 +6,7 @@
 #include "command/ShowRouteSummary.h"
 #include "command/Signals.h"
 #include "command/VrfChoice.h"
+#include "command/filter/RouteFilter.h"
 #include "rova/CliSupport.h"
 #include "scrivo/Interrupt.h"
 
@@ -26,18 +27,24 @@ auto openSorter(const state::DeviceState& device, const state::VrfState& vrf,
   if (query.interface) {
     intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
   }
-  return Rova::openSorter<Family>(device, vrf,
-                                  {.prefix = query.prefix,
-                                   .originalMask = query.typedMask,
-                                   .intfStatus = intf,
-                                   .intf = query.interface.has_value(),
-                                   .protocol = Lumo::String(query.protocol),
-                                   .detail = query.detail,
-                                   .longerPrefixes = query.longerPrefixes,
-                                   .host = query.host,
-                                   .fd = STDOUT_FILENO,
-                                   .quantify = options.timing ? options.startTime : 0.0,
-                                   .degradeNhgModel = options.olderNexthopGroups});
+  const bool isOneProtocol = query.protocols.size() == 1;
+  const auto sorter = Rova::openSorter<Family>(
+      device, vrf,
+      {.prefix = query.prefix,
+       .originalMask = query.typedMask,
+       .intfStatus = intf,
+       .intf = query.interface.has_value(),
+       .protocol = isOneProtocol ? Lumo::String(query.protocols[0]) : Lumo::String(),
+       .detail = query.detail,
+       .longerPrefixes = query.longerPrefixes,
+       .host = query.host,
+       .fd = STDOUT_FILENO,
+       .quantify = options.timing ? options.startTime : 0.0,
+       .degradeNhgModel = options.olderNexthopGroups});
+  if (query.where || query.protocols.size() > 1) {
+    filter::filterRoutes(*sorter, {query.protocols, query.where});
+  }
+  return sorter;
 }
 
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.

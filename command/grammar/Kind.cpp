@@ -152,6 +152,10 @@ constexpr KindRow rows[] = {
      .words = formats,
      .closed = true},
     {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
+    {.kind = Kind::expression,
+     .placeholder = "EXPRESSION...",
+     .expected = "an expression, as in vias >= 2",
+     .takesRest = true},
 };
 
 static_assert(

@@ -14,6 +14,7 @@
 #include "rova/route/RouteTypeStrings.h"
 
 #include <cstdint>
+#include <functional>
 #include <tuple>
 
 namespace Rova {
@@ -119,9 +120,21 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   /// What following a FEC needs of this listing; valid as long as the sorter. (rova/fec)
   Forwarding forwarding();
 
+  /// Chooses routes beside the protocol: those alone show and count for which it holds. It is asked
+  /// in the order of the listing, once for the count of an IPv6 listing and once to print.
+  using RouteFilter = std::function<bool(const Route&)>;
+  /// Sets it; an empty one, as at first, takes every route.
+  void routeFilterIs(RouteFilter filter) { routeFilter_ = std::move(filter); }
+  /// Whether the query's protocol and its filter take a route.
+  bool asksFor(const Route& route) const {
+    return protocolMatch(route, protocol_) && (!routeFilter_ || routeFilter_(route));
+  }
+
  private:
   void loadAddresses();
   void findTunnelTables();
+
+  RouteFilter routeFilter_;
 };
 
 using RouteSorter = Sorter<Ip4Family>;
