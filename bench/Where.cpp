@@ -74,6 +74,7 @@ std::string measure(const CaseOptions& options) {
 } // namespace
 
 std::string measureWhere(const CaseOptions& options) {
+  Lumo::ActivityUnlockAnchor::lock().soleActivityIs(true); // no sleeps, of which none is measured
   const Lumo::ActivityLockHold hold;
   return options.ip6 ? measure<Rova::Ip6Family>(options) : measure<Rova::Ip4Family>(options);
 }

@@ -9,9 +9,11 @@ namespace {
 /// The expression over the routes of one listing. What it asks of vias is answered once for all
 /// routes that share them, a bit for each comparison.
 template <class Family>
-class RouteFilter {
+class ExpressionOnRoutes {
  public:
-  RouteFilter(Rova::Sorter<Family>& sorter, Expression expression)
+  using Route = typename Family::Route;
+
+  ExpressionOnRoutes(Rova::Sorter<Family>& sorter, Expression expression)
       : expression_(std::move(expression)),
         shown_(sorter, [this](const Rova::ShownVias& vias) { return answersOf(vias); }) {
     for (const Comparison& comparison : expression_.comparisons()) {
@@ -24,12 +26,16 @@ class RouteFilter {
 
   /// The vias are asked first, whatever else decides: what they show can hang on the first route
   /// that shows them.
-  bool takes(const typename Family::Route& route) {
+  bool holds(const Route& route) {
     const auto answers = asksVias_ ? shown_.answer(route) : 0;
     const auto head = asksHead_ ? shown_.head(route) : Rova::RouteHead();
     return expression_.holds([&](std::size_t at) {
       return areOfVias_[at] ? (answers >> at & 1) != 0 : expression_.comparisons()[at].holds(head);
     });
+  }
+
+  void expect(const Route& route) const {
+    if (asksVias_) shown_.expect(route);
   }
 
  private:
@@ -48,26 +54,41 @@ class RouteFilter {
   Rova::ShownRoutes<Family> shown_;
 };
 
-template <class Route>
-bool isOfOne(const Route& route, const std::vector<std::string>& protocols) {
-  return protocols.empty() ||
-         std::any_of(protocols.begin(), protocols.end(),
-                     [&](const auto& code) { return Rova::protocolMatch(route, code); });
-}
+/// The choice over the routes of one listing.
+template <class Family>
+class ChosenRoutes : public Rova::RouteFilter<typename Family::Route> {
+ public:
+  using Route = typename Family::Route;
+
+  ChosenRoutes(Rova::Sorter<Family>& sorter, RouteChoice choice)
+      : protocols_(std::move(choice.protocols)) {
+    if (choice.where) where_.emplace(sorter, *std::move(choice.where));
+  }
+
+  /// A route that is not there, which the gateway of last resort can be, is none.
+  bool takes(const Route& route) override {
+    return !Rova::isInvalid(route.routeType) && isOfProtocols(route) &&
+           (!where_ || where_->holds(route));
+  }
+  void expect(const Route& route) override {
+    if (where_) where_->expect(route);
+  }
+
+ private:
+  bool isOfProtocols(const Route& route) const {
+    const auto isOf = [&](const auto& code) { return Rova::protocolMatch(route, code); };
+    return protocols_.empty() || std::any_of(protocols_.begin(), protocols_.end(), isOf);
+  }
+
+  const std::vector<std::string> protocols_;
+  std::optional<ExpressionOnRoutes<Family>> where_;
+};
 
 } // namespace
 
-/// A route that is not there, which the gateway of last resort can be, is none of them.
 template <class Family>
 void filterRoutes(Rova::Sorter<Family>& sorter, RouteChoice choice) {
-  std::shared_ptr<RouteFilter<Family>> filter;
-  if (choice.where) {
-    filter = std::make_shared<RouteFilter<Family>>(sorter, *std::move(choice.where));
-  }
-  sorter.routeFilterIs([filter, protocols = std::move(choice.protocols)](const auto& route) {
-    return !Rova::isInvalid(route.routeType) && isOfOne(route, protocols) &&
-           (!filter || filter->takes(route));
-  });
+  sorter.routeFilterIs(std::make_shared<ChosenRoutes<Family>>(sorter, std::move(choice)));
 }
 
 template void filterRoutes(Rova::Sorter<Rova::Ip4Family>&, RouteChoice);

@@ -24,10 +24,14 @@ void RoutePrinter<Family>::print(const Route& route) {
 
 template <class Family>
 void RoutePrinter<Family>::printSelected() {
-  printLookingAhead(sorter_.sortedRouteMap(), looks_, [this](const Route& route) {
+  const auto printNext = [this](const Route& route) {
     print(route);
     flushIfFull(printer_);
-  });
+  };
+  const auto expect = [filter = sorter_.routeFilter().get()](const Route& route) {
+    if (filter) filter->expect(route);
+  };
+  printLookingAhead(sorter_.sortedRouteMap(), looks_, printNext, expect);
 }
 
 template <class Family>

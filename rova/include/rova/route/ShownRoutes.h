@@ -1,14 +1,13 @@
 // What routes show, as values, for whoever chooses among them by it (Sorter::routeFilterIs):
 //
-//   auto shown = std::make_shared<Rova::ShownRoutes<Rova::Ip4Family>>(
+//   Rova::ShownRoutes<Rova::Ip4Family> shown(
 //       *sorter, [](const Rova::ShownVias& vias) { return vias.vias > 1; });
-//   sorter->routeFilterIs([shown](const auto& route) {
-//     return shown->head(route).metric < 10 && shown->answer(route) != 0;
-//   });
+//   ... shown.head(route).metric < 10 && shown.answer(route) != 0 ...
 #pragma once
 
 #include "rova/route/Sorter.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,6 +69,8 @@ class ROVA_EXPORT ShownRoutes {
   /// The answer for the vias of a route, which is worked out once for all routes that share them. A
   /// route that the listing leaves out, or whose FEC is missing, shows none.
   std::uint64_t answer(const Route& route);
+  /// Tells that the answer for a route will be wanted soon.
+  void expect(const Route& route) const;
 
  private:
   struct Body;
