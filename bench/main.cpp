@@ -6,6 +6,7 @@
 #include "Generator.h"
 #include "NexthopGroups.h"
 #include "StaticRoutes.h"
+#include "Where.h"
 
 #include <charconv>
 #include <cstring>
@@ -18,7 +19,7 @@ constexpr const char* usage =
     "usage: bench_listing measure|rows|text|json|snapshot [--shape plain|tunnels|policies|host]\n"
     "                     [--ip6] [--routes N] [--repeats N] [--prefixes FILE]\n"
     "       bench_listing breadth|by-name|nexthop-groups|static [--repeats N]\n"
-    "       bench_listing summary [--ip6] [--routes N] [--repeats N]\n";
+    "       bench_listing where|summary [--ip6] [--routes N] [--repeats N]\n";
 
 /// Above it a table no longer fits into the memory of common machines.
 constexpr std::size_t mostRoutes = 20000000;
@@ -90,6 +91,8 @@ void run(const std::string& what, const bench::CaseOptions& options) {
     std::cout << bench::measureBreadth(options.repeats) << std::endl;
   } else if (what == "by-name") {
     std::cout << bench::measureByName(options.repeats) << std::endl;
+  } else if (what == "where") {
+    std::cout << bench::measureWhere(options) << std::endl;
   } else if (what == "summary") {
     std::cout << bench::measureSummary(options) << std::endl;
   } else if (what == "text" || what == "json" || what == "snapshot") {

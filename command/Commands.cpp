@@ -15,6 +15,7 @@
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
 #include "command/Watch.h"
+#include "command/filter/Help.h"
 
 #include <algorithm>
 #include <array>
@@ -32,6 +33,7 @@ using grammar::Kind;
 using grammar::Option;
 using grammar::Part;
 using grammar::Scope;
+using grammar::Topic;
 
 constexpr Option options[] = {
     {.name = "--state",
@@ -96,26 +98,39 @@ constexpr auto chosenRouteParts(Kind target, Kind protocol, std::string_view nee
       Part{.name = "protocol",
            .keyword = Keyword::none,
            .kind = protocol,
-           .help = "the routes of a protocol"},
+           .repeats = true,
+           .help = "the routes of a protocol, or of several"},
   };
 }
 
+/// What parts of two kinds are together.
+template <std::size_t some, std::size_t more>
+constexpr auto joined(const std::array<Part, some>& ahead, const std::array<Part, more>& behind) {
+  std::array<Part, some + more> parts{};
+  std::ranges::copy(behind, std::ranges::copy(ahead, parts.begin()).out);
+  return parts;
+}
+
+constexpr Part where{
+    .name = "where",
+    .kind = Kind::expression,
+    .help = "the routes for which an expression over their fields holds, see rova help where"};
+
 /// A listing may be of other tables too.
 constexpr auto routeParts(Kind target, Kind protocol, std::string_view needsPrefix) {
-  const auto chosen = chosenRouteParts(target, protocol, needsPrefix);
-  const std::array others{
-      Part{.name = "host",
-           .beside = "vrf",
-           .why = "host goes with vrf alone: the host route table is shown as a whole",
-           .help = "the host route table, with the neighbours"},
-      Part{.name = "summary",
-           .beside = "vrf",
-           .why = "summary goes with vrf alone: it counts the whole table",
-           .help = "how many routes there are of each kind and mask length"},
-  };
-  std::array<Part, chosen.size() + others.size()> parts{};
-  std::ranges::copy(others, std::ranges::copy(chosen, parts.begin()).out);
-  return parts;
+  return joined(
+      chosenRouteParts(target, protocol, needsPrefix),
+      std::array{
+          Part{.name = "host",
+               .beside = "vrf",
+               .why = "host goes with vrf alone: the host route table is shown as a whole",
+               .help = "the host route table, with the neighbours"},
+          Part{.name = "summary",
+               .beside = "vrf",
+               .why = "summary goes with vrf alone: it counts the whole table",
+               .help = "how many routes there are of each kind and mask length"},
+          where,
+      });
 }
 constexpr std::string_view needsPrefix =
     "longer-prefixes needs a prefix ahead of it, as in 10.0.0.0/8 longer-prefixes";
@@ -124,9 +139,9 @@ constexpr std::string_view needsPrefix6 =
 constexpr auto ip4RouteParts = routeParts(Kind::ip4Target, Kind::protocol, needsPrefix);
 constexpr auto ip6RouteParts = routeParts(Kind::ip6Target, Kind::protocol6, needsPrefix6);
 constexpr auto watchedIp4RouteParts =
-    chosenRouteParts(Kind::ip4Target, Kind::protocol, needsPrefix);
+    joined(chosenRouteParts(Kind::ip4Target, Kind::protocol, needsPrefix), std::array{where});
 constexpr auto watchedIp6RouteParts =
-    chosenRouteParts(Kind::ip6Target, Kind::protocol6, needsPrefix6);
+    joined(chosenRouteParts(Kind::ip6Target, Kind::protocol6, needsPrefix6), std::array{where});
 
 constexpr Part diffParts[] = {
     {.name = "from",
@@ -155,7 +170,9 @@ constexpr Part diffParts[] = {
     {.name = "protocol",
      .keyword = Keyword::none,
      .kind = Kind::protocol,
-     .help = "the routes of a protocol"},
+     .repeats = true,
+     .help = "the routes of a protocol, or of several"},
+    where,
 };
 
 constexpr Part nexthopGroupParts[] = {
@@ -394,6 +411,12 @@ constexpr Filter filters[] = {
      .help = "all lines without a stop, as they come anyway"},
 };
 
+constexpr Topic topics[] = {
+    {.name = "where",
+     .help = "The expressions that choose routes, and the fields in them.",
+     .text = filter::helpText},
+};
+
 constexpr Beginning beginnings[] = {
     {.path = "show", .help = "What the state has, as displays."},
     {.path = "show ip", .help = "What the state has of IPv4."},
@@ -419,6 +442,7 @@ examples:
   rova --state lab.json --format json show ip route 10.0.0.0/8 longer-prefixes
   rova diff before.json kernel ip route
   rova watch ip route vrf all
+  rova show ip route where not hardware
   rova help show ip route
 
 without a command, rova is a shell: Tab completes words and names, ? lists what may follow, and
@@ -429,8 +453,8 @@ exit status: 0 success, 1 failure or a refused check, 2 wrong usage, 130 after a
 after a hangup, 143 when terminated); of diff 0 without a difference, 1 with any, 2 after a failure
 )";
 
-constexpr grammar::Grammar programTable{programCommands, beginnings, options, notes};
-constexpr grammar::Grammar shellTable{commands, beginnings, options, notes, filters};
+constexpr grammar::Grammar programTable{programCommands, beginnings, options, notes, topics};
+constexpr grammar::Grammar shellTable{commands, beginnings, options, notes, topics, filters};
 
 } // namespace
 

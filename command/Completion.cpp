@@ -6,6 +6,7 @@
 #include "command/OpenState.h"
 #include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
+#include "command/filter/Field.h"
 #include "command/grammar/Next.h"
 #include "lumo/ActivityLock.h"
 #include "lumo/Type.h"
@@ -56,6 +57,14 @@ Names typeNames() {
   return names;
 }
 
+/// What may be begun anywhere in an expression.
+Names wordsOfExpressions() {
+  Names names;
+  for (const auto& field : filter::fields()) names.emplace_back(field.name);
+  for (const char* const word : {"and", "in", "not", "or"}) names.emplace_back(word);
+  return names;
+}
+
 /// The entries of the folder that a path is in, each with the folder ahead as it was typed; folders
 /// end in a "/".
 Names files(std::string_view begun) {
@@ -103,6 +112,8 @@ Names namesOf(Kind kind, std::string_view begun, const std::string& source) {
     return groups(source);
   case Kind::type:
     return typeNames();
+  case Kind::expression:
+    return wordsOfExpressions();
   case Kind::inputFile:
   case Kind::outputFile:
   case Kind::file:

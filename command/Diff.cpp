@@ -41,9 +41,10 @@ std::optional<QueryOf<Family>> queryOf(const grammar::Parsed& parsed, const char
 }
 
 /// IPv6 lacks some of the protocols.
-void refuseForeignProtocol(const grammar::Parsed& parsed) {
+void refuseForeignProtocols(const grammar::Parsed& parsed,
+                            const std::vector<std::string>& protocols) {
   for (const auto& word : grammar::rowOf(grammar::Kind::protocol6).words) {
-    if (!word.refusal.empty() && word.meaning() == parsed.text("protocol")) {
+    if (!word.refusal.empty() && std::ranges::count(protocols, word.meaning()) != 0) {
       parsed.fail("protocol", std::string(word.refusal));
     }
   }
@@ -55,7 +56,7 @@ DiffQuery queryOf(const grammar::Parsed& parsed) {
   if (!query.ip4 && !query.ip6) {
     parsed.fail("target", "an address of the other family: expected one of the routes compared");
   }
-  if (!query.ip4) refuseForeignProtocol(parsed);
+  if (!query.ip4) refuseForeignProtocols(parsed, query.ip6->protocols);
   return query;
 }
 

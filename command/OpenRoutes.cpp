@@ -1,5 +1,7 @@
 #include "command/OpenRoutes.h"
 
+#include "command/filter/RouteFilter.h"
+
 #include <unistd.h>
 
 namespace command {
@@ -27,18 +29,24 @@ Lumo::Ptr<Rova::Sorter<Family>> openRoutes(const state::DeviceState& device,
   if (query.interface) {
     intf = Lumo::newEntity<Interface::IntfStatus>(Kesh::IntfId(Lumo::String(*query.interface)));
   }
-  return Rova::openSorter<Family>(device, vrf,
-                                  {.prefix = query.prefix,
-                                   .originalMask = query.typedMask,
-                                   .intfStatus = intf,
-                                   .intf = query.interface.has_value(),
-                                   .protocol = Lumo::String(query.protocol),
-                                   .detail = query.detail,
-                                   .longerPrefixes = query.longerPrefixes,
-                                   .host = query.host,
-                                   .fd = STDOUT_FILENO,
-                                   .quantify = options.timing ? options.startTime : 0.0,
-                                   .degradeNhgModel = options.olderNexthopGroups});
+  const bool isOneProtocol = query.protocols.size() == 1;
+  const auto sorter = Rova::openSorter<Family>(
+      device, vrf,
+      {.prefix = query.prefix,
+       .originalMask = query.typedMask,
+       .intfStatus = intf,
+       .intf = query.interface.has_value(),
+       .protocol = isOneProtocol ? Lumo::String(query.protocols[0]) : Lumo::String(),
+       .detail = query.detail,
+       .longerPrefixes = query.longerPrefixes,
+       .host = query.host,
+       .fd = STDOUT_FILENO,
+       .quantify = options.timing ? options.startTime : 0.0,
+       .degradeNhgModel = options.olderNexthopGroups});
+  if (query.where || query.protocols.size() > 1) {
+    filter::filterRoutes(*sorter, {query.protocols, query.where});
+  }
+  return sorter;
 }
 
 #define COMMAND_INSTANTIATE(Family)                                                                \

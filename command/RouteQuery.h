@@ -1,11 +1,13 @@
 // What a route listing was asked for.
 #pragma once
 
+#include "command/filter/Expression.h"
 #include "command/grammar/Parsed.h"
 #include "kesh/Prefix.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace command {
 
@@ -18,12 +20,13 @@ struct RouteQuery {
   bool summary = false; ///< counts of the whole table, which go with no other part but the VRF
   bool longerPrefixes = false;
   bool detail = false;
-  std::string protocol; ///< a protocol code
+  std::vector<std::string> protocols; ///< their codes; none for all
+  std::optional<filter::Expression> where = {};
   std::optional<std::string> interface;
 };
 
 /// The query of a command over routes, but for what the displays of whole tables alone have: `host`
-/// and `summary`.
+/// and `summary`. Raises UsageError for an expression that cannot be understood.
 template <class Prefix>
 RouteQuery<Prefix> routeQuery(const grammar::Parsed& parsed);
 

@@ -25,13 +25,14 @@ enum class Keyword : unsigned char {
   none,     ///< it stands by itself
 };
 
-/// A part of a command, which may stand once. Required arguments without a keyword come first, in
-/// their order; all else may stand in any order.
+/// A part of a command, which may stand once unless it `repeats`. Required arguments without a
+/// keyword come first, in their order; all else may stand in any order.
 struct Part {
   std::string_view name; ///< the keyword, or what the argument is asked for by
   Keyword keyword = Keyword::needed;
   Kind kind = Kind::none;
   bool required = false;
+  bool repeats = false;         ///< the words of a closed kind, which become one text with blanks
   std::string_view needs = {};  ///< the part that it goes with
   std::string_view beside = {}; ///< the one other part that may stand beside it; any if empty
   std::string_view why = {};    ///< the error where `needs` or `beside` is broken
@@ -87,11 +88,19 @@ struct Filter {
   std::string_view help;
 };
 
+/// What has a help of its own beside the commands.
+struct Topic {
+  std::string_view name;
+  std::string_view help;
+  std::string (*text)();
+};
+
 struct Grammar {
   std::span<const Command> commands;
   std::span<const Beginning> beginnings;
   std::span<const Option> options;
   std::string_view notes; ///< the end of the help for all commands
+  std::span<const Topic> topics;
   std::span<const Filter> filters = {};
 };
 

@@ -1,44 +1,11 @@
 #include "command/grammar/Help.h"
 
 #include "command/grammar/Syntax.h"
-
-#include <algorithm>
+#include "command/grammar/Table.h"
 
 namespace command::grammar {
 
 namespace {
-
-constexpr std::size_t lineWidth = 80;
-
-/// A row of a table: what is typed, and what it is for.
-struct Row {
-  std::string left, right;
-};
-
-/// Appends a text broken between words, each line but the first behind `indent` blanks; the first
-/// begins there.
-void appendBroken(std::string_view text, std::size_t indent, std::string& out) {
-  while (text.size() > lineWidth - indent) {
-    const auto blank = text.rfind(' ', lineWidth - indent);
-    if (blank == text.npos) break;
-    out.append(text.substr(0, blank)).append("\n").append(indent, ' ');
-    text.remove_prefix(blank + 1);
-  }
-  out.append(text).append("\n");
-}
-
-/// The rows, the right side of all at one column.
-std::string tableOf(const std::vector<Row>& rows) {
-  constexpr std::size_t margin = 2;
-  std::size_t width = 0;
-  for (const Row& row : rows) width = std::max(width, row.left.size());
-  std::string text;
-  for (const Row& row : rows) {
-    text.append(margin, ' ').append(row.left).append(width - row.left.size() + margin, ' ');
-    appendBroken(row.right, width + 2 * margin, text);
-  }
-  return text;
-}
 
 /// The options of a command, or all of them for null.
 std::string optionTable(const Grammar& grammar, const Command* command) {
@@ -95,6 +62,7 @@ std::string beginningHelp(const Grammar& grammar, const Path& path) {
 } // namespace
 
 std::string helpText(const Grammar& grammar, const Path& path) {
+  if (const Topic* const topic = path.topic()) return topic->text();
   if (const Command* const command = path.command()) return commandHelp(grammar, *command);
   return path.words().empty() ? wholeHelp(grammar, path) : beginningHelp(grammar, path);
 }

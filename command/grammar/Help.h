@@ -8,8 +8,8 @@
 
 namespace command::grammar {
 
-/// The help for the words of a path: for all commands without words, for those that begin so, or
-/// for one with its parts and options.
+/// The help for the words of a path: for all commands without words, for those that begin so, for
+/// one with its parts and options, or for a topic.
 std::string helpText(const Grammar& grammar, const Path& path);
 
 /// The help for the command that the words begin with, or for those that begin with them. Raises

@@ -190,6 +190,10 @@ constexpr KindRow rows[] = {
      .read = readLogPlace,
      .words = logPlaces},
     {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
+    {.kind = Kind::expression,
+     .placeholder = "EXPRESSION...",
+     .expected = "an expression, as in vias >= 2",
+     .takesRest = true},
 };
 
 static_assert(

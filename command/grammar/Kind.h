@@ -34,9 +34,10 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
-  fields,   ///< names of what a route has, with commas between them
-  logPlace, ///< a number of the log of changes, or its end
-  text,     ///< any words, to be looked for in lines
+  fields,     ///< names of what a route has, with commas between them
+  logPlace,   ///< a number of the log of changes, or its end
+  text,       ///< any words, to be looked for in lines
+  expression, ///< all words up to the end, with blanks between them
 };
 
 /// A word that can stand for an argument.
@@ -65,6 +66,7 @@ struct KindRow {
   bool (*looksLike)(std::string_view word) = nullptr;
   std::span<const Word> words = {}; ///< beside other words, or alone if `closed`
   bool closed = false;
+  bool takesRest = false; ///< it is the words up to the end of the line, at least one
 };
 
 const KindRow& rowOf(Kind kind);

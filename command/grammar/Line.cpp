@@ -38,7 +38,7 @@ int Line::findKeyword(std::size_t at, std::span<const std::string_view> keywords
   fail(at, "\"" + word + "\" is short for several words: " + listOf(fitting));
 }
 
-void Line::fail(std::size_t at, const std::string& message) const {
+void Line::fail(std::size_t at, const std::string& message, std::size_t offset) const {
   if (words_.empty()) throw UsageError("rova: " + message + "\n  rova --help shows the commands");
   std::string line;
   std::size_t place = 0;
@@ -48,7 +48,7 @@ void Line::fail(std::size_t at, const std::string& message) const {
     line += words_[i];
   }
   if (at >= words_.size()) place = line.size() + 1;
-  throw UsageError("rova: " + message + withCaret(line, place));
+  throw UsageError("rova: " + message + withCaret(line, place + offset));
 }
 
 void Line::failExpecting(std::size_t at, const Choices& choices) const {

@@ -35,8 +35,9 @@ class Line {
   /// them. One that is short for several is an error.
   int findKeyword(std::size_t at, std::span<const std::string_view> keywords) const;
 
-  /// Raises UsageError at a word, or behind the last one.
-  [[noreturn]] void fail(std::size_t at, const std::string& message) const;
+  /// Raises UsageError at a word, or behind the last one; `offset` bytes further on for a place
+  /// inside of the words.
+  [[noreturn]] void fail(std::size_t at, const std::string& message, std::size_t offset = 0) const;
   /// The error at a word that is none of those that may stand there, or at the end of the line.
   [[noreturn]] void failExpecting(std::size_t at, const Choices& choices) const;
 

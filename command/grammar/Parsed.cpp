@@ -14,8 +14,8 @@ std::size_t Parsed::indexOf(std::string_view part) const {
   return static_cast<std::size_t>(found - parts.begin());
 }
 
-void Parsed::fail(std::string_view part, const std::string& message) const {
-  line_.fail(given(part).value().at, message);
+void Parsed::fail(std::string_view part, const std::string& message, std::size_t offset) const {
+  line_.fail(given(part).value().at, message, offset);
 }
 
 } // namespace command::grammar

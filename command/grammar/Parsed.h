@@ -17,7 +17,8 @@ namespace command::grammar {
 /// assertion.
 class Parsed {
  public:
-  Parsed(const Grammar& grammar, Line line) : line_(std::move(line)), subject_(grammar) {}
+  Parsed(const Grammar& grammar, Line line)
+      : line_(std::move(line)), subject_(grammar, grammar.topics) {}
 
   const Command& command() const { return *command_; }
 
@@ -33,17 +34,19 @@ class Parsed {
     const auto* const found = find<std::string>(part);
     return found ? *found : std::string(otherwise);
   }
-  /// The commands that an argument names.
+  /// The commands that an argument names, or a topic.
   const Path& subject() const { return subject_; }
 
-  /// Raises UsageError, with the caret under the last word of a part that is there.
-  [[noreturn]] void fail(std::string_view part, const std::string& message) const;
+  /// Raises UsageError, with the caret under the last word of a part that is there; `offset` bytes
+  /// behind the beginning of one that is the words up to the end.
+  [[noreturn]] void fail(std::string_view part, const std::string& message,
+                         std::size_t offset = 0) const;
 
  private:
   friend class Reader;
 
   struct Given {
-    std::size_t at; ///< its last word
+    std::size_t at; ///< its last word, or the first of those up to the end
     Value value;
   };
 

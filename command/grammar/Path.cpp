@@ -31,7 +31,8 @@ std::string_view wordBehind(const Command& command, std::string_view words) {
 
 } // namespace
 
-Path::Path(const Grammar& grammar) : grammar_(grammar) {
+Path::Path(const Grammar& grammar, std::span<const Topic> topics)
+    : grammar_(grammar), topics_(topics) {
   for (const Command& command : grammar.commands) commands_.push_back(&command);
 }
 
@@ -50,6 +51,7 @@ Choices Path::choices() const {
     const auto end = static_cast<std::size_t>(word.data() + word.size() - command->path.data());
     choices.push_back({word, Kind::none, helpOf(grammar_, command->path.substr(0, end))});
   }
+  for (const Topic& topic : topics_) choices.push_back({topic.name, Kind::none, topic.help});
   return choices;
 }
 
@@ -60,6 +62,10 @@ void Path::take(const Line& line, std::size_t at) {
   const int chosen = line.findKeyword(at, words);
   if (chosen < 0) line.failExpecting(at, choices);
   words_ += (words_.empty() ? "" : " ") + std::string(words[static_cast<std::size_t>(chosen)]);
+  const auto isNamed = [&](const Topic& topic) { return topic.name == words_; };
+  const auto named = std::find_if(topics_.begin(), topics_.end(), isNamed);
+  if (named != topics_.end()) topic_ = &*named;
+  topics_ = {};
   std::erase_if(commands_, [&](const Command* command) { return !beginsWith(*command, words_); });
 }
 

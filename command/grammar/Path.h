@@ -1,4 +1,4 @@
-// The words that name a command, read one by one.
+// The words that name a command, or where help is asked for a topic, read one by one.
 #pragma once
 
 #include "command/grammar/Grammar.h"
@@ -11,7 +11,7 @@ namespace command::grammar {
 
 class Path {
  public:
-  explicit Path(const Grammar& grammar);
+  explicit Path(const Grammar& grammar, std::span<const Topic> topics = {});
 
   /// Reads a word of the line, which may be abbreviated. Raises UsageError for one that no command
   /// has there.
@@ -19,6 +19,8 @@ class Path {
 
   /// The command that the words name; null as long as some are missing.
   const Command* command() const;
+  /// The topic that the word names; null for commands.
+  const Topic* topic() const { return topic_; }
   /// All commands that begin with the words.
   const std::vector<const Command*>& commands() const { return commands_; }
   /// The words so far, in full.
@@ -30,6 +32,8 @@ class Path {
 
  private:
   const Grammar& grammar_;
+  std::span<const Topic> topics_; ///< that may be the first word
+  const Topic* topic_ = nullptr;
   std::vector<const Command*> commands_;
   std::string words_;
 };

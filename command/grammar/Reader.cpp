@@ -63,10 +63,22 @@ const Part* Reader::awaited() const {
 }
 
 void Reader::takeArgument(const Part& part) {
+  if (rowOf(part.kind).takesRest) return takeRest(part);
   auto reading = read(part.kind, parsed_.line_[at_]);
   if (!reading.value) fail(reading.wrong);
   parsed_.parts_[parsed_.indexOf(part.name)] = {at_, std::move(*reading.value)};
   open_ = nullptr;
+}
+
+/// Leaves the part open for the words that follow.
+void Reader::takeRest(const Part& part) {
+  const auto& word = parsed_.line_[at_];
+  auto& given = *parsed_.parts_[parsed_.indexOf(part.name)];
+  if (isOpen()) {
+    given = {at_, word};
+  } else {
+    std::get<std::string>(given.value) += " " + word;
+  }
 }
 
 void Reader::takePart() {
@@ -127,14 +139,16 @@ const Reader::Candidate* Reader::chosen(const std::vector<Candidate>& candidates
 
 void Reader::takeKeyword(const Candidate& candidate) {
   const Word* const word = candidate.word;
-  enter(*candidate.part, word ? word->meaning() : "");
+  const auto before = parsed_.text(candidate.part->name);
+  const auto meaning = word ? word->meaning() : std::string();
+  enter(*candidate.part, before.empty() ? meaning : before + " " + meaning);
   if (word && !word->refusal.empty()) fail(word->refusal);
   if (!word && candidate.part->kind != Kind::none) open_ = candidate.part;
 }
 
 /// Notes that a part stands here, unless it cannot beside the others.
 void Reader::enter(const Part& part, Value value) {
-  if (isGiven(part)) fail(nameOf(part) + " stands twice");
+  if (isGiven(part) && !part.repeats) fail(nameOf(part) + " stands twice");
   for (const Part& other : command()->parts) {
     if (!isGiven(other)) continue;
     if (!goesBeside(part, other)) fail(part.why);
@@ -147,7 +161,8 @@ bool Reader::isGiven(const Part& part) const { return parsed_.has(part.name); }
 
 /// Whether a part may be added to those that are there.
 bool Reader::isFree(const Part& part) const {
-  if (isGiven(part) || (!part.needs.empty() && !parsed_.has(part.needs))) return false;
+  if ((isGiven(part) && !part.repeats) || (!part.needs.empty() && !parsed_.has(part.needs)))
+    return false;
   return std::all_of(command()->parts.begin(), command()->parts.end(), [&](const Part& other) {
     return !isGiven(other) || (goesBeside(part, other) && goesBeside(other, part));
   });
@@ -173,16 +188,22 @@ const Part* Reader::lacking() const {
   return nullptr;
 }
 
+/// Whether a part lacks its argument, or the first word of one that is the words up to the end.
+bool Reader::isOpen() const {
+  if (!open_ || !rowOf(open_->kind).takesRest) return open_;
+  return parsed_.text(open_->name).empty();
+}
+
 bool Reader::mayEnd() const {
   if (!command()) return false;
   const auto isMissing = [&](const Part& part) { return part.required && !isGiven(part); };
   const auto& parts = command()->parts;
-  return !open_ && !lacking() && std::none_of(parts.begin(), parts.end(), isMissing);
+  return !isOpen() && !lacking() && std::none_of(parts.begin(), parts.end(), isMissing);
 }
 
 const Parsed& Reader::whole() const {
   if (mayEnd()) return parsed_;
-  if (command() && !open_) {
+  if (command() && !isOpen()) {
     if (const Part* const part = lacking()) fail(part->why);
   }
   parsed_.line_.failExpecting(at_, choices());

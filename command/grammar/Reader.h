@@ -26,6 +26,7 @@ class Reader {
   void take();
   void takePart();
   void takeArgument(const Part& part);
+  void takeRest(const Part& part);
   void takeKeyword(const Candidate& candidate);
   void enter(const Part& part, Value value = {});
 
@@ -37,13 +38,15 @@ class Reader {
   const Candidate* chosen(const std::vector<Candidate>& candidates) const;
   bool isGiven(const Part& part) const;
   bool isFree(const Part& part) const;
+  bool isOpen() const;
   const Part* lacking() const;
   [[noreturn]] void fail(std::string_view message) const;
 
   Parsed parsed_;
   Path path_;
   std::size_t at_ = 0;
-  const Part* open_ = nullptr; ///< the one whose keyword was read last and lacks its argument
+  /// The one whose keyword was read last and lacks its argument, or has it up to the end.
+  const Part* open_ = nullptr;
 };
 
 } // namespace command::grammar

@@ -52,7 +52,7 @@ std::string syntaxOf(const Part& part) {
   case Keyword::none:
     break;
   }
-  return std::string(rowOf(part.kind).placeholder);
+  return std::string(rowOf(part.kind).placeholder) + (part.repeats ? "..." : "");
 }
 
 std::string syntaxOf(const Option& option) {

@@ -54,9 +54,10 @@ class FecLooks {
 /// Calls `print(route)`, which leaves the routes as they are, for each of them in order. It reads
 /// three routes ahead, so that the way to what is known of their FECs, that itself, and then the
 /// output that it leads to are on their way from memory one after the other while other routes
-/// print.
-template <class Routes, class Look, class Print>
-void printLookingAhead(const Routes& routes, FecLooks<Look>& looks, Print&& print) {
+/// print. `expect(route)` is called at that, for what else the print looks at.
+template <class Routes, class Look, class Print, class Expect>
+void printLookingAhead(const Routes& routes, FecLooks<Look>& looks, Print&& print,
+                       Expect&& expect) {
   constexpr std::size_t depth = 4; // a power of two: the routes in hand go round in it
   std::array<const typename Routes::ValueType*, depth> coming;
   std::size_t read = 0;
@@ -66,6 +67,7 @@ void printLookingAhead(const Routes& routes, FecLooks<Look>& looks, Print&& prin
     for (; at != end && read - printed < depth; ++at) {
       coming[read++ % depth] = &at->second;
       looks.expectLater(at->second.fecId);
+      expect(at->second);
     }
     const auto fecAhead = [&](std::size_t steps) {
       return coming[(printed + steps) % depth]->fecId;

@@ -97,8 +97,9 @@ class HostTable {
     printer_.start();
     printHead();
     printer_.startDict("routes");
-    printLookingAhead(sorter_.sortedRouteMap(), looks_,
-                      [this](const Route& route) { printRoute(route); });
+    printLookingAhead(
+        sorter_.sortedRouteMap(), looks_, [this](const Route& route) { printRoute(route); },
+        [](const Route&) {});
     printer_.endDict();
     printer_.addFrills("\n");
     if (sorter_.quantify() != 0.0) printTiming(sorter_, printer_, start);

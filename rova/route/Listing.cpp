@@ -115,7 +115,7 @@ bool Listing<Family>::gatewayBelongs(const Route& route) const {
       isDefault(sorter_.prefix()) ||
       (!sorter_.longerPrefixes() && (sorter_.prefix().isNullPrefix() ||
                                      (routes.size() == 1 && isDefault(routes.begin()->first))));
-  return asked && protocolMatch(route, sorter_.protocol());
+  return asked && sorter_.asksFor(route);
 }
 
 template <class Family>

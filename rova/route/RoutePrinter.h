@@ -1,11 +1,7 @@
 // The routes of a listing: each as the line that it shows, whatever stands around it.
 #pragma once
 
-#include "FecLook.h"
-#include "rova/fec/Policies.h"
-#include "rova/route/Listing.h"
-#include "rova/route/RouteLine.h"
-#include "rova/route/Selection.h"
+#include "RouteResolver.h"
 
 namespace Rova {
 
@@ -18,9 +14,7 @@ class RoutePrinter {
   RoutePrinter(Sorter<Family>& sorter, scrivo::Printer& printer)
       : sorter_(sorter),
         printer_(printer),
-        forwarding_(sorter.forwarding()),
-        missesHardware_(hasUnprogrammedRoutes(sorter)),
-        missesKernel_(kernelUnprogrammedRoutes(sorter)),
+        resolver_(sorter),
         lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}) {}
 
   /// Prints one route, or nothing where the listing leaves it out.
@@ -29,35 +23,16 @@ class RoutePrinter {
   void printSelected();
 
   /// Whether any route is missing from the kernel.
-  bool missesKernel() const { return missesKernel_; }
+  bool missesKernel() const { return resolver_.missesKernel(); }
 
  private:
-  using VrfId = Vrf::VrfIdMap::VrfId;
-
-  Kesh::IntfId ownInterface(const Route& route) const;
-  bool hasV6Nexthop() const;
-  RouteLine lineOf(const Route& route);
-  const char* srcVrfName(VrfId vrf);
   void printMissingFec(const Route& route);
-  bool sharesVias(const Route& route, const RouteLine& line, const FecLook& look) const;
-  bool resolve(const Route& route, const FecLook& look, RouteLine& line);
-  bool resolveDirectly(const Route& route, const CachedFec& fec, RouteLine& line);
-  void buildGroups(CachedFec& fec);
 
   Sorter<Family>& sorter_;
   scrivo::Printer& printer_;
-  const Forwarding forwarding_;
-  // Whether there is a route to ask about: most devices have none.
-  const bool missesHardware_, missesKernel_;
+  RouteResolver<Family> resolver_;
   RouteLinePrinter lines_;
   FecLooks<FecLook> looks_;
-  bool groupNamesBuilt_ = false;
-  VrfId lastSrcVrf_{VrfId::none};
-  Lumo::String lastSrcVrfName_;
-  // What the line in print shows of its FEC.
-  DirectViaText viaText_;
-  PolicyInfoSet policies_;
-  Lumo::String ownInterfaceText_, ownDescription_;
 };
 
 extern template class RoutePrinter<Ip4Family>;

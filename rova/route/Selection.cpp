@@ -172,7 +172,7 @@ bool kernelUnprogrammedRoutes(const Sorter<Family>& sorter) {
 
 bool isRouteFiltered(const Route6Sorter& sorter, const Vanta::Fib6::Route& route) {
   if (!isReceive(route.routeType) && !isPrintable(sorter, route)) return true;
-  if (!protocolMatch(route, sorter.protocol())) return true;
+  if (!sorter.asksFor(route)) return true;
   const CachedFec* const fec = capturedFec(sorter, route);
   if (!fec) return true;
   if (fec->vias() == 0) return static_cast<bool>(sorter.intfStatus());

@@ -19,6 +19,7 @@
 #include "rova/route/OpenSorter.h"
 #include "rova/route/RouteEntries.h"
 #include "rova/route/Selection.h"
+#include "rova/route/ShownRoutes.h"
 #include "rova/route/Sorter.h"
 #include "rova/staticroute/StaticRoutesCliSaver.h"
 #include "rova/staticroute/StaticRoutesRibCommon.h"

@@ -14,11 +14,27 @@
 #include "rova/route/RouteTypeStrings.h"
 
 #include <cstdint>
+#include <memory>
 #include <tuple>
 
 namespace Rova {
 
 struct Forwarding;
+
+/// Chooses among the routes of a listing: those alone show and count that it takes.
+template <class Route>
+class RouteFilter {
+ public:
+  RouteFilter() = default;
+  virtual ~RouteFilter() = default;
+  RouteFilter(const RouteFilter&) = delete;
+  RouteFilter& operator=(const RouteFilter&) = delete;
+
+  /// Whether a route shows.
+  virtual bool takes(const Route& route) = 0;
+  /// Told some routes ahead, so that what is known of a route can come from memory meanwhile.
+  virtual void expect(const Route&) {}
+};
 
 /// One listing of one VRF: loaded when it is made, rendered once. `RouteSorter`, `Route6Sorter`.
 template <class FamilyType>
@@ -119,9 +135,22 @@ class ROVA_EXPORT Sorter : public Lumo::PtrInterface {
   /// What following a FEC needs of this listing; valid as long as the sorter. (rova/fec)
   Forwarding forwarding();
 
+  /// The filter that chooses routes beside the protocol; null, as at first, for none. It is asked
+  /// in the order of the listing, once for the count of an IPv6 listing and once to print.
+  const std::shared_ptr<RouteFilter<Route>>& routeFilter() const { return routeFilter_; }
+  void routeFilterIs(std::shared_ptr<RouteFilter<Route>> filter) {
+    routeFilter_ = std::move(filter);
+  }
+  /// Whether the query's protocol and its filter take a route.
+  bool asksFor(const Route& route) const {
+    return protocolMatch(route, protocol_) && (!routeFilter_ || routeFilter_->takes(route));
+  }
+
  private:
   void loadAddresses();
   void findTunnelTables();
+
+  std::shared_ptr<RouteFilter<Route>> routeFilter_;
 };
 
 using RouteSorter = Sorter<Ip4Family>;
