@@ -58,11 +58,11 @@ Choice defaultSource() {
 
 bool isKernel(const std::string& source) { return source == own || source.starts_with(named); }
 
-State open(const std::string& source, const Needs& needs) {
-  if (source == own) return kernel::load("", needs);
-  if (source.starts_with(named)) return kernel::load(namespaceOf(source), needs);
+State open(const std::string& source, const Needs& needs, Progress* progress) {
+  if (source == own) return kernel::load("", needs, progress);
+  if (source.starts_with(named)) return kernel::load(namespaceOf(source), needs, progress);
   if (source != "-" && database::isDatabase(source)) return database::load(source, needs);
-  return {snapshot::load(source, needs), {}};
+  return {snapshot::load(source, needs, progress), {}};
 }
 
 } // namespace sources
