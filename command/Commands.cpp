@@ -42,6 +42,13 @@ constexpr Option options[] = {
      .scope = Scope::all,
      .piped = true,
      .help = "how the output looks; a trailing \"| json\" does the same"},
+    {.name = "--color",
+     .kind = Kind::colour,
+     .scope = Scope::all,
+     .help = "whether the text has colours; auto, where a terminal shows it, is usual"},
+    {.name = "--no-pager",
+     .scope = Scope::all,
+     .help = "show what is longer than the screen without a stop"},
     {.name = "--timing", .help = "end a listing with the time that it took (text only)"},
     {.name = "--older-nexthop-groups", .help = "show nexthop group routes in their older form"},
     {.name = "--counters", .help = "show the packets and bytes of nexthop group entries"},
@@ -314,7 +321,7 @@ constexpr Filter filters[] = {
     {.name = "count", .action = FilterAction::count, .help = "how many lines there are"},
     {.name = "no-more",
      .action = FilterAction::none,
-     .help = "all lines without a stop, as they come anyway"},
+     .help = "all lines without a stop, as --no-pager"},
 };
 
 constexpr Beginning beginnings[] = {

@@ -57,6 +57,10 @@ constexpr Word everyVrf[] = {{"all", "every VRF"}};
 
 constexpr Word formats[] = {{"text", "lines for people"}, {"json", "a document for programs"}};
 
+constexpr Word colours[] = {{"auto", "where a terminal shows it"},
+                            {"always", "in a pipe and a file too"},
+                            {"never", "none"}};
+
 // Their values are the codes that the library filters by.
 constexpr Word protocols[] = {
     {"aggregate", "aggregates of BGP, and summaries of OSPF", "A"},
@@ -150,6 +154,11 @@ constexpr KindRow rows[] = {
      .placeholder = "text|json",
      .expected = "text or json",
      .words = formats,
+     .closed = true},
+    {.kind = Kind::colour,
+     .placeholder = "auto|always|never",
+     .expected = "auto, always or never",
+     .words = colours,
      .closed = true},
     {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
 };

@@ -32,6 +32,7 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
+  colour,
   text, ///< any words, to be looked for in lines
 };
 
