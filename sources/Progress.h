@@ -11,8 +11,8 @@ namespace sources {
 class Progress {
  public:
   virtual ~Progress() = default;
-  /// `done` of `all` is done of what `what` says ("reading IPv4 routes"); `all` is 0 where nobody
-  /// knows it. Does not throw.
+  /// `done` of `all` is done of what `what` says ("reading the kernel's IPv4 routes"); `all` is 0
+  /// where nobody knows it, and so is `done` where nobody counts. Does not throw.
   virtual void at(std::string_view what, std::uint64_t done, std::uint64_t all) = 0;
 };
 

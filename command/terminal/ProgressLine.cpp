@@ -39,13 +39,15 @@ std::string figure(std::uint64_t done, std::uint64_t all) {
 } // namespace
 
 ProgressLine::ProgressLine(double startTime)
-    : isSeen_(showsProgress()), due_(startTime + secondsAhead) {}
+    : isSeen_(showsProgress()), firstDue_(startTime + secondsAhead), due_(firstDue_) {}
 
 ProgressLine::~ProgressLine() { removeProgressLine(); }
 
 void ProgressLine::at(std::string_view what, std::uint64_t done, std::uint64_t all) {
   const double now = isSeen_ ? Lumo::System::currentTime() : 0;
-  if (!isSeen_ || now < due_) return;
+  // What nobody counts is told of once: it could not come later.
+  const bool isDue = now >= due_ || (done == 0 && now >= firstDue_);
+  if (!isSeen_ || !isDue) return;
   due_ = now + secondsBetween;
   isDrawn = true;
   std::fprintf(stderr, "%s%s%s%s", lineStart.data(), std::string(what).c_str(),

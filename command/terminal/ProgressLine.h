@@ -6,8 +6,8 @@
 namespace command::terminal {
 
 /// Draws on standard error, if that is a terminal, once the command has taken half a second, and
-/// then at most ten times a second. Nothing else is written while it lives: it takes its line away in
-/// the end.
+/// then figures at most ten times a second. Nothing else is written while it lives: it takes its
+/// line away in the end.
 class ProgressLine : public sources::Progress {
  public:
   /// `startTime`: when the command began, in seconds of the framework's clock.
@@ -23,7 +23,8 @@ class ProgressLine : public sources::Progress {
 
  private:
   bool isSeen_;
-  double due_; ///< when to draw again
+  double firstDue_; ///< when to draw for the first time
+  double due_;      ///< and when again
 };
 
 /// Takes the line away in a signal handler that ends the process.

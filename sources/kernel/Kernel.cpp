@@ -14,11 +14,12 @@ constexpr std::chrono::seconds patience{2};
 
 /// What must be taken inside a namespace; the sockets keep belonging to it afterwards.
 struct Access {
-  explicit Access(Progress* progress) {
+  explicit Access(Progress* heard) : progress(heard) {
     if (progress) watched.emplace(kernel, *progress);
   }
   Feed& feed() { return watched ? static_cast<Feed&>(*watched) : kernel; }
 
+  Progress* progress;
   KernelFeed kernel;
   std::optional<WatchedFeed> watched;
   Forwarding forwarding = readForwarding();
@@ -34,6 +35,7 @@ State read(Access& access, const Needs& asked, const Needs& needs) {
   Follower follower(access.feed(), needs);
   follower.read(patience);
   if (follower.needsEverything()) return read(access, asked, {});
+  if (access.progress) access.progress->at("sorting routes", 0, 0);
   State state;
   state.notes.moved = follower.moved();
   KernelState kernel = follower.take();

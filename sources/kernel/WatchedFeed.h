@@ -8,7 +8,8 @@
 
 namespace sources::kernel {
 
-/// Hands all on to another feed, and tells behind each datagram how many objects of a dump came.
+/// Hands all on to another feed, and tells behind each datagram how many objects came. Those of
+/// several tables of routes that are asked for one by one are counted on.
 class WatchedFeed final : public Feed {
  public:
   WatchedFeed(Feed& feed, Progress& progress) : feed_(feed), progress_(progress) {}
@@ -16,14 +17,15 @@ class WatchedFeed final : public Feed {
   void follow(unsigned group) override { feed_.follow(group); }
   DumpEnd dump(const Request& request, const TakeMessage& take,
                const std::function<bool()>& keepsOn) override {
-    const std::string what = std::string("reading the kernel's ") + request.what;
-    std::uint64_t count = 0;
+    if (request.what != last_.what || request.attributeValue == last_.attributeValue) count_ = 0;
+    last_ = request;
     const auto takeCounted = [&](Bytes payload) {
-      ++count;
+      ++count_;
       take(payload);
     };
+    const std::string what = std::string("reading the kernel's ") + request.what;
     return feed_.dump(request, takeCounted, [&] {
-      progress_.at(what, count, 0);
+      progress_.at(what, count_, 0);
       return keepsOn();
     });
   }
@@ -32,6 +34,8 @@ class WatchedFeed final : public Feed {
  private:
   Feed& feed_;
   Progress& progress_;
+  Request last_{};
+  std::uint64_t count_ = 0;
 };
 
 } // namespace sources::kernel

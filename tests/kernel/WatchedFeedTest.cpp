@@ -40,6 +40,15 @@ TEST(WatchedFeed, CountsObjectsADatagramAtATime) {
   EXPECT_EQ(taken, 4);
   EXPECT_EQ(heard.text, "reading the kernel's IPv4 routes 3/0\n"
                         "reading the kernel's IPv4 routes 4/0\n");
+  auto table = routes;
+  table.attributeValue = RT_TABLE_LOCAL;
+  heard.text.clear();
+  watched.dump(table, take, [] { return true; });
+  watched.dump(table, take, [] { return true; });
+  EXPECT_EQ(heard.text, "reading the kernel's IPv4 routes 7/0\n"
+                        "reading the kernel's IPv4 routes 8/0\n"
+                        "reading the kernel's IPv4 routes 3/0\n"
+                        "reading the kernel's IPv4 routes 4/0\n");
   EXPECT_FALSE(watched.dump(routes, take, [] { return false; }).complete);
   EXPECT_FALSE(watched.drain([](const nlmsghdr&, Bytes) {}));
 }
