@@ -2,10 +2,11 @@
 // held back until it is longer than the screen, whatever the pager could do about it itself.
 #pragma once
 
+#include "command/terminal/PagerProcess.h"
 #include "command/terminal/Screen.h"
 
+#include <optional>
 #include <string>
-#include <sys/types.h>
 
 namespace command::terminal {
 
@@ -23,9 +24,6 @@ std::optional<Paging> pagingHere();
 class Pager {
  public:
   explicit Pager(const Paging& paging) : paging_(paging), rows_(paging.screen.columns) {}
-  ~Pager() { wait(); }
-  Pager(const Pager&) = delete;
-  Pager& operator=(const Pager&) = delete;
 
   /// Takes more of the output. Raises scrivo::sigintException once the user has left the pager, and
   /// scrivo::WriteException.
@@ -35,14 +33,13 @@ class Pager {
 
  private:
   void start();
-  void wait();
+  void release();
 
   Paging paging_;
   RowCounter rows_;
   bool holds_ = true;
   std::string held_;
-  int input_ = -1; ///< of the pager; -1 where none runs
-  pid_t process_ = 0;
+  std::optional<PagerProcess> process_; ///< none while output is held, and where it cannot be had
 };
 
 } // namespace command::terminal

@@ -59,6 +59,13 @@ class Terminal:
         text, self.screen = self.screen[:found.end()], self.screen[found.end():]
         return text
 
+    def leave_pager(self, is_left):
+        """Presses q, again where less drops it, as it may the key behind a Ctrl-C."""
+        end = time.monotonic() + TIMEOUT_SECONDS
+        while not is_left() and time.monotonic() < end:
+            self.keys("q")
+            self.read(0.5)
+
     def run(self, line, prompt):
         """Types a line at the prompt; what came up to the next prompt."""
         self.keys(line + "\r")
