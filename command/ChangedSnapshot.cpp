@@ -1,13 +1,12 @@
 #include "command/ChangedSnapshot.h"
 
 #include "command/grammar/UsageError.h"
+#include "command/terminal/Message.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Shown.h"
 #include "sources/database/Database.h"
 #include "sources/snapshot/Snapshot.h"
-
-#include <cstdio>
 
 namespace command {
 
@@ -39,8 +38,8 @@ void refuseDatabase(const std::string& path) {
 
 std::function<void()> tellWaiting(const std::string& path) {
   return [path] {
-    std::fprintf(stderr, "rova: %s: waiting for another process that changes it\n",
-                 scrivo::shown(path).c_str());
+    terminal::tell("rova: " + scrivo::shown(path) +
+                   ": waiting for another process that changes it");
   };
 }
 

@@ -7,6 +7,8 @@
 #include "command/ShowHelp.h"
 #include "command/grammar/Help.h"
 #include "command/grammar/Parser.h"
+#include "command/shell/Paging.h"
+#include "command/shell/Reported.h"
 #include "lumo/ActivityLock.h"
 #include "lumo/System.h"
 #include "rova/Version.h"
@@ -14,6 +16,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unistd.h>
 
 namespace command {
 
@@ -68,7 +71,11 @@ ExitStatus runCommandLine(std::span<const char* const> words) {
   }
   const auto arguments = grammar::splitArguments(commandGrammar(), words);
   if (asksForShell(arguments)) return runShell(arguments);
-  return runArguments(commandGrammar(), arguments);
+  shell::chooseColour(arguments, isatty(STDOUT_FILENO));
+  const auto run = [&] { return runArguments(commandGrammar(), arguments); };
+  const auto paging = shell::pagingOf(commandGrammar(), arguments);
+  if (!paging) return run();
+  return static_cast<ExitStatus>(shell::runPaged(*paging, [&] { return shell::reported(run); }));
 }
 
 ExitStatus runArguments(const grammar::Grammar& table, const grammar::Arguments& arguments) {

@@ -9,6 +9,8 @@
 #include "command/shell/Reported.h"
 #include "scrivo/Interrupt.h"
 
+#include <algorithm>
+
 namespace command {
 
 namespace {

@@ -1,16 +1,19 @@
 #include "command/OpenState.h"
 
+#include "command/terminal/Message.h"
+#include "command/terminal/ProgressLine.h"
 #include "scrivo/Shown.h"
 #include "sources/Source.h"
-
-#include <cstdio>
 
 namespace command {
 
 sources::State openState(const Options& options, const sources::Needs& needs) {
-  auto state = sources::open(options.state, needs);
+  auto state = [&] {
+    terminal::ProgressLine progress(options.startTime);
+    return sources::open(options.state, needs, progress.get());
+  }();
   for (const auto& line : linesOf(state.notes, options.state)) {
-    std::fprintf(stderr, "rova: %s\n", scrivo::shown(line).c_str());
+    terminal::tell("rova: " + scrivo::shown(line));
   }
   return state;
 }

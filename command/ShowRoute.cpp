@@ -6,11 +6,22 @@
 #include "command/ShowRouteSummary.h"
 #include "command/Signals.h"
 #include "command/VrfChoice.h"
+#include "command/terminal/ProgressLine.h"
 #include "scrivo/Interrupt.h"
 
 namespace command {
 
 namespace {
+
+/// A loaded sorter, with its progress shown where nothing is on the screen yet that it could
+/// disturb.
+template <class Family>
+auto watchedSorter(const state::DeviceState& device, const state::VrfState& vrf,
+                   const QueryOf<Family>& query, const Options& options, bool isFirst) {
+  std::optional<terminal::ProgressLine> progress;
+  if (isFirst) progress.emplace(options.startTime).at("selecting routes");
+  return openRoutes<Family>(device, vrf, query, options);
+}
 
 /// A listing ends early when the user interrupts it, and when its reader has seen enough.
 ExitStatus endedEarly() {
@@ -67,7 +78,7 @@ ExitStatus showRoute(const grammar::Parsed& parsed, const Options& options) {
   frame.startDict("vrfs");
   for (const auto* vrf : vrfs) {
     state.hold();
-    const auto sorter = openRoutes<Family>(device, *vrf, query, options);
+    const auto sorter = watchedSorter<Family>(device, *vrf, query, options, vrf == vrfs.front());
     state.release();
     vrfName.setValue(vrf->name.stringValue());
     // A listing names its VRF itself, a host table does not.

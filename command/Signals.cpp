@@ -1,5 +1,6 @@
 #include "command/Signals.h"
 
+#include "command/terminal/ProgressLine.h"
 #include "scrivo/Interrupt.h"
 #include "sources/Unfinished.h"
 
@@ -30,6 +31,7 @@ void onSignal(int number) {
     scrivo::requestInterrupt();
     return keepWaking();
   }
+  terminal::removeProgressLine();
   sources::removeUnfinished();
   _exit(signalStatus + number);
 }

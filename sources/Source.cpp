@@ -58,10 +58,10 @@ std::string kernelNamespace(const std::string& source) {
                     "kernel for this machine's own");
 }
 
-State open(const std::string& source, const Needs& needs) {
-  if (isKernel(source)) return kernel::load(kernelNamespace(source), needs);
+State open(const std::string& source, const Needs& needs, Progress* progress) {
+  if (isKernel(source)) return kernel::load(kernelNamespace(source), needs, progress);
   if (source != "-" && database::isDatabase(source)) return database::load(source, needs);
-  return {snapshot::load(source, needs), {}};
+  return {snapshot::load(source, needs, progress), {}};
 }
 
 } // namespace sources

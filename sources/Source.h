@@ -1,6 +1,7 @@
 // Where state comes from, by the name that a user gives it.
 #pragma once
 
+#include "sources/Progress.h"
 #include "sources/SourceError.h"
 #include "sources/State.h"
 
@@ -10,8 +11,9 @@ namespace sources {
 
 /// The state of a device: "kernel" is this machine's own, "kernel:NAME" that of a network
 /// namespace, and anything else is a file, "-" for the standard input: its first bytes tell a state
-/// database from a snapshot. Raises SourceError.
-State open(const std::string& source, const Needs& needs = {});
+/// database from a snapshot. `progress`, if any, hears how far that has come where it takes long.
+/// Raises SourceError.
+State open(const std::string& source, const Needs& needs = {}, Progress* progress = nullptr);
 
 /// A source with the reason why it is the one.
 struct Choice {

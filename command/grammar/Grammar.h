@@ -64,6 +64,8 @@ struct Command {
   std::string_view why = {};     ///< the reason for that
   std::string_view help;
   ExitStatus (*run)(const Parsed& parsed, const command::Options& options);
+  bool endless =
+      false; ///< it tells what happens, until it is interrupted: no pager holds that back
 
   /// Whether it has a part of that name.
   bool has(std::string_view part) const {

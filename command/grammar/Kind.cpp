@@ -74,6 +74,9 @@ constexpr Word tables[] = {{"route", "the routing table"}};
 constexpr Word formats[] = {{"text", "lines for people"}, {"json", "a document for programs"}};
 
 constexpr Word logPlaces[] = {{"now", "the changes from now on, without a listing first"}};
+constexpr Word colours[] = {{"auto", "where a terminal shows it"},
+                            {"always", "in a pipe and a file too"},
+                            {"never", "none"}};
 
 // Their values are the codes that the library filters by.
 constexpr Word protocols[] = {
@@ -189,6 +192,11 @@ constexpr KindRow rows[] = {
      .expected = "now, or the number of a change",
      .read = readLogPlace,
      .words = logPlaces},
+    {.kind = Kind::colour,
+     .placeholder = "auto|always|never",
+     .expected = "auto, always or never",
+     .words = colours,
+     .closed = true},
     {.kind = Kind::text, .placeholder = "TEXT", .expected = "a text"},
     {.kind = Kind::expression,
      .placeholder = "EXPRESSION...",

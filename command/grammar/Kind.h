@@ -34,8 +34,9 @@ enum class Kind : unsigned char {
   file, ///< the standard output has another use
   source,
   format,
-  fields,     ///< names of what a route has, with commas between them
-  logPlace,   ///< a number of the log of changes, or its end
+  fields,   ///< names of what a route has, with commas between them
+  logPlace, ///< a number of the log of changes, or its end
+  colour,
   text,       ///< any words, to be looked for in lines
   expression, ///< all words up to the end, with blanks between them
 };

@@ -1,5 +1,7 @@
 #include "command/grammar/Path.h"
 
+#include "command/grammar/UsageError.h"
+
 #include <algorithm>
 
 namespace command::grammar {
@@ -67,6 +69,17 @@ void Path::take(const Line& line, std::size_t at) {
   if (named != topics_.end()) topic_ = &*named;
   topics_ = {};
   std::erase_if(commands_, [&](const Command* command) { return !beginsWith(*command, words_); });
+}
+
+const Command* commandOf(const Grammar& grammar, const std::vector<std::string>& words) {
+  const Line line(words);
+  Path path(grammar);
+  try {
+    for (std::size_t at = 0; at < line.size() && !path.command(); ++at) path.take(line, at);
+  } catch (const UsageError&) {
+    return nullptr;
+  }
+  return path.command();
 }
 
 } // namespace command::grammar

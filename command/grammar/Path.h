@@ -38,4 +38,7 @@ class Path {
   std::string words_;
 };
 
+/// The command that the first of these words name; null where they name none.
+const Command* commandOf(const Grammar& grammar, const std::vector<std::string>& words);
+
 } // namespace command::grammar

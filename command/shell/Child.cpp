@@ -1,5 +1,7 @@
 #include "command/shell/Child.h"
 
+#include "command/terminal/Message.h"
+
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -41,18 +43,9 @@ class Descriptor {
   int fd_ = -1;
 };
 
-/// A command may not read the lines that are for others: without a terminal its standard input
-/// refuses to be read.
-void closeInput() {
-  if (isatty(STDIN_FILENO)) return;
-  const Descriptor none(open("/dev/null", O_WRONLY | O_CLOEXEC));
-  dup2(none.get(), STDIN_FILENO);
-}
-
 /// The process, which outlives neither its work nor the shell.
 [[noreturn]] void live(const Work& work) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
-  closeInput();
   setKeySignals(SIG_UNBLOCK);
   const int status = work();
   std::fflush(stdout);
@@ -94,8 +87,8 @@ class Child {
 int exitStatusOf(int status) {
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   const int number = WTERMSIG(status);
-  std::fprintf(stderr, "rova: the command was ended by signal %d (%s)\n", number,
-               strsignal(number));
+  terminal::tell("rova: the command was ended by signal " + std::to_string(number) + " (" +
+                 strsignal(number) + ")");
   return signalStatus + number;
 }
 

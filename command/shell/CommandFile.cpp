@@ -1,5 +1,6 @@
 #include "command/shell/CommandFile.h"
 
+#include "command/terminal/Message.h"
 #include "scrivo/Shown.h"
 
 #include <cerrno>
@@ -21,7 +22,7 @@ std::optional<std::string> CommandFile::next() {
 }
 
 bool CommandFile::goesOnAfter(const std::string& line, int status) {
-  std::fprintf(stderr, "rova: line %zu failed: %s\n", number_, scrivo::shown(line).c_str());
+  terminal::tell("rova: line " + std::to_string(number_) + " failed: " + scrivo::shown(line));
   if (status_ == success) status_ = status;
   return status != interrupted;
 }

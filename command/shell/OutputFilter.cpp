@@ -1,11 +1,30 @@
 #include "command/shell/OutputFilter.h"
 
+#include <algorithm>
 #include <unistd.h>
 
 namespace command::shell {
 
 namespace {
 constexpr unsigned textFormat = 1;
+
+constexpr char escape = '\x1b';
+
+/// The line as it shows. No escapes but those of colours come out of a command.
+std::string withoutColours(std::string_view line) {
+  std::string text;
+  for (auto start = line.find(escape); start != line.npos; start = line.find(escape)) {
+    text += line.substr(0, start);
+    line.remove_prefix(std::min(line.find('m', start), line.size() - 1) + 1);
+  }
+  return text.append(line);
+}
+
+bool shows(std::string_view line, std::string_view text) {
+  if (line.find(escape) == line.npos) return line.find(text) != line.npos;
+  return withoutColours(line).find(text) != std::string::npos;
+}
+
 } // namespace
 
 OutputFilter::OutputFilter(const std::vector<GivenFilter>& filters)
@@ -14,7 +33,7 @@ OutputFilter::OutputFilter(const std::vector<GivenFilter>& filters)
 }
 
 bool OutputFilter::holdsBack(Stage& stage, std::string_view line) {
-  const bool hasText = line.find(stage.filter.text) != line.npos;
+  const bool hasText = shows(line, stage.filter.text);
   switch (stage.filter.action) {
   case grammar::FilterAction::include:
     return !hasText;
@@ -33,7 +52,7 @@ void OutputFilter::pass(std::string_view line, std::size_t first) {
   for (auto i = first; i < stages_.size(); ++i) {
     if (holdsBack(stages_[i], line)) return;
   }
-  printer_.addFrills("%s\n", std::string(line));
+  printer_.addFrills("%s\n", scrivo::verbatim(line));
 }
 
 void OutputFilter::take(std::string_view output) {

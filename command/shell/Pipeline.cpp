@@ -53,7 +53,11 @@ void takeFilter(const Filter& filter, const Line& line, std::size_t at, std::siz
   if (takesText && end == at + 1) line.failExpecting(end, {Choice{"", filter.kind, filter.help}});
   if (!takesText && end > at + 1) line.failExpecting(at + 1, {pipe});
   for (std::size_t i = at + 1; i < end; ++i) text += (text.empty() ? "" : " ") + line[i];
-  if (filter.action != FilterAction::none) pipeline.filters.push_back({filter.action, text});
+  if (filter.action == FilterAction::none) {
+    pipeline.mayPage = false;
+  } else {
+    pipeline.filters.push_back({filter.action, text});
+  }
 }
 
 std::size_t nextPipe(const std::vector<Token>& tokens, std::size_t at) {
@@ -81,7 +85,7 @@ grammar::Arguments commandIn(const Grammar& grammar, const std::vector<Token>& t
 
 Pipeline pipelineOf(const Grammar& grammar, const std::vector<Token>& tokens) {
   const Line line(textsOf(tokens));
-  Pipeline pipeline{commandIn(grammar, tokens), {}};
+  Pipeline pipeline{.arguments = commandIn(grammar, tokens), .filters = {}};
   for (auto end = nextPipe(tokens, 0); end < tokens.size();) {
     const auto at = end + 1;
     end = nextPipe(tokens, at);

@@ -14,6 +14,7 @@ struct GivenFilter {
 struct Pipeline {
   grammar::Arguments arguments; ///< a "| json" is an option among them
   std::vector<GivenFilter> filters;
+  bool mayPage = true; ///< without a "| no-more"
 };
 
 /// The arguments of the command alone, ahead of any "|". Raises UsageError for options that are

@@ -1,11 +1,10 @@
 #include "command/shell/Reported.h"
 
 #include "command/grammar/UsageError.h"
+#include "command/terminal/Message.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Interrupt.h"
 #include "scrivo/Shown.h"
-
-#include <cstdio>
 
 namespace command::shell {
 
@@ -13,13 +12,12 @@ ExitStatus reported(const std::function<ExitStatus()>& work) noexcept {
   try {
     return work();
   } catch (const UsageError& error) {
-    std::fprintf(stderr, "%s\n", error.what());
+    terminal::tell(error.what());
     return usage;
   } catch (const scrivo::sigintException&) {
     return scrivo::interruptRequested() ? interrupted : success;
   } catch (const std::exception& error) {
-    const auto message = scrivo::shown(error.what(), scrivo::LineEnds::kept);
-    std::fprintf(stderr, "rova: %s\n", message.c_str());
+    terminal::tell("rova: " + scrivo::shown(error.what(), scrivo::LineEnds::kept));
     return failure;
   }
 }

@@ -24,6 +24,7 @@ AttrInfo::AttrInfo(const Printer& printer, const char* key, Kind kind, bool isKe
       key_(key),
       kind_(kind),
       isKeyPlain_(isPlainJson(key)),
+      colour_(colourOf(key)),
       format_(printer.format()),
       keyLength_(static_cast<std::uint32_t>(std::strlen(key))) {}
 

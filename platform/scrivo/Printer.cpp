@@ -70,6 +70,21 @@ void Printer::print(FormatText format, const AttrWord* words, unsigned count) {
   if (takesText()) printFormat(body_->out, format, words, count);
 }
 
+/// Each line is coloured by itself: a pager and a filter may show one without the others.
+void Printer::addWarning(std::string_view lines) {
+  if (!takesText()) return;
+  OutputBuffer& out = body_->out;
+  if (!usesColour()) return out.put(lines);
+  while (!lines.empty()) {
+    const std::string_view line = lines.substr(0, lines.find('\n'));
+    putColoured(out, line, Colour::alarm);
+    lines.remove_prefix(line.size());
+    if (lines.empty()) return;
+    out.put('\n');
+    lines.remove_prefix(1);
+  }
+}
+
 Printer::Recording::Recording(Printer& printer, Stretch& stretch)
     : printer_(printer), stretch_(printer.body_->isRecording ? nullptr : &stretch) {
   if (!stretch_) return;

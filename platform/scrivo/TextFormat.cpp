@@ -40,6 +40,7 @@ struct Field {
   std::string_view body;
   std::size_t trailingZeros = 0;
   bool takesZeros = false; ///< the flag `0` pads it with zeros
+  Colour colour = Colour::none;
 
   std::size_t length() const { return isNegative + leadingZeros + body.size() + trailingZeros; }
 };
@@ -116,6 +117,7 @@ class FormatPrinter {
 
   void printBareText(const AttrWord& word) {
     const auto text = textOf(word, Slot::none);
+    if (word.colour() != Colour::none) return printText({}, word);
     if (printsAsIs(word, text)) return out_.put(text);
     forEachPiece(text, lineEndsOf(word), [this](std::string_view piece) { out_.put(piece); });
   }
@@ -159,9 +161,9 @@ class FormatPrinter {
   /// The precision cuts the text as it is; the width is that of the text as it shows.
   void printText(const Slot& slot, const AttrWord& word) {
     const auto text = textOf(word, slot.precision);
-    if (printsAsIs(word, text)) return printField(slot, {.body = text});
+    if (printsAsIs(word, text)) return printField(slot, {.body = text, .colour = word.colour()});
     const std::string escaped = shown(text, lineEndsOf(word));
-    printField(slot, {.body = escaped});
+    printField(slot, {.body = escaped, .colour = word.colour()});
   }
 
   void printCharacter(const Slot& slot, char character) {
@@ -225,7 +227,8 @@ class FormatPrinter {
     if (!slot.left) out_.fill(' ', padding);
     if (field.isNegative) out_.put('-');
     out_.fill('0', field.leadingZeros);
-    out_.put(field.body);
+    field.colour == Colour::none ? out_.put(field.body)
+                                 : putColoured(out_, field.body, field.colour);
     out_.fill('0', field.trailingZeros);
     if (slot.left) out_.fill(' ', padding);
   }
@@ -246,6 +249,13 @@ class FormatPrinter {
 };
 
 } // namespace
+
+void putColoured(OutputBuffer& out, std::string_view text, Colour colour) {
+  if (text.find_first_not_of(' ') == text.npos) return out.put(text);
+  out.put(startOf(colour));
+  out.put(text);
+  out.put(colourEnd);
+}
 
 void printFormat(OutputBuffer& out, FormatText format, const AttrWord* words, unsigned count) {
   FormatPrinter(out, format, words, count).print();

@@ -11,4 +11,7 @@ class OutputBuffer;
 /// stands before the slot in question is then printed already.
 void printFormat(OutputBuffer& out, FormatText format, const AttrWord* words, unsigned count);
 
+/// Puts a text with its colour around it; blanks alone have none.
+void putColoured(OutputBuffer& out, std::string_view text, Colour colour);
+
 } // namespace scrivo

@@ -95,10 +95,13 @@ void printTunnelViaInfo(scrivo::Printer& printer, bool inModel, const TunnelViaT
   if (via.directlyConnected) {
     separator = ", ";
   } else if (*via.nexthopAddr) {
-    printer.addFrills(" %s", via.nexthopAddr);
+    printer.addFrills(" %s", scrivo::asValue(via.nexthopAddr, scrivo::colourOf("nexthopAddr")));
     separator = ", ";
   }
-  if (*via.interface) printer.addFrills("%s%s", separator, scrivo::asValue(via.interface));
+  if (*via.interface) {
+    printer.addFrills("%s%s", separator,
+                      scrivo::asValue(via.interface, scrivo::colourOf("interface")));
+  }
   if (*via.interfaceDescription) {
     printer.addFrills(" %s", scrivo::asValue(via.interfaceDescription));
   }

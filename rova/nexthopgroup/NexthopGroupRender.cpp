@@ -108,7 +108,7 @@ void GroupListing::printGroup(const ShownGroup& group) {
   printer_.startDictEntry(nexthopGroupName_);
   printer_.addAttributes("%s\n", 1, nexthopGroupName_.getArg());
   printer_.addAttributes("", 1, programmed_.getArg());
-  if (!group.adjacency) printer_.addFrills("  Unprogrammed nexthop group\n");
+  if (!group.adjacency) printer_.addWarning("  Unprogrammed nexthop group\n");
   printer_.addAttributes("  Id                %d\n", 1, nexthopGroupId_.getArg());
   printType(group);
   printSize(group);

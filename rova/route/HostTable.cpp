@@ -138,7 +138,7 @@ void HostTable<Family>::printHead() {
   scrivo::BoolAttrInfo allInHardware(printer_, "allRoutesProgrammedHardware");
   const bool hardwareMissing = hasHardwareUnprogrammed(sorter_);
   if (hardwareMissing) {
-    printer_.addFrills("%s%s%s", warningRule, hardwareWarning, warningRule);
+    for (const auto* text : {warningRule, hardwareWarning, warningRule}) printer_.addWarning(text);
   }
   printer_.addFrills("%s\n", sorter_.hostLegend());
   routingDisabled.setValue(isRoutingDisabled(sorter_));
@@ -171,7 +171,7 @@ void HostTable<Family>::startRoute(const Route& route) {
   routeType_.setValue(route.routeType);
   hardwareProgrammed_.setValue(!missesHardware_ || isHardwareProgrammed(sorter_, route.key));
   printer_.addAttributes("%s%s", 2, hardwareProgrammed_.getArg(), routeType_.getArg());
-  printer_.addFrills("%s", std::string_view(addressText_, addressLength_));
+  printer_.addFrills("%s", scrivo::asValue({addressText_, addressLength_}, prefix_.colour()));
   printer_.startList("vias");
 }
 

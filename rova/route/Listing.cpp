@@ -78,9 +78,10 @@ void Listing<Family>::printFlags() {
   scrivo::BoolAttrInfo allInKernel(printer_, "allRoutesProgrammedKernel");
 
   const bool hardwareMissing = hasHardwareUnprogrammed(sorter_);
-  if (hardwareMissing) printer_.addFrills("%s%s", warningRule, hardwareWarning);
-  if (routes_.missesKernel()) printer_.addFrills("%s", kernelWarning);
-  if (hardwareMissing) printer_.addFrills("%s", warningRule);
+  if (hardwareMissing) printer_.addWarning(warningRule);
+  if (hardwareMissing) printer_.addWarning(hardwareWarning);
+  if (routes_.missesKernel()) printer_.addWarning(kernelWarning);
+  if (hardwareMissing) printer_.addWarning(warningRule);
 
   routingDisabled.setValue(isRoutingDisabled(sorter_));
   allInHardware.setValue(!hardwareMissing);

@@ -221,7 +221,7 @@ void RouteLinePrinter::printHead(const Subject& route, LineForm kind) {
     printMarks(route);
     if (kind != LineForm::unknown) addKind(kind);
   });
-  printer_.addFrills("%s", scrivo::verbatim(route.prefixText));
+  printer_.addFrills("%s", scrivo::asValue(route.prefixText, prefix_.colour()));
 }
 
 void RouteLinePrinter::printMarks(const Subject& route) {

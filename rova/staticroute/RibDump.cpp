@@ -100,7 +100,7 @@ void RibDump::printRoute(const Routing::Route& route) {
 void RibDump::printHead(const Routing::Route& route) {
   routeType_.setValue(route.routeType);
   printer_.addAttributes("%-5s", 1, routeType_.getArg());
-  printer_.addFrills("%s", prefixText_);
+  printer_.addFrills("%s", scrivo::asValue(prefixText_, prefixKey_.colour()));
   preference_.setValue(route.key.preference);
   printer_.addAttributes(" [%d]", 1, preference_.getArg());
   if (route.tag == consts_.defaultStaticRouteTag()) return;

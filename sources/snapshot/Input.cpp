@@ -91,6 +91,13 @@ void Input::failIfFaulty() const {
   if (const auto fault = findFault(text_)) failAt(fault->offset, fault->message);
 }
 
+void Input::tell() {
+  constexpr std::ptrdiff_t step = 256 * 1024;
+  tellAt_ = end() - at_ > step ? at_ + step : end();
+  const auto done = static_cast<std::uint64_t>(at_ - text_.data());
+  if (progress_) progress_->at("reading the snapshot", done, text_.size());
+}
+
 void Input::failJson() const {
   failIfFaulty();
   failAt(
@@ -215,6 +222,7 @@ void Node::members(Lumo::FunctionRef<void(std::string_view key, Node& node)> vis
   input_.at_ = start_ + 1;
   if (input_.take('}')) return;
   do {
+    if (input_.at_ >= input_.tellAt_) input_.tell();
     const std::string_view key = input_.takeKey();
     input_.require(':');
     visitNext({key}, [&](Node& node) { visit(key, node); });

@@ -5,6 +5,7 @@
 #include "Scan.h"
 
 #include "lumo/FunctionRef.h"
+#include "sources/Progress.h"
 #include "sources/SourceError.h"
 
 #include <cstdint>
@@ -25,9 +26,13 @@ class Input {
   /// Zero bytes that the buffer of a text must have behind it.
   static constexpr std::size_t padding = scanPadding;
 
-  /// Error messages call the text `name`.
-  Input(std::string name, std::string_view text)
-      : name_(std::move(name)), text_(text), at_(text.data()) {}
+  /// Error messages call the text `name`. `progress`, if any, hears how much of it is read.
+  Input(std::string name, std::string_view text, Progress* progress = nullptr)
+      : name_(std::move(name)),
+        text_(text),
+        at_(text.data()),
+        progress_(progress),
+        tellAt_(progress ? at_ : end()) {}
   Input(const Input&) = delete;
   Input& operator=(const Input&) = delete;
 
@@ -78,6 +83,9 @@ class Input {
   /// none.
   bool passMembers(std::string_view key);
 
+  /// Tells of the progress, once in a while.
+  void tell();
+
   [[noreturn]] void failJson() const;
   [[noreturn]] void failAt(std::size_t offset, std::string_view message) const;
   void failIfFaulty() const;
@@ -89,6 +97,8 @@ class Input {
   std::string name_;
   std::string_view text_;
   const char* at_; // the cursor
+  Progress* progress_;
+  const char* tellAt_; ///< where that is told next; the end where nobody listens
   std::vector<Step> path_;
   std::deque<std::string> unescaped_; // only texts with escapes are copied
 };

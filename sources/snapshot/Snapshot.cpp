@@ -22,8 +22,9 @@ Section versionSection() {
 }
 
 /// `text` has the reader's padding behind it.
-state::DeviceState loadPadded(std::string_view text, const std::string& name, const Needs& needs) {
-  Input input(name, text);
+state::DeviceState loadPadded(std::string_view text, const std::string& name, const Needs& needs,
+                              Progress* progress) {
+  Input input(name, text, progress);
   Target target;
   target.wantsConfigured = needs.configured;
   input.readRoot([&](Node& root) { readFields(root, sections(), target); });
@@ -68,13 +69,13 @@ std::span<const Section> sections() {
   return all;
 }
 
-state::DeviceState load(const std::string& path, const Needs& needs) {
-  return loadPadded(readFile(path, Input::padding).text(), inputName(path), needs);
+state::DeviceState load(const std::string& path, const Needs& needs, Progress* progress) {
+  return loadPadded(readFile(path, Input::padding).text(), inputName(path), needs, progress);
 }
 
 state::DeviceState loadText(std::string_view text, const std::string& name) {
   const std::string padded = std::string(text) + std::string(Input::padding, '\0');
-  return loadPadded(std::string_view(padded).substr(0, text.size()), name, {});
+  return loadPadded(std::string_view(padded).substr(0, text.size()), name, {}, nullptr);
 }
 
 void save(const state::DeviceState& device, const std::string& path) {

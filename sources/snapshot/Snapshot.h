@@ -6,6 +6,7 @@
 // docs/snapshot.md describes the format, docs/snapshot.schema.json defines it.
 #pragma once
 
+#include "sources/Progress.h"
 #include "sources/SourceError.h"
 #include "sources/State.h"
 #include "state/DeviceState.h"
@@ -20,8 +21,10 @@ class FileWriter;
 /// The state that a file holds, "-" for the standard input, in tables in memory. Raises
 /// `SourceError` for a file that cannot be read or that is not a snapshot from its first to its
 /// last byte: there are no half-loaded states. What is not needed is read and refused alike; the
-/// configured routes, which take more room than all else, are not kept then.
-state::DeviceState load(const std::string& path, const Needs& needs = {});
+/// configured routes, which take more room than all else, are not kept then. `progress`, if any,
+/// hears how much of the text is read.
+state::DeviceState load(const std::string& path, const Needs& needs = {},
+                        Progress* progress = nullptr);
 
 /// The same from a text; errors call it `name`.
 state::DeviceState loadText(std::string_view text, const std::string& name);

@@ -47,8 +47,9 @@ std::string shown(const grammar::Next& next) {
   return text + (next.mayEnd ? " ." : "");
 }
 
-const std::string everywhere = " --state --format --help";
-const std::string listing = " --state --format --timing --older-nexthop-groups --help";
+const std::string everywhere = " --state --format --color --no-pager --help";
+const std::string listing =
+    " --state --format --color --no-pager --timing --older-nexthop-groups --help";
 const std::string protocols =
     "aggregate bgp connected dhcp dynamic isis kernel martian ospf ospf3 rip "
     "static vcs";
@@ -60,10 +61,10 @@ struct Case {
 
 TEST(Grammar, KnowsWhatMayComeNext) {
   const std::vector<Case> cases = {
-      {"",
-       "show diff check clear static watch snapshot types help --state --format --help --version"},
+      {"", "show diff check clear static watch snapshot types help" + everywhere + " --version"},
       {"--format json",
-       "show diff check clear static watch snapshot types help --state --help --version"},
+       "show diff check clear static watch snapshot types help --state --color --no-pager --help "
+       "--version"},
       {"show", "ip ipv6 nexthop-group running-config static state" + everywhere},
       {"cl st", "interface" + everywhere},
       {"sh ip ro",
@@ -77,17 +78,19 @@ TEST(Grammar, KnowsWhatMayComeNext) {
        "vrf <ADDRESS | PREFIX> detail interface " + protocols + listing},
       {"show ip route host", "vrf |" + listing + " ."},
       {"show ip route vrf red su", "|" + listing + " ."},
-      {"show nexthop-group", "name <NAME> vrf summary | --state --format --counters --help ."},
-      {"show nexthop-group name vrf", "vrf | --state --format --counters --help ."},
-      {"show nexthop-group --counters summ", "vrf | --state --format --help ."},
+      {"show nexthop-group",
+       "name <NAME> vrf summary | --state --format --color --no-pager --counters --help ."},
+      {"show nexthop-group name vrf",
+       "vrf | --state --format --color --no-pager --counters --help ."},
+      {"show nexthop-group --counters summ", "vrf |" + everywhere + " ."},
       {"check address", "<ADDRESS/LENGTH>" + everywhere},
       {"check address 10.0.0.1/24 replace", "interface secondary" + everywhere},
       {"check rd 65000:1 vrf red", "|" + everywhere + " ."},
-      {"static load new.txt", "| --state --format --into --dry-run --help ."},
+      {"static load new.txt", "| --state --format --color --no-pager --into --dry-run --help ."},
       {"help show", "ip ipv6 nexthop-group running-config static state |" + everywhere + " ."},
       {"help check rd", "|" + everywhere + " ."},
       {"types |", "text json"},
-      {"types | json", "--state --help ."},
+      {"types | json", "--state --color --no-pager --help ."},
       {"types --format", "text json"},
       {"--state", "<SOURCE>"},
       {"types --", "<NAME> | ."},

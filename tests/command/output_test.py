@@ -8,7 +8,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, program, snapshot_file
+from support import ROOT, STATE, TIMEOUT_SECONDS, CommandTest, long_listing, program, snapshot_file, static_routes
 
 FULL = "No space left on device"
 WORDS = b"exiting interrupted by the user\n"
@@ -40,11 +40,8 @@ class OutputTest(CommandTest):
                 self.assertNotIn(b"10.78.31.0/24", rest, "the listing went on to its last route")
 
     def test_an_interrupted_listing_says_so(self):
-        routes = {f"10.{i >> 8}.{i & 255}.0/24": {"type": "static", "fec": "0.1"}
-                  for i in range(65_536)}
         with tempfile.TemporaryDirectory() as folder:
-            state = snapshot_file(folder, {"routingStatus": routes}, forwardingStatus={
-                "0.1": {"vias": [{"hop": "192.0.2.1", "interface": "Ethernet1"}]}})
+            state = static_routes(folder, 65_536)
             for _ in range(20):  # one that had ended when the interrupt came tells nothing
                 path = Path(folder) / "listing"
                 with path.open("wb") as out, subprocess.Popen(

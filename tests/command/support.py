@@ -48,14 +48,18 @@ def snapshot_file(folder, vrf, **sections):
     return path
 
 
+def static_routes(folder, count):
+    """Writes a snapshot with so many IPv4 routes, 10.0.0.0/24 and on, all by one next hop."""
+    routes = {f"10.{i >> 8}.{i & 255}.0/24": {"type": "static", "fec": "0.1"} for i in range(count)}
+    fecs = {"0.1": {"vias": [{"hop": "192.0.2.1", "interface": "Ethernet1"}]}}
+    return snapshot_file(folder, {"routingStatus": routes}, forwardingStatus=fecs)
+
+
 @contextlib.contextmanager
 def long_listing(*options):
     """Starts a listing too long for a pipe; yields the running process, with pipes."""
-    routes = {f"10.{i >> 8}.{i & 255}.0/24": {"type": "static", "fec": "0.1"}
-              for i in range(LONG_LISTING_ROUTES)}
-    fecs = {"0.1": {"vias": [{"hop": "192.0.2.1", "interface": "Ethernet1"}]}}
     with tempfile.TemporaryDirectory() as folder:
-        path = snapshot_file(folder, {"routingStatus": routes}, forwardingStatus=fecs)
+        path = static_routes(folder, LONG_LISTING_ROUTES)
         command = [program(), "--state", path, *options, "show", "ip", "route"]
         # Unbuffered: what is read ahead would be lost to communicate().
         with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE,

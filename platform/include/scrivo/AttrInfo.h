@@ -48,6 +48,8 @@ class LUMO_EXPORT AttrInfo {
   bool hasValue() const { return hasValue_; }
   /// The output format of the printer that the info was made from.
   unsigned format() const { return format_; }
+  /// The colour of the value in text, by its key.
+  Colour colour() const { return colour_; }
 
  protected:
   AttrInfo(const Printer& printer, const char* key, Kind kind, bool isKey);
@@ -58,7 +60,7 @@ class LUMO_EXPORT AttrInfo {
   /// Fails the assertion `hasValue` without a value, `0` on an unknown format.
   AttrWord word(Tag tag, std::uint64_t bits) const {
     LUMO_ASSERT(hasValue_, "hasValue");
-    if (format_ == textFormat) return {tag, bits};
+    if (format_ == textFormat) return {tag, bits, colour_};
     LUMO_ASSERT(format_ == modelFormat, "0");
     return AttrWord(*this);
   }
@@ -69,6 +71,7 @@ class LUMO_EXPORT AttrInfo {
   Kind kind_;
   bool hasValue_ = false;
   bool isKeyPlain_;
+  Colour colour_;
   unsigned format_;
   std::uint32_t keyLength_;
 };

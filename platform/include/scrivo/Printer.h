@@ -13,8 +13,9 @@
 //     printer.endDictEntry();
 //     printer.endDict();
 //
-// Text shows the attributes and frills; structure calls print nothing. The model is JSON without
-// blanks, where each entry of a dictionary begins a line:
+// Text shows the attributes and frills, with the colours of scrivo/Colour.h where those are in use;
+// structure calls print nothing. The model is JSON without blanks, where each entry of a dictionary
+// begins a line:
 //
 //     "routes":{
 //     "10.0.0.0/8":{"prefix":"10.0.0.0/8","metric":20}}
@@ -31,6 +32,7 @@
 #pragma once
 
 #include "scrivo/AttrInfo.h"
+#include "scrivo/Colour.h"
 #include "scrivo/Exception.h"
 #include "scrivo/Format.h"
 #include "scrivo/Interrupt.h"
@@ -154,6 +156,9 @@ class LUMO_EXPORT Printer {
     print(format.text(), std::array<AttrWord, sizeof...(Args)>{toWord(args)...}.data(),
           sizeof...(Args));
   }
+
+  /// Prints lines of text that warn, as they are; does nothing in the model.
+  void addWarning(std::string_view lines);
 
   /// Prints what `print()` prints, once: a stretch that is kept is put again, byte for byte but for
   /// its margins. `print` ends in the level of the model that it begins in, and may flush; where it

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "lumo/Export.h"
+#include "scrivo/Colour.h"
 
 #include <bit>
 #include <cstdint>
@@ -39,10 +40,14 @@ class AttrWord {
   /// The tag as far as the type tells it: here the word itself has it.
   static constexpr Tag staticTag = Tag::any;
 
-  constexpr AttrWord(Tag tag, std::uint64_t bits) : bits_(bits), length_(unmeasured), tag_(tag) {}
+  constexpr AttrWord(Tag tag, std::uint64_t bits, Colour colour = Colour::none)
+      : bits_(bits), length_(unmeasured), colour_(colour), tag_(tag) {}
   /// A text of known length, or one that a NUL ends. A null pointer is the text "(null)".
-  AttrWord(Tag tag, std::string_view text)
-      : bits_(std::bit_cast<std::uint64_t>(text.data())), length_(text.size()), tag_(tag) {}
+  AttrWord(Tag tag, std::string_view text, Colour colour = Colour::none)
+      : bits_(std::bit_cast<std::uint64_t>(text.data())),
+        length_(text.size()),
+        colour_(colour),
+        tag_(tag) {}
   AttrWord(Tag tag, const char* text) : AttrWord(tag, std::bit_cast<std::uint64_t>(text)) {}
   explicit AttrWord(double number) : AttrWord(Tag::real, std::bit_cast<std::uint64_t>(number)) {}
   explicit AttrWord(const AttrInfo& info)
@@ -50,6 +55,8 @@ class AttrWord {
 
   constexpr Tag tag() const { return tag_; }
   constexpr std::uint64_t bits() const { return bits_; }
+  /// The colour of a text; other words have none.
+  constexpr Colour colour() const { return colour_; }
   /// The argument as what its tag says that it is:
   double real() const { return std::bit_cast<double>(bits_); }
   const char* text() const { return std::bit_cast<const char*>(bits_); }
@@ -59,11 +66,12 @@ class AttrWord {
   const AttrInfo& info() const { return *std::bit_cast<const AttrInfo*>(bits_); }
 
   /// The length of a text that nobody has measured.
-  static constexpr std::uint64_t unmeasured = (std::uint64_t{1} << 56) - 1;
+  static constexpr std::uint64_t unmeasured = (std::uint64_t{1} << 48) - 1;
 
  private:
   std::uint64_t bits_; // 32-bit numbers stand extended by their own sign
-  std::uint64_t length_ : 56;
+  std::uint64_t length_ : 48;
+  Colour colour_ : 8;
   Tag tag_ : 8;
 };
 
@@ -135,7 +143,9 @@ AttrWord toWord(const T& value) {
 /// A plain text that prints as the value of an attribute does, on one line: for the names and
 /// descriptions of a device among the frills. Like every word of a plain text it serves within the
 /// call that it is made for.
-inline TextWord asValue(std::string_view text) { return TextWord(AttrWord(Tag::text, text)); }
+inline TextWord asValue(std::string_view text, Colour colour = Colour::none) {
+  return TextWord(AttrWord(Tag::text, text, colour));
+}
 
 /// A text that prints byte by byte: for what this program wrote itself, such as JSON.
 inline TextWord verbatim(std::string_view text) { return TextWord(AttrWord(Tag::verbatim, text)); }
