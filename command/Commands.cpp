@@ -3,7 +3,6 @@
 
 #include "command/Check.h"
 #include "command/ClearStatic.h"
-#include "command/Diff.h"
 #include "command/SessionChoice.h"
 #include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
@@ -14,8 +13,9 @@
 #include "command/SnapshotLoad.h"
 #include "command/SnapshotSave.h"
 #include "command/StaticLoad.h"
-#include "command/Watch.h"
+#include "command/diff/Diff.h"
 #include "command/filter/Help.h"
+#include "command/watch/Watch.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,11 @@
 #include "command/Completion.h"
 
 #include "command/Commands.h"
-#include "command/DiffFields.h"
 #include "command/InterfaceChoice.h"
 #include "command/OpenState.h"
 #include "command/ShowHelp.h"
 #include "command/ShowNexthopGroup.h"
+#include "command/diff/DiffFields.h"
 #include "command/filter/Field.h"
 #include "command/grammar/Next.h"
 #include "lumo/ActivityLock.h"

@@ -1,4 +1,4 @@
-#include "command/WatchLines.h"
+#include "command/watch/WatchLines.h"
 
 #include "scrivo/Shown.h"
 #include "sources/database/Facts.h"

@@ -1,7 +1,7 @@
 // What differs between two listings of routes.
 #pragma once
 
-#include "command/DiffFields.h"
+#include "command/diff/DiffFields.h"
 #include "rova/CliSupport.h"
 
 #include <optional>

@@ -1,4 +1,4 @@
-#include "command/DiffSources.h"
+#include "command/diff/DiffSources.h"
 
 #include "command/InterfaceChoice.h"
 #include "command/Notes.h"

@@ -1,9 +1,9 @@
 // What `diff` prints: lines, a document, or counts alone.
 #pragma once
 
-#include "command/DiffRoutes.h"
-#include "command/DiffSources.h"
 #include "command/Options.h"
+#include "command/diff/DiffRoutes.h"
+#include "command/diff/DiffSources.h"
 
 #include <optional>
 #include <string>

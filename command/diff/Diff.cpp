@@ -1,11 +1,11 @@
 // Two states are opened as one and the same query wants them, and compared a VRF and a family at a
 // time: no more routes are held than two listings hold. One state is loaded after the other, as the
 // library has one work at a time on shared entities (lumo/ActivityLock.h).
-#include "command/Diff.h"
+#include "command/diff/Diff.h"
 
-#include "command/DiffOutput.h"
 #include "command/OpenRoutes.h"
 #include "command/Signals.h"
+#include "command/diff/DiffOutput.h"
 #include "command/shell/Reported.h"
 #include "scrivo/Interrupt.h"
 

@@ -1,6 +1,6 @@
-#include "command/DiffRoutes.h"
+#include "command/diff/DiffRoutes.h"
 
-#include "command/AlikeRoutes.h"
+#include "command/diff/AlikeRoutes.h"
 
 namespace command {
 

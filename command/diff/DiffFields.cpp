@@ -1,4 +1,4 @@
-#include "command/DiffFields.h"
+#include "command/diff/DiffFields.h"
 
 #include "command/grammar/Arguments.h"
 #include "command/grammar/Line.h"

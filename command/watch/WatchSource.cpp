@@ -1,4 +1,4 @@
-#include "command/WatchSource.h"
+#include "command/watch/WatchSource.h"
 
 #include "command/Notes.h"
 #include "command/OpenState.h"

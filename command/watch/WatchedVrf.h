@@ -2,7 +2,7 @@
 #pragma once
 
 #include "command/OpenRoutes.h"
-#include "command/ShownRoutes.h"
+#include "command/watch/ToldRoutes.h"
 
 #include <memory>
 
@@ -11,7 +11,7 @@ namespace command {
 template <class Family>
 struct WatchedVrf {
   std::string name;
-  ShownRoutes<typename Family::Prefix> shown{};
+  ToldRoutes<typename Family::Prefix> shown{};
   /// Whether the listing has the lines of IPv6: a FEC of the IPv6 table changes the look of all.
   bool hasV6Nexthop = false;
 };

@@ -18,7 +18,7 @@ namespace command {
 enum class Op { added, removed, changed };
 
 template <class Prefix>
-class ShownRoutes {
+class ToldRoutes {
  public:
   /// Enters how a route shows by now, empty for not at all; nothing when it shows as before.
   std::optional<Op> bringIn(const Prefix& prefix, std::string_view entry) {
@@ -46,7 +46,7 @@ class ShownRoutes {
   }
 
   /// The routes that are here and not there, in the listing's order.
-  std::vector<Prefix> missingIn(const ShownRoutes& other) const {
+  std::vector<Prefix> missingIn(const ToldRoutes& other) const {
     std::vector<Prefix> missing;
     marks_.forEach([&](const Prefix& prefix, std::uint64_t) {
       if (!other.marks_.find(prefix)) missing.push_back(prefix);

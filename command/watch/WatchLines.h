@@ -10,8 +10,8 @@
 #pragma once
 
 #include "command/Options.h"
-#include "command/ShownRoutes.h"
-#include "command/WatchedLog.h"
+#include "command/watch/ToldRoutes.h"
+#include "command/watch/WatchedLog.h"
 #include "scrivo/Printer.h"
 
 #include <string>

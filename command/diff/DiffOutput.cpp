@@ -1,4 +1,4 @@
-#include "command/DiffOutput.h"
+#include "command/diff/DiffOutput.h"
 
 #include "command/Notes.h"
 

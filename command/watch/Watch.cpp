@@ -6,13 +6,13 @@
 // While output is on its way no state is held. A reader that takes its time makes the watcher read
 // a longer stretch of the log next time, and a gap once that does not go back so far; what waits
 // to be written is a piece of bounded size.
-#include "command/Watch.h"
+#include "command/watch/Watch.h"
 
 #include "command/InterfaceChoice.h"
 #include "command/VrfChoice.h"
-#include "command/WatchLines.h"
-#include "command/WatchSource.h"
-#include "command/WatchedVrf.h"
+#include "command/watch/WatchLines.h"
+#include "command/watch/WatchSource.h"
+#include "command/watch/WatchedVrf.h"
 
 #include <charconv>
 #include <set>
@@ -346,7 +346,7 @@ void Watch<Family>::lookAtAll() {
 
 template <class Family>
 void Watch<Family>::lookAtVrf(const state::VrfState& vrf, const Stamp& stamp) {
-  ShownRoutes<Prefix> now;
+  ToldRoutes<Prefix> now;
   forEachShown(vrf, [&](auto& watched, const Prefix& prefix, std::string_view entry) {
     now.bringIn(prefix, entry);
     tell(watched, stamp, prefix, entry);

@@ -1,4 +1,4 @@
-#include "command/WatchedLog.h"
+#include "command/watch/WatchedLog.h"
 
 #include <algorithm>
 
