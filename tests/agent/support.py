@@ -4,10 +4,15 @@ import json
 import os
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
 from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "scenarios"))
+# pylint: disable=wrong-import-position,unused-import
+from output_schema import check_model, check_output
 
 BUILT = Path(__file__).resolve().parents[2] / "build/release/bin"
 ROVA = os.environ.get("ROVA", str(BUILT / "rova"))
@@ -31,7 +36,9 @@ DISPLAYS = [
 
 
 def run(*words):
-    return subprocess.run(words, capture_output=True, text=True, check=False)
+    result = subprocess.run(words, capture_output=True, text=True, check=False)
+    check_output(words, result.stdout)
+    return result
 
 
 def without_apart(value):

@@ -19,13 +19,14 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 # pylint: disable=wrong-import-position
 from random_operations import Operations
-from support import PATIENCE, ROVA, AgentTest, run
+from support import PATIENCE, ROVA, AgentTest, check_model, run
 
 GIVEN = os.environ.get("ROVA_AGENT_SEED", "1")
 SEED = random.randrange(1 << 32) if GIVEN == "random" else int(GIVEN)
 COUNT = int(os.environ.get("ROVA_AGENT_OPERATIONS", 120))
 RATE = int(os.environ.get("ROVA_WATCH_RATE", 0))
 HINT = f"ROVA_AGENT_SEED={SEED}"
+CHECKED_LINES = 500  # of a watcher, against the schema
 
 QUERIES = ["ip route vrf all", "ip route vrf all detail", "ip route 20.4.0.0/14 longer-prefixes",
            "ip route 20.5.0.1", "ip route bgp", "ip route interface eth1", "ip route vrf table-70",
@@ -37,9 +38,12 @@ class Copy:
 
     def __init__(self):
         self.vrfs, self.seq, self.gaps, self.ops = {}, None, 0, []
+        self.wrong = ""
 
     def apply(self, line):
         change = json.loads(line)
+        if len(self.ops) < CHECKED_LINES:
+            self.check(change)
         op, vrf = change["op"], self.vrfs.get(change.get("vrf"), {})
         self.seq = change["seq"]
         self.ops.append(op)
@@ -53,7 +57,15 @@ class Copy:
         else:
             self.vrfs.setdefault(change["vrf"], {})[change["prefix"]] = change["route"]
 
+    def check(self, change):
+        """What is wrong is told by `routes`: this is in a thread of its own."""
+        try:
+            check_model(change)
+        except AssertionError as error:
+            self.wrong = self.wrong or str(error)
+
     def routes(self):
+        assert not self.wrong, self.wrong
         return {vrf: routes for vrf, routes in self.vrfs.items() if routes}
 
 

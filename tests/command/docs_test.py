@@ -7,7 +7,7 @@ import unittest
 
 from support import ROOT, CommandTest, run_program
 
-DOCUMENTS = ["docs/guide.md", "docs/python.md", "README.md"]
+DOCUMENTS = ["docs/guide.md", "docs/output.md", "docs/python.md", "README.md"]
 BLOCK = re.compile(r"^```console\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 PROMPT = "$ rova "
 # Only states of the scenarios, and what needs no state, are the same on every machine.

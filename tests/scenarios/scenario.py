@@ -21,6 +21,8 @@ import shlex
 import subprocess
 from pathlib import Path
 
+from output_schema import check_output
+
 ROOT = Path(__file__).resolve().parents[2]
 HERE = Path(__file__).resolve().parent
 DEFAULT_PROGRAM = ROOT / "build" / "release" / "bin" / "rova"
@@ -34,9 +36,11 @@ def program():
 
 
 def run_program(arguments, **options):
-    """Runs the program in the project's root; the result has bytes."""
-    return subprocess.run([program(), *map(str, arguments)], cwd=ROOT, capture_output=True,
-                          timeout=TIMEOUT_SECONDS, check=False, **options)
+    """Runs the program in the project's root; the result has bytes. JSON fits its schema."""
+    result = subprocess.run([program(), *map(str, arguments)], cwd=ROOT, capture_output=True,
+                            timeout=TIMEOUT_SECONDS, check=False, **options)
+    check_output(arguments, result.stdout)
+    return result
 
 
 def _unique(pairs):
