@@ -123,7 +123,7 @@ template <class Family>
 void Listing<Family>::printGateway(std::string_view state, const Route& route) {
   if (state == "reachable") {
     printer_.addFrills("Gateway of last resort:\n");
-    routes_.print(route);
+    routes_.printRoute(route);
     printer_.addFrills("\n");
   } else {
     printer_.addFrills("Gateway of last resort is not %s\n\n",

@@ -25,7 +25,7 @@ RouteEntries<Family>::~RouteEntries() = default;
 template <class Family>
 std::string_view RouteEntries<Family>::entry(const typename Family::Route& route) {
   body_->output.clear();
-  body_->routes.print(route);
+  body_->routes.printRoute(route);
   body_->printer.ioflush();
   // In the model an entry stands on a line of its own, behind the comma of the one ahead of it.
   std::string_view text = body_->output;

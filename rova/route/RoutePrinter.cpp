@@ -7,8 +7,8 @@
 namespace Rova {
 
 template <class Family>
-void RoutePrinter<Family>::print(const Route& route) {
-  ROVA_TRACE(8, "bool Rova::print(" << Family::sorterTypeName << ", Route, scrivo::Printer)");
+void RoutePrinter<Family>::printRoute(const Route& route) {
+  ROVA_TRACE(8, "bool Rova::printRoute(" << Family::sorterTypeName << ", Route, scrivo::Printer)");
   const auto type = route.routeType;
   FecLook& look = looks_.look(route.fecId, [&] { return resolver_.lookAt(route); });
   if (!isReceive(type) && !isPrintable(sorter_, route, look.forwards)) return;
@@ -25,7 +25,7 @@ void RoutePrinter<Family>::print(const Route& route) {
 template <class Family>
 void RoutePrinter<Family>::printSelected() {
   const auto printNext = [this](const Route& route) {
-    print(route);
+    printRoute(route);
     flushIfFull(printer_);
   };
   const auto expect = [filter = sorter_.routeFilter().get()](const Route& route) {

@@ -18,7 +18,7 @@ class RoutePrinter {
         lines_(printer, {sorter.detail(), sorter.degradeNhgModel()}) {}
 
   /// Prints one route, or nothing where the listing leaves it out.
-  void print(const Route& route);
+  void printRoute(const Route& route);
   /// Prints the selected routes, and writes the output out as it fills.
   void printSelected();
 

@@ -37,7 +37,7 @@ DISPLAYS = [
 
 def run(*words):
     result = subprocess.run(words, capture_output=True, text=True, check=False)
-    check_output(words, result.stdout)
+    check_output(result.stdout)
     return result
 
 

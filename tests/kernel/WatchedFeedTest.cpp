@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <linux/rtnetlink.h>
+#include <sys/socket.h>
 
 namespace {
 

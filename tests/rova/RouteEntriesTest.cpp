@@ -10,10 +10,9 @@ using namespace support;
 
 template <class Family>
 struct RouteEntriesTest : testing::Test {
-  using T = Texts<Family>;
-
   /// Routes that share a FEC, one that is left out, one that the hardware lacks.
   RouteEntriesTest() {
+    using T = Texts<Family>;
     const auto shared = device.fec({via(T::hop, "Ethernet1"), via(T::hop, "Ethernet2")});
     device.route(T::wide, T::Type::staticRoute, shared, 7);
     device.route(T::host, T::Type::staticRoute, shared);
@@ -32,7 +31,7 @@ TYPED_TEST(RouteEntriesTest, StandInTheListingInItsOrder) {
     Rova::RouteEntries<TypeParam> entries(*sorter, format);
     std::string routes;
     for (const auto& [prefix, route] : sorter->sortedRouteMap()) {
-      const auto entry = entries.entry(route);
+      const std::string entry(entries.entry(route)); // the next call ends it
       EXPECT_NE(entry, "");
       EXPECT_EQ(entries.entryUnder(prefix), entry);
       routes.append(routes.empty() || isText ? "" : ",\n").append(entry);

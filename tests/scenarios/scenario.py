@@ -39,7 +39,7 @@ def run_program(arguments, **options):
     """Runs the program in the project's root; the result has bytes. JSON fits its schema."""
     result = subprocess.run([program(), *map(str, arguments)], cwd=ROOT, capture_output=True,
                             timeout=TIMEOUT_SECONDS, check=False, **options)
-    check_output(arguments, result.stdout)
+    check_output(result.stdout)
     return result
 
 
