@@ -40,11 +40,6 @@ class ToldRoutes {
     }
   }
 
-  /// The same of all routes that are shown.
-  void assumeOthers() {
-    for (auto at = marks_.cursor(); at; at.next()) *marks_.find(at.key()) = unknown;
-  }
-
   /// The routes that are here and not there, in the listing's order.
   std::vector<Prefix> missingIn(const ToldRoutes& other) const {
     std::vector<Prefix> missing;

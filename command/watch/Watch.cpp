@@ -26,6 +26,10 @@ using Vrf::VrfIdMap::VrfId;
 /// The number of lines from which nobody can go on: there are listings to come.
 constexpr std::int64_t fromNowhere = 0;
 
+std::string beginningOf(const sources::database::LogRange& range) {
+  return "the log of changes begins at " + std::to_string(range.first);
+}
+
 template <class Family>
 class Watch {
  public:
@@ -66,7 +70,7 @@ class Watch {
   void step();
   void list();
   void lose(const std::string& reason);
-  bool resume();
+  void resume();
 
   Log readLog();
   bool knowsVrfs(const Log& log) const;
@@ -96,7 +100,8 @@ class Watch {
   WatchSource source_;
   WatchLines lines_;
   std::map<VrfId, WatchedVrf<Family>> watched_;
-  Stamp told_; ///< up to where all is told
+  Stamp told_;       ///< up to where all is told
+  std::string lost_; ///< why what was told is void, until it is listed anew; empty for nothing
 };
 
 /// The VRFs that the query means by now, none for one that is gone.
@@ -127,39 +132,38 @@ void Watch<Family>::begin() {
   std::int64_t seq = range.last;
   std::from_chars(options_.from.data(), options_.from.data() + options_.from.size(), seq);
   if (seq > range.last) return lose("the log of changes ends at " + std::to_string(range.last));
-  if (seq < range.first - 1) {
-    return lose("the log of changes begins at " + std::to_string(range.first));
-  }
   told_.seq = seq;
-  if (!resume()) lose("more than routes has changed");
+  resume();
 }
 
-/// False where the log cannot tell which routes are to be looked at.
+/// What there is counts as told, but for what the log has behind the number: it is read last, so
+/// that nothing that changes meanwhile counts as told.
 template <class Family>
-bool Watch<Family>::resume() {
-  const Stamp now = logEnd();
-  const Log log = readLog();
-  if (log.touchesAll() || !knowsVrfs(log)) return false;
-  const Candidates some = candidates(log);
+void Watch<Family>::resume() {
   for (const auto* vrf : vrfs()) learnVrf(*vrf);
+  source_.state().hold();
+  const auto range = source_.log().range();
+  if (told_.seq < range.first - 1) return lose(beginningOf(range));
+  const Log log = readLog();
+  if (log.touchesAll() || !knowsVrfs(log)) return lose("more than routes has changed");
+  const Candidates some = candidates(log);
   source_.state().release();
+  // Any route that covers the address may have been the one.
+  if (looksUpOne() && !some.empty()) return lose("another route may have been the one");
   assume(some);
-  follow(some, log, now);
-  return true;
+  follow(some, log, {range.last, range.time});
 }
 
 template <class Family>
 void Watch<Family>::step() {
+  if (!lost_.empty()) return lose(lost_);
   if (source_.isOutdated() && !source_.reload()) return;
   source_.state().hold();
   const auto range = source_.log().range();
   // Without a word in the log its writer is still at the beginning.
   if (range.last == told_.seq || range.last == 0) return source_.state().release();
   if (told_.seq == 0) return lookAtAll();
-  if (range.first > told_.seq + 1 || range.last < told_.seq) {
-    if (source_.reload()) lose("the log of changes begins at " + std::to_string(range.first));
-    return;
-  }
+  if (range.first > told_.seq + 1 || range.last < told_.seq) return lose(beginningOf(range));
   const Log log = readLog();
   if (log.touchesAll() || !knowsVrfs(log)) return lookAtAll();
   const Candidates some = candidates(log);
@@ -176,9 +180,12 @@ void Watch<Family>::toldUpTo(const Stamp& stamp) {
 
 template <class Family>
 void Watch<Family>::lose(const std::string& reason) {
+  lost_ = reason;
+  if (!source_.reload()) return; // the next step tries again
   told_ = logEnd();
-  lines_.gap({fromNowhere, told_.time}, reason);
+  lines_.gap({fromNowhere, told_.time}, lost_);
   list();
+  lost_.clear();
 }
 
 template <class Family>
@@ -287,9 +294,6 @@ void Watch<Family>::learnVrf(const state::VrfState& vrf) {
 /// Goes back to what was told ahead of the log, as far as that is known.
 template <class Family>
 void Watch<Family>::assume(const Candidates& candidates) {
-  if (looksUpOne() && !candidates.empty()) {
-    for (auto& [id, vrf] : watched_) vrf.shown.assumeOthers();
-  }
   for (const auto& one : candidates) watched_[one.vrf].shown.assume(one.prefix, one.wasThere);
 }
 
