@@ -1,46 +1,18 @@
 #include "command/diff/DiffFields.h"
 
+#include "command/filter/Field.h"
 #include "command/grammar/Arguments.h"
 #include "command/grammar/Line.h"
 
 #include <algorithm>
-#include <array>
 
 namespace command {
 
 namespace {
 
-struct Field {
-  std::string_view name;
-  std::array<std::string_view, 2> keys; ///< in the JSON of a listing; empty for none
-};
-
-/// All but the prefix and its length, by which routes are compared. The vias of a route count as
+/// The prefix and its length are not: routes are compared by them. The vias of a route count as
 /// long as `vias` is not left out, whatever of each of them is.
-constexpr Field fields[] = {
-    {"type", {"routeType"}},
-    {"protocol", {"routeType"}},
-    {"preference", {"preference"}},
-    {"metric", {"metric"}},
-    {"nexthop", {"nexthopAddr"}},
-    {"interface", {"interface", "interfaceDescription"}},
-    {"vias", {"vias"}},
-    {"weight", {"viaWeight"}},
-    {"label", {"labelStack"}},
-    {"tunnel", {"tunnelDescriptor", "tunnelEncap"}},
-    {"endpoint", {"tunnelEndpoint", "endpoint"}},
-    {"policy", {"srTePolicy"}},
-    {"color", {"color"}},
-    {"group", {"nexthopGroup"}},
-    {"vni", {"vni"}},
-    {"vtep", {"vtepAddr", "routerMac"}},
-    {"source-vrf", {"srcVrf"}},
-    {"leaked", {"routeLeaked", "srcVrf"}},
-    {"hardware", {"hardwareProgrammed"}},
-    {"kernel", {"kernelProgrammed"}},
-    {"connected", {"directlyConnected"}},
-    {"backup", {"viaType"}},
-};
+bool isIgnorable(const filter::Field& field) { return !field.keys[0].empty(); }
 
 /// The place behind a string that begins at `at`.
 std::size_t skipString(std::string_view json, std::size_t at) {
@@ -82,9 +54,8 @@ IgnoredFields::IgnoredFields(std::string_view names) {
 }
 
 void IgnoredFields::add(std::string_view name) {
-  const auto* const field = std::find_if(std::begin(fields), std::end(fields),
-                                         [&](const Field& known) { return known.name == name; });
-  if (field == std::end(fields)) {
+  const auto* const field = filter::findField(name);
+  if (!field || !isIgnorable(*field)) {
     grammar::failOption("--ignore", "has no field \"" + std::string(name) + "\": expected " +
                                         grammar::listOf(ignorableFields()));
   }
@@ -117,7 +88,9 @@ std::string IgnoredFields::without(std::string_view entry) const {
 
 std::vector<std::string> ignorableFields() {
   std::vector<std::string> names;
-  for (const Field& field : fields) names.emplace_back(field.name);
+  for (const filter::Field& field : filter::fields()) {
+    if (isIgnorable(field)) names.emplace_back(field.name);
+  }
   return names;
 }
 

@@ -3,6 +3,7 @@
 
 #include "rova/route/ShownRoutes.h"
 
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,6 +32,8 @@ struct Field {
   std::string_view name;
   Type type;
   Values values;
+  /// Those of the JSON of a listing that show it; empty for none, as of what tells routes apart.
+  std::array<std::string_view, 2> keys;
   std::string_view meaning;
   const std::vector<FieldWord>& (*words)() = nullptr; ///< of Type::word
 };

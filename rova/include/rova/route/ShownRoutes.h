@@ -24,7 +24,7 @@ struct RouteHead {
   std::uint32_t preference = 0;
   std::uint32_t metric = 0;
   bool routeLeaked = false;
-  std::string_view srcVrf; ///< of a leaked route; empty for a VRF without a name too
+  std::string_view srcVrf = {}; ///< of a leaked route; empty for a VRF without a name too
   bool hardwareProgrammed = true;
   bool kernelProgrammed = true;
 };
