@@ -64,15 +64,19 @@ TEST(Grammar, KnowsWhatMayComeNext) {
       {"--format json", "show check clear static snapshot types help --state --help --version"},
       {"show", "ip ipv6 nexthop-group running-config static state" + everywhere},
       {"cl st", "interface" + everywhere},
-      {"sh ip ro",
-       "vrf <ADDRESS | PREFIX> detail interface " + protocols + " host summary |" + listing + " ."},
+      {"sh ip ro", "vrf <ADDRESS | PREFIX> detail interface " + protocols +
+                       " host summary where |" + listing + " ."},
       {"show ip route vrf", "all <NAME|all>" + listing},
-      {"show ip route 10.0.0.0/8 st", "vrf longer-prefixes detail interface |" + listing + " ."},
+      {"show ip route 10.0.0.0/8 st",
+       "vrf longer-prefixes detail interface " + protocols + " where |" + listing + " ."},
+      {"show ip route where", "<EXPRESSION...>" + listing},
+      {"show ip route bgp where not vias", "<EXPRESSION...> |" + listing + " ."},
       {"show ipv6 route vrf red det ::/0 longer-prefixes",
-       "interface aggregate bgp connected dhcp dynamic isis kernel martian ospf3 rip static |" +
+       "interface aggregate bgp connected dhcp dynamic isis kernel martian ospf3 rip static where "
+       "|" +
            listing + " ."},
       {"show ip route longer-prefixes",
-       "vrf <ADDRESS | PREFIX> detail interface " + protocols + listing},
+       "vrf <ADDRESS | PREFIX> detail interface " + protocols + " where" + listing},
       {"show ip route host", "vrf |" + listing + " ."},
       {"show ip route vrf red su", "|" + listing + " ."},
       {"show nexthop-group", "name <NAME> vrf summary | --state --format --counters --help ."},

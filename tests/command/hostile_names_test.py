@@ -36,7 +36,7 @@ class HostileNamesTest(CommandTest):
         self.assert_ends(rova("show", "ip", "route", "vrf", "r\x1b\u202ed", "f\x07o", "bgp"), 2,
                          'rova: "f\\x07o" is not understood: expected an IPv4 address or prefix, '
                          "detail, interface, a protocol (aggregate bgp connected dhcp dynamic isis "
-                         "kernel martian ospf ospf3 rip static vcs), host or summary\n"
+                         "kernel martian ospf ospf3 rip static vcs), host, summary or where\n"
                          "  show ip route vrf r\\x1b\\u202ed f\\x07o bgp\n"
                          f"  {'^':>32}\n")
 

@@ -8,6 +8,40 @@ from support import CommandTest, rova
 PROTOCOLS = "aggregate bgp connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs"
 PROTOCOLS6 = PROTOCOLS.replace(" ospf ", " ").replace(" vcs", "")
 
+# What stands behind where, with a ^ as below.
+FIELDS = ("prefix length type protocol preference metric nexthop interface vias weight label tunnel endpoint "
+          "policy color group vni vtep source-vrf leaked hardware kernel connected backup")
+WRONG_EXPRESSIONS = [
+    (f'"foo" is not understood: expected not, ( or a field ({FIELDS})',
+     ["^foo = 1", "vias = 1 or (not ^foo)", "vias >= 2 and ^foo"]),
+    (f'"and" is not understood: expected not, ( or a field ({FIELDS})', ["^and vias = 1"]),
+    (f"the expression is not complete: expected not, ( or a field ({FIELDS})",
+     ["vias = 1 and ^", "not ^", "vias = 1 or ( ^"]),
+    ("the expression is not complete: expected =, !=, <, <=, >, >= or in", ["vias ^"]),
+    ('">" does not go with prefix: expected =, != or in', ["prefix ^> 10.0.0.0/8"]),
+    ('"~" does not go with nexthop: expected =, != or in', ["nexthop^~192.*"]),
+    ('"<" does not go with interface: expected =, !=, in or ~', ["interface ^< 7"]),
+    ("hardware stands by itself, or behind not: it has no values", ["not hardware ^= 1"]),
+    ('"x" is no value of vias: expected a number, 0 to 4294967295', ["vias=^x", "not(vias >= ^x)"]),
+    ('"4294967296" is no value of metric: expected a number, 0 to 4294967295', ["metric = ^4294967296"]),
+    ('"8..x" is no value of length: expected a number or a range, as in 10..20', ["length in {7, ^8..x}"]),
+    ('"20..10" has its ends the wrong way round: expected 10..20', ["length in ^20..10"]),
+    ('"10.0.0.1/8" has bits behind its mask: expected 10.0.0.0/8',
+     ["prefix = ^10.0.0.1/8", "nexthop in {::/0, ^10.0.0.1/8}"]),
+    ('"10.0.0.0" is no value of prefix: expected a prefix, as in 10.0.0.0/8', ["prefix in ^10.0.0.0"]),
+    ('"10.0.0.0/8" is no value of vtep: expected an address, as in 192.0.2.1; a prefix stands behind in',
+     ["vtep = ^10.0.0.0/8"]),
+    ("the expression is not complete: expected an address or a prefix, as in 192.0.2.0/24",
+     ["nexthop in {10.0.0.0/8, ^"]),
+    ('"{" is no value of group: expected a name', ["group = ^{a, b}"]),
+    (f'"b" is no value of protocol: expected {", ".join(PROTOCOLS.split()[:-1])} or vcs', ["protocol = ^b"]),
+    ('"static" is not understood: expected a comma or }', ["protocol in {bgp ^static}"]),
+    ('"summary" is not understood: expected and, or, or the end', ["vias = 1 ^summary"]),
+    ("the expression is not complete: expected and, or, or )", ["(vias = 1 ^"]),
+    ("these quotes do not end", ['vias = 1 and interface = ^"Ethernet1']),
+    ('"!" is not understood: expected !=, or not', ["^! hardware"]),
+]
+
 # A message and the command lines that it answers. A ^ stands ahead of the place that the caret of
 # the message points to; the caret counts characters, not bytes.
 WRONG_WORDS = [
@@ -19,10 +53,10 @@ WRONG_WORDS = [
     ('"foo" is not understood: expected route', ["show ip ^foo"]),
     ('"routes" is not understood: expected route', ["show ip ^routes"]),
     ('"foo" is not understood: expected vrf, an IPv4 address or prefix, detail, interface, '
-     f"a protocol ({PROTOCOLS}), host or summary", ["show ip route ^foo"]),
+     f"a protocol ({PROTOCOLS}), host, summary or where", ["show ip route ^foo"]),
     ('"foo" is not understood: expected an IPv6 address or prefix, detail, interface, '
-     f"a protocol ({PROTOCOLS6}), host or summary", ["show ipv6 route vrf red ^foo"]),
-    ('"foo" is not understood: expected longer-prefixes or interface',
+     f"a protocol ({PROTOCOLS6}), host, summary or where", ["show ipv6 route vrf red ^foo"]),
+    (f'"foo" is not understood: expected longer-prefixes, interface, a protocol ({PROTOCOLS}) or where',
      ["show ip route vrf red detail bgp 10.0.0.0/8 ^foo"]),
     ("ospf is a protocol of IPv4: no IPv6 route is of it",
      ["show ipv6 route ^ospf", "show ipv6 route vrf red ^ospf interface Ethernet1"]),
@@ -40,7 +74,6 @@ WRONG_WORDS = [
     ("longer-prefixes needs a prefix ahead of it, as in 2001:db8::/32 longer-prefixes",
      ["show ipv6 route bgp longer-prefixes ^"]),
     ("an IPv4 address or prefix stands twice", ["show ip route 10.1.0.0/16 ^10.2.0.0/16"]),
-    ("a protocol stands twice", ["show ip route bgp ^static"]),
     ("detail stands twice", ["show ip route detail bgp ^detail"]),
     ("host stands twice", ["show ip route host ^host"]),
     ("vrf stands twice",
@@ -60,6 +93,7 @@ WRONG_WORDS = [
     ("host goes with vrf alone: the host route table is shown as a whole",
      ["show ip route host ^detail", "show ip route 10.1.0.0/16 ^host",
       "show ipv6 route host vrf red ^2001:db8::1", "show ip route host ^interface Ethernet1",
+      "show ip route host ^where leaked",
       "show ip route bgp vrf all ^ho", "show ip route host ^longer-prefixes"]),
     ('"s" is short for several words: static or summary', ["show ip route ^s"]),
     ("summary goes with vrf alone: it counts the whole table",
@@ -95,8 +129,11 @@ WRONG_WORDS = [
      ["check next-hop 10.0.0.1 vrf red ^blue", "show ip route summary vrf red ^blue"]),
     ("expected the name of a file, or - for standard output", ["snapshot save ^"]),
     ('"again" is not understood: nothing is expected behind "-"', ["snapshot save - ^again"]),
-    ('"foo" is not understood: expected show, check, clear, static, snapshot, types or help',
-     ["^foo", "help ^foo"]),
+    ('"foo" is not understood: expected show, check, clear, static, snapshot, types or help', ["^foo"]),
+    ('"foo" is not understood: expected show, check, clear, static, snapshot, types, help or where',
+     ["help ^foo"]),
+    ('"foo" is not understood: nothing is expected behind "where"', ["help where ^foo"]),
+    ("expected an expression, as in vias >= 2", ["show ip route vrf red where ^"]),
     ('"foo" is not understood: expected ip, ipv6, nexthop-group, running-config, static or state',
      ["help show ^foo"]),
     ('"vrf" is not understood: nothing is expected behind "route"', ["help show ip route ^vrf"]),
@@ -128,7 +165,9 @@ WRONG_OPTIONS = [
 
 class UsageTest(CommandTest):
     def test_wrong_words(self):
-        for message, marked_lines in WRONG_WORDS:
+        expressions = [(message, ["show ip route where " + line for line in lines])
+                       for message, lines in WRONG_EXPRESSIONS]
+        for message, marked_lines in WRONG_WORDS + expressions:
             for marked in marked_lines:
                 with self.subTest(marked):
                     before, _, behind = marked.partition("^")

@@ -76,6 +76,14 @@ class PagesTest(unittest.TestCase):
         self.assertEqual(re.findall(r"[a-z0-9]+", re.sub(r"\(.*?\)", "", shown).replace(" or ", " ")),
                          protocols)
 
+    def test_every_field_of_expressions(self):
+        types = "prefix|address|number|name|word|yes or no"
+        fields = re.findall(rf"^  ([a-z-]+) +({types})  +(.+)$", help_of(ROVA, "help", "where"), re.MULTILINE)
+        self.assertGreater(len(fields), 20)
+        table = " ".join(section("rova.1", "EXPRESSIONS")).partition("|[ field :[ type :[ values ")[2]
+        shown = re.findall(rf"\|\[ (\S+) :\[ ({types}) :\[ ([^|]+?) *(?=\||$)", table)
+        self.assertEqual(shown, fields)
+
     def test_every_section_of_a_snapshot(self):
         schema = json.loads((ROOT / "docs/snapshot.schema.json").read_text())
         shown = {name for head in entries("rova-snapshot.5", "SECTIONS") for name in head.split(", ")}
