@@ -65,11 +65,17 @@ std::uint64_t ShownRoutes<Family>::Body::answerApart(const Route& route) {
   return found;
 }
 
+/// A FEC that got no rows gets them again at its first print: the weight of its vias, which the
+/// hardware's limit on them cuts, must then be what it was.
 template <class Family>
 std::uint64_t ShownRoutes<Family>::Body::read(const Route& route, FecLook& look) {
+  if (!look.fec) return question({});
   RouteLine line;
   line.prefix = route.key;
-  if (!look.fec || !resolver.resolve(route, look, line)) return question({});
+  const auto weight = look.fec->weight();
+  const bool isShown = resolver.resolve(route, look, line);
+  if (look.fec->numEntries() == 0) look.fec->weightIs(weight);
+  if (!isShown) return question({});
   readShownVias(line, {resolver.hasV6Nexthop(), sorter.degradeNhgModel()}, vias,
                 look.vias.askedHops);
   return question(vias);

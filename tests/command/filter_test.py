@@ -15,9 +15,19 @@ from support import HERE, ROOT, CommandTest, parse_json, rova
 sys.path.insert(0, str(HERE))
 import agreement  # pylint: disable=wrong-import-position
 
-PROTOCOLS = "aggregate bgp connected dhcp dynamic isis kernel martian ospf ospf3 rip static vcs".split()
-# Of each listing, so many expressions; the seed makes a failure come back.
-EXPRESSIONS = 12
+# The types of routes that a protocol has, of both families.
+TYPES = {
+    "aggregate": "bgpAggregate ospfSummary", "bgp": "bgp iBGP eBGP", "connected": "connected",
+    "dhcp": "dhcp", "dynamic": "dynamicPolicy", "isis": "ISISLevel1 ISISLevel2 isisL1 isisL2",
+    "kernel": "kernel", "martian": "martian", "ospf3": "ospf OSPFv3", "rip": "RIP", "vcs": "vcs",
+    "ospf": "OSPF ospfInterArea ospfExternalType1 ospfExternalType2 ospfNssaExternalType1 "
+            "ospfNssaExternalType2",
+    "static": "static nexthopGroupStaticRoute dropRoute",
+}
+PROTOCOLS = {word: protocol for protocol, words in TYPES.items() for word in words.split()}
+# Of each listing, so many expressions, and of so many the text too; the seed makes a failure come back.
+EXPRESSIONS = 8
+TEXTS_TOO = 2
 SEED = 20261122
 # The keys of the model that have the values of a field, wherever they stand in a route's entry.
 KEYS = {
@@ -47,14 +57,14 @@ def values_by_key(model, found):
     return found
 
 
-def values_of(prefix, entry, protocols, source):
+def values_of(prefix, entry, source):
     """The values of each field of a route."""
     found = values_by_key(entry, defaultdict(list))
     values = {field: [v for key in keys for v in found[key] if v != ""] for field, keys in KEYS.items()}
     values["prefix"] = [ipaddress.ip_network(prefix)]
     values["length"] = [values["prefix"][0].prefixlen]
     values["vias"] = [len(entry["vias"])]
-    values["protocol"] = sorted(protocols)
+    values["protocol"] = [PROTOCOLS[word] for word in values["type"]]
     values["weight"] = [int(text.split("/")[0]) for text in values["weight"]]
     values["source-vrf"] = [source] if source and entry["routeLeaked"] else []
     values["backup"] = [word == "backup" for word in values["backup"]]
@@ -112,8 +122,9 @@ class Maker:
         return f"{field} {text}", lambda values: fits(values[field])
 
     def number(self, field):
-        number = self.chance.choice(self.known[field] or [7]) + self.chance.choice([0, 0, 1])
-        most = number + self.chance.randrange(20)
+        number = self.chance.choice(self.known[field] or [7]) - self.chance.choice([0, 0, 1])
+        number = max(number, 0)
+        most = min(number + self.chance.randrange(20), 0xffffffff)
         return self.chance.choice([
             (f"= {number}", lambda values: number in values),
             (f"!={number}", lambda values: number not in values),
@@ -162,31 +173,16 @@ def vrfs_of(result):
     return {name: vrf["routes"] for name, vrf in parse_json(result.stdout)["vrfs"].items()}
 
 
-def protocols_by_route(state, query):
-    """The words of protocols by VRF and prefix, as the listings of each protocol have them."""
-    words = defaultdict(set)
-    for word in PROTOCOLS:
-        result = rova(*query, word, "--format", "json", state=state)
-        if result.returncode:
-            continue  # one that the family does not have
-        for vrf, routes in vrfs_of(result).items():
-            for prefix in routes:
-                words[vrf, prefix].add(word)
-    return words
-
-
 class FilterTest(CommandTest):
     def check_listing(self, state, query, chance):
         """Random expressions over one listing; gives how many chose some routes and left others."""
         plain = vrfs_of(rova(*query, "--format", "json", state=state))
-        protocols = protocols_by_route(state, query)
         sources = source_vrfs(state)
-        values = {(vrf, prefix): values_of(prefix, entry, protocols[vrf, prefix],
-                                           sources.get((vrf, prefix)))
+        values = {(vrf, prefix): values_of(prefix, entry, sources.get((vrf, prefix)))
                   for vrf, routes in plain.items() for prefix, entry in routes.items()}
         telling = 0
         maker = Maker(values.values(), chance)
-        for _ in range(EXPRESSIONS if values else 0):
+        for turn in range(EXPRESSIONS if values else 0):
             text, holds = maker.expression()
             with self.subTest(state=str(state), query=" ".join(query), where=text):
                 result = rova(*query, "where", text, "--format", "json", state=state)
@@ -194,9 +190,10 @@ class FilterTest(CommandTest):
                 expected = {vrf: {prefix: entry for prefix, entry in routes.items()
                                   if holds(values[vrf, prefix])} for vrf, routes in plain.items()}
                 self.assertEqual(vrfs_of(result), expected)
-                shown = rova(*query, "where", text, state=state)
-                problems = agreement.problems_of(shown.stdout, parse_json(result.stdout))
-                self.assertEqual(list(problems), [])
+                if turn < TEXTS_TOO:
+                    shown = rova(*query, "where", text, state=state).stdout
+                    problems = agreement.problems_of(shown, parse_json(result.stdout))
+                    self.assertEqual(list(problems), [])
                 count = sum(map(len, expected.values()))
                 telling += 0 < count < len(values)
         return telling
@@ -209,7 +206,7 @@ class FilterTest(CommandTest):
                 options = chance.choice([[], ["detail"], ["--older-nexthop-groups"]])
                 query = ["show", family, "route", "vrf", "all", *options]
                 telling += self.check_listing(path.relative_to(ROOT), query, chance)
-        self.assertGreater(telling, 200)
+        self.assertGreater(telling, 80)
 
 
 if __name__ == "__main__":
