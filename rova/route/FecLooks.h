@@ -35,7 +35,7 @@ class FecLooks {
   void expectOutput(FecId fecId) {
     current_ = next_;
     next_ = {looks_.find(fecId), fecId, looks_.size()};
-    if (next_.look) next_.look->output().prefetch();
+    if (next_.look && next_.look->output().isKept()) next_.look->output().prefetch();
   }
 
  private:
